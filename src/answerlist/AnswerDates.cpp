@@ -1,0 +1,92 @@
+#include "answerlist/AnswerDates.h"
+
+#include "answerlist/AnswerList.h"
+#include "grid/SpreadGrid.h"
+#include "messages/bMessage.h"
+#include "platform/InputBox.h"
+#include "util/VbText.h"
+#include "util/bDate.h"
+
+namespace {
+
+/// Runs `visit` for every selected row that is not shipped, until it returns False.
+template <typename Visit>
+void ForSelectedOpenRows(const AnswerList &list, Visit &&visit)
+{
+    const auto ranges = list.Grid()->SelectedRowRanges();
+    for (const auto &[first, last] : ranges)
+        for (int row = first; row <= last; ++row)
+            if (!list.Row(row).IsShipped() && !visit(row))
+                return;
+}
+
+/// The one way a date gets into a row other than by typing.
+void PutAnswerDate(AnswerList &list, int row, const QString &shownDate)
+{
+    list.SetCell(row, ListColumn::AnswerDate, shownDate);
+    UpdateDifferenceMark(list, row);
+}
+
+} // namespace
+
+bool CheckDateSelection(const AnswerList &list)
+{
+    bool hasOpenRow = false;
+    ForSelectedOpenRows(list, [&](int) {
+        hasOpenRow = true;
+        return false;
+    });
+    if (hasOpenRow)
+        return true;
+    if (list.SelectedRowCount() == 0)
+        ShowMessage(88);
+    else
+        ShowMessage(0, "出荷済のものしか、選択されていません\rこのデータの変更は出来ません");
+    return false;
+}
+
+void SetAnswerDates(AnswerList &list, const QString &storedDate)
+{
+    const QString shown = ShownDate(storedDate);
+    ForSelectedOpenRows(list, [&](int row) {
+        PutAnswerDate(list, row, shown);
+        return true;
+    });
+}
+
+void SetSpecifiedDates(AnswerList &list)
+{
+    ForSelectedOpenRows(list, [&](int row) {
+        PutAnswerDate(list, row, list.Row(row).SpecifiedDate());
+        return true;
+    });
+}
+
+void UpdateDifferenceMark(AnswerList &list, int row)
+{
+    const ListRow line = list.Row(row);
+    list.SetDifferenceMark(row,
+                           StoredDate(line.AnsweredDate()) != StoredDate(line.SpecifiedDate()));
+}
+
+QString RowHint(const AnswerList &list, int row)
+{
+    const QString error = Trim(list.Row(row).Cell(ListColumn::Error));
+    if (!error.isEmpty())
+        return error;
+    return list.IsLocked(row) ? QString("出荷済のものの変更、納期回答作成は出来ません") : QString();
+}
+
+QString AskAnswerDate()
+{
+    const QString typed = InputBox("回答納期を入力してください\r"
+                                   "例 ：1997年5月28日の場合 970528 と6桁の数字で入力する",
+                                   "納期設定");
+    if (typed.isEmpty())
+        return {};
+    const QString stored = AddCentury(typed);
+    if (IsValidDate(stored))
+        return stored;
+    ShowMessage(8);
+    return {};
+}

@@ -1,0 +1,109 @@
+#include "answerlist/DeliveryLine.h"
+
+#include "data/ProgramState.h"
+#include "data/Tables.h"
+#include "data/bDAO.h"
+#include "util/VbText.h"
+#include "util/bDate.h"
+
+#include <QHash>
+#include <QStringList>
+#include <algorithm>
+
+namespace {
+
+QString Quoted(const QString &text)
+{
+    return '\'' + SqlText(text) + '\'';
+}
+
+} // namespace
+
+WriteStamp WriteStamp::Now()
+{
+    return {StoredDate(NowDateText()), NowTimeText().remove(':')};
+}
+
+QString BuildLineSql(const LineKey &key)
+{
+    return QString("SELECT * FROM TLSP0010 WHERE ") + "ACCNO = " + QString::number(key.accNo)
+           + " AND " + "ACCSUBNO = " + QString::number(key.accSubNo) + " AND "
+           + "SHPSUBNO = " + QString::number(key.shpSubNo) + " AND " + "DPOFLG = 0 " + ";";
+}
+
+QString BuildUpdateSql(const LineKey &key, const LineAnswer &answer, const WriteStamp &stamp)
+{
+    return QString("UPDATE TLSP0010 SET ") + "AnsLimDate = " + Quoted(answer.answeredDate) + ","
+           + "ShpDate = " + Quoted(answer.shipDate) + "," + "ArvExpDate = "
+           + Quoted(answer.arrivalDate) + "," + "AnsVal = " + answer.quantity.ToText() + ","
+           + "AnsMark = " + Quoted(answer.mark) + "," + "UpdPGName = " + Quoted(ProgramId) + ","
+           + "UpdDate = " + Quoted(stamp.date) + "," + "UpdTime = " + Quoted(stamp.time) + " "
+           + "WHERE " + "ACCNO = " + QString::number(key.accNo) + " AND "
+           + "AccSubNo = " + QString::number(key.accSubNo) + " AND "
+           + "ShpSubNo = " + QString::number(key.shpSubNo) + " AND " + "DPOFLG = 0;";
+}
+
+QString BuildInsertSql(const Recordset &source, int shpSubNo, const QString &payKeyNo,
+                       const LineAnswer &answer, const WriteStamp &stamp)
+{
+    const int payKeySubNp = int(source.Number(u"PayKeySubNp"));
+    const QHash<QString, QString> anew = {
+        {"ShpSubNo", QString::number(shpSubNo)},
+        {"PayKeyNo", payKeyNo},
+        {"PayKeySubNp", QString::number(payKeySubNp > 0 ? payKeySubNp + 1 : payKeySubNp)},
+        {"IndVal", "0"},
+        {"AnsVal", answer.quantity.ToText()},
+        {"ShpVal", "0"},
+        {"AnsLimDate", answer.answeredDate},
+        {"AnsMark", answer.mark},
+        {"AnsLimUmu", "0"},
+        {"ShpSts", "1"},
+        {"ShpDate", answer.shipDate},
+        {"ArvExpDate", answer.arrivalDate},
+        {"UpdPGName", ProgramId},
+        {"UpdDate", stamp.date},
+        {"UpdTime", stamp.time},
+    };
+    QStringList values;
+    for (const ColumnDefinition &column : FindTable("TLSP0010")->columns) {
+        const QString name = column.name;
+        const QString value = anew.contains(name) ? anew[name] : source.Text(name);
+        if (column.IsText())
+            values += Quoted(value);
+        else
+            values += value.isEmpty() ? QString("0") : value;
+    }
+    return "INSERT INTO TLSP0010 VALUES (" + values.join(',') + ");";
+}
+
+std::optional<QString> ShipDate(bDAO &db, const QString &answeredDate, const QString &customer,
+                                const QString &destination)
+{
+    const QString answered = StoredDate(answeredDate);
+    const auto rows = db.OpenRS(QString("SELECT PAYNEEDDAYS FROM TLMT0040,TLMT0050 WHERE ")
+                                + "TLMT0040.CUSTCD = " + Quoted(customer) + " AND "
+                                + "TLMT0050.CUSTCOCD = LEFT$(TLMT0040.VANCD,6) AND "
+                                + "TLMT0050.PAYDSTCD = " + Quoted(destination) + " AND "
+                                + "TLMT0040.DPOFLG = 0 AND " + "TLMT0050.DPOFLG = 0;");
+    if (!rows)
+        return std::nullopt;
+    if (db.IsEOF(rows.get()) || !IsValidDate(answered))
+        return answered;
+    return DateBefore(answered, int(db.NullToZero(*rows, u"PayNeedDays")));
+}
+
+QString NextPayKey(const QString &sourceKey, int payKeySubNp,
+                   const std::vector<QString> &keysOfOrder)
+{
+    constexpr int NumberLength = 4;
+    const QString key = RTrim(sourceKey);
+    if (payKeySubNp <= 0 || key.size() < NumberLength)
+        return key;
+    const QString stem = key.chopped(NumberLength);
+    int highest = int(Val(QStringView(key).right(NumberLength)));
+    for (const QString &other : keysOfOrder)
+        if (RTrim(other).size() == key.size() && other.startsWith(stem))
+            highest = std::max(highest, int(Val(RTrim(other).right(NumberLength))));
+    return stem
+           + QString::number(highest + 1).rightJustified(NumberLength, '0').right(NumberLength);
+}

@@ -1,0 +1,100 @@
+#include "answerlist/ListQuery.h"
+
+#include "util/VbText.h"
+
+namespace {
+
+QString Prefix(const QString &column, const QString &value)
+{
+    return column + " LIKE '" + LikeText(SqlText(value)) + "*' ";
+}
+
+/// A prefix condition that a blank value leaves out.
+QString PrefixIfGiven(const QString &column, const QString &value)
+{
+    return Trim(value).isEmpty() ? QString() : Prefix("AND " + column, value);
+}
+
+QString DateRange(const SearchConditions &conditions)
+{
+    static constexpr struct
+    {
+        const char *basis;
+        const char *column;
+    } bases[] = {
+        {"SHPDATE", "TLSP0010.ShpDate"},
+        {"LIMDATE", "TLSP0010.LimDate"},
+        {"ACCDATE", "TLAC0010.AccDate"},
+    };
+    QString sql;
+    for (const auto &basis : bases) {
+        if (conditions.dateBasis != QLatin1String(basis.basis))
+            continue;
+        if (!Trim(conditions.fromDate).isEmpty())
+            sql += QString(" And ") + basis.column + " >= '" + RTrim(conditions.fromDate) + "' ";
+        if (!Trim(conditions.toDate).isEmpty())
+            sql += QString("   And ") + basis.column + " <= '" + RTrim(conditions.toDate) + "' ";
+    }
+    return sql;
+}
+
+} // namespace
+
+QString BuildListSql(const SearchConditions &conditions)
+{
+    QString sql = "SELECT "
+                  " TLSP0010.AccNo"
+                  ",TLSP0010.ShpSubNo"
+                  ",TLSP0010.AccSubNo"
+                  ",TLSP0010.AnsMark"
+                  ",TLSP0010.OdrNo"
+                  ",TLSP0010.AccVal"
+                  ",TLSP0010.LimDate"
+                  ",TLSP0010.PayNo"
+                  ",TLSP0010.IndVal"
+                  ",TLSP0010.AnsLimDate"
+                  ",TLSP0010.AnsVal"
+                  ",TLSP0010.ShpSts"
+                  ",TLSP0010.ShpVal"
+                  ",TLSP0010.AnsLimUmu"
+                  ",TLSP0010.DenKBN"
+                  ",TLAC0010.EDIKBN"
+                  ",TLAC0010.ZanVal"
+                  ",TLSP0010.ContractKBN"
+                  ",TLAC0010.AccHinCD as HinCD "
+                  ",TLMT0040.LinKBN"
+                  ",TLMT0040.NokiInfPath"
+                  ",TLMT0040.NokiInfKBN"
+                  ",TLAC0010.AccHinName"
+                  ",TLAC0010.F019"
+                  ",TLSP0010.CustSecCD"
+                  " FROM TLSP0010,TLAC0010,TLMT0040 "
+                  " WHERE ";
+    sql += Prefix("TLSP0010.CUSTCD", conditions.customerCode);
+    sql += PrefixIfGiven("TLSP0010.CustSecCD", conditions.customerSectionCode);
+    sql += "AND (TLSP0010.DenKBN = 2 OR TLSP0010.DenKBN = 15) ";
+    sql += PrefixIfGiven("TLSP0010.ACCHINCD", conditions.productCode);
+    sql += PrefixIfGiven("TLAC0010.AccHinName", conditions.productName);
+    sql += PrefixIfGiven("TLSP0010.ODRNO", conditions.orderNo);
+    sql += PrefixIfGiven("TLSP0010.MFACTNO", conditions.makerNo);
+    sql += PrefixIfGiven("TLSP0010.PAYKEYNO", conditions.payKeyNo);
+    sql += "AND TLAC0010.ACCNO = TLSP0010.ACCNO ";
+    sql += DateRange(conditions);
+    sql += " AND TLSP0010.AccNo = TLAC0010.AccNo "
+           " AND TLAC0010.ShpSts <> 3 "
+           "AND TLSP0010.ShpSts <> 4 "
+           "AND TLSP0010.CustCD = TLMT0040.CustCD "
+           "AND TLSP0010.DpoFlg = 0 AND TLAC0010.DpoFlg = 0 AND TLMT0040.DpoFlg = 0 ";
+    sql += "ORDER BY ";
+    // The last two of the six keys never order the list.
+    for (size_t position = 0; position < 4; ++position)
+        sql += "TLSP0010." + conditions.sortKeys[position] + ',';
+    sql += "TLSP0010.CUSTCD,"
+           "TLSP0010.ACCNO,"
+           "TLSP0010.ACCSUBNO,"
+           "TLSP0010.ANSLIMDATE,"
+           "TLSP0010.SHPSUBNO,"
+           "TLSP0010.PAYKEYNO"
+           ";";
+    return sql;
+}

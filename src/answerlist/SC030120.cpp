@@ -1,0 +1,145 @@
+#include "answerlist/SC030120.h"
+
+#include "answerlist/AnswerDetail.h"
+#include "messages/bMessage.h"
+#include "platform/System.h"
+#include "ui_SC030120.h"
+
+#include "util/FieldInput.h"
+#include "util/VbText.h"
+#include "util/bDate.h"
+#include "util/bValue.h"
+#include <QShowEvent>
+
+SC030120::SC030120(ProgramState &state, QWidget *parent)
+    : Form(parent)
+    , m_ui(std::make_unique<Ui::SC030120>())
+    , m_state(state)
+{
+    m_ui->setupUi(this);
+    SetEscapeButton(m_ui->cmdExit);
+    AddStatusPanels(*m_ui->stbMain, {"MSG", "DATE"});
+    SetPanelText(*m_ui->stbMain, "DATE", NowDateText());
+    FieldInput::AttachDate(*m_ui->txtAnsLimDate, 1);
+    FieldInput::AttachNumber(*m_ui->txtAnsVal, DigitSpec::Quantity);
+    FieldInput::AttachByteLength(*m_ui->txtBiko);
+    OnFocus(
+        m_ui->txtAnsLimDate,
+        [this] {
+            UnformatDateField(*m_ui->txtAnsLimDate, 1);
+            m_ui->txtAnsLimDate->selectAll();
+        },
+        [this](QWidget *newFocus, Qt::FocusReason) {
+            if (newFocus != m_ui->cmdExit)
+                CheckDate();
+        });
+    OnFocus(
+        m_ui->txtAnsVal,
+        [this] {
+            m_ui->txtAnsVal->setText(QuantityOf(Trim(m_ui->txtAnsVal->text())).ToText());
+            m_ui->txtAnsVal->selectAll();
+        },
+        [this](QWidget *newFocus, Qt::FocusReason) {
+            if (newFocus != m_ui->cmdExit)
+                CheckQuantity();
+        });
+    connect(m_ui->cmdRegister, &QPushButton::clicked, this, &SC030120::cmdRegister_Click);
+    connect(m_ui->cmdExit, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+SC030120::~SC030120() = default;
+
+void SC030120::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        ShowLine();
+    Form::showEvent(event);
+}
+
+void SC030120::ShowLine()
+{
+    const Hourglass hourglass;
+    const DetailLine &line = m_state.detail;
+    const auto detail = ReadDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo});
+    m_ui->cmdRegister->setEnabled(detail.has_value());
+    if (!detail) {
+        ShowMessage(13);
+        return;
+    }
+    const std::pair<QLineEdit *, QString> texts[] = {
+        {m_ui->txtCustCD, detail->custCD},
+        {m_ui->txtCustName, detail->custName},
+        {m_ui->txtCustSecCD, detail->custSecCD},
+        {m_ui->txtCustSecName, detail->custSecName},
+        {m_ui->txtKobaiTanto, detail->kobaiTanto},
+        {m_ui->txtAccHinCD, detail->accHinCD},
+        {m_ui->txtHinCD, detail->hinCD},
+        {m_ui->txtHinName, detail->hinName},
+        {m_ui->txtAccTan, detail->accTan},
+        {m_ui->txtTanKBN, detail->tanKBN},
+        {m_ui->txtTanKBNName, detail->tanKBNName},
+        {m_ui->txtUnit, detail->unit},
+        {m_ui->txtReadTime, detail->readTime},
+        {m_ui->txtOdrNo, detail->odrNo},
+        {m_ui->txtContractKBN, detail->contractKBN},
+        {m_ui->txtMfactNo, detail->mfactNo},
+        {m_ui->txtPayNo, detail->payNo},
+        {m_ui->txtZanVal, detail->zanVal},
+        {m_ui->txtIndVal, detail->indVal},
+        {m_ui->txtAccVal, detail->accVal},
+        {m_ui->txtLimDate, detail->limDate},
+        {m_ui->txtF082, detail->f082},
+        {m_ui->txtF082Name, detail->f082Name},
+        {m_ui->txtF019, detail->f019},
+    };
+    for (const auto &[box, text] : texts) {
+        box->setText(text);
+        box->setCursorPosition(0);
+    }
+    // What the list holds, registered there or not, is what the operator goes on from.
+    m_ui->txtAnsLimDate->setText(ShownDate(line.answeredDate));
+    m_ui->txtAnsVal->setText(ShownQuantity(line.answeredQuantity));
+    m_ui->txtBiko->setText(detail->biko);
+}
+
+bool SC030120::CheckDate()
+{
+    QLineEdit *box = m_ui->txtAnsLimDate;
+    if (box->text().isEmpty())
+        return true;
+    if (IsValidDate(StoredDate(box->text()))) {
+        FormatDateField(*box, 1);
+        return true;
+    }
+    box->setFocus();
+    ShowMessage(8);
+    return false;
+}
+
+bool SC030120::CheckQuantity()
+{
+    QLineEdit *box = m_ui->txtAnsVal;
+    const QString typed = Trim(box->text()).remove(',');
+    if (IsNumberInSpec(typed, DigitSpec::Quantity)) {
+        box->setText(ShownQuantity(QuantityOf(typed)));
+        return true;
+    }
+    box->setFocus();
+    ShowMessage(9);
+    return false;
+}
+
+void SC030120::cmdRegister_Click()
+{
+    if (!CheckDate() || !CheckQuantity())
+        return;
+    DetailLine &line = m_state.detail;
+    const DetailEntry entry{StoredDate(m_ui->txtAnsLimDate->text()),
+                            QuantityOf(Trim(m_ui->txtAnsVal->text())), m_ui->txtBiko->text()};
+    if (!SaveDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo}, entry))
+        return;
+    ShowMessage(14);
+    line.answeredDate = entry.answeredDate;
+    line.answeredQuantity = entry.quantity;
+    accept();
+}

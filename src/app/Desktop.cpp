@@ -1,0 +1,31 @@
+#include "app/Desktop.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+void PrepareDesktop(QApplication &application)
+{
+    application.setApplicationName("TL030101");
+    application.setApplicationDisplayName("納期回答入力");
+    application.setQuitOnLastWindowClosed(false); // the screens take turns
+    QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
+
+    // A Japanese face first: other faces draw the same characters in their Chinese shapes.
+    const QStringList installed = QFontDatabase::families();
+    for (const char *family : {"Noto Sans CJK JP", "IPAexGothic", "IPAGothic", "TakaoGothic"}) {
+        if (!installed.contains(QLatin1String(family)))
+            continue;
+        QFont font(QString::fromLatin1(family));
+        font.setPointSize(application.font().pointSize() > 0 ? application.font().pointSize() : 10);
+        application.setFont(font);
+        break;
+    }
+    // Boxes that only show look like the form, so that those to type in stand out.
+    application.setStyleSheet("QLineEdit[readOnly=\"true\"] { background: palette(window); }");
+    auto *translator = new QTranslator(&application);
+    if (translator->load("qtbase_ja", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        application.installTranslator(translator);
+}

@@ -1,0 +1,118 @@
+#include "app/Main.h"
+
+#include "answerlist/SC030110.h"
+#include "app/CompanyLoading.h"
+#include "data/Tables.h"
+#include "output/AnswerCreation.h"
+#include "output/OutputFolders.h"
+#include "platform/MsgBox.h"
+#include "platform/System.h"
+#include "search/SC030010.h"
+#include "search/bTLName.h"
+#include "util/VbText.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace {
+
+constexpr auto IniName = "\\TALVEN.INI";
+constexpr auto DatabaseName = "\\TLDB0010.MDB";
+
+QString WithoutTrailingBackslash(const QString &path)
+{
+    return path.endsWith('\\') ? path.chopped(1) : path;
+}
+
+/// The folder that holds the settings: the program's own, else the Windows directory.
+QString FindIniDir(const QString &programDir)
+{
+    const QString dir = Files().FileExists(programDir + IniName) ? programDir : GetWindowsDir();
+    return Trim(dir + IniName).isEmpty() ? programDir : dir;
+}
+
+/// The folder that holds the database; empty when there is none.
+QString FindDatabaseDir(const Files &files, const IniFile &ini, const QString &programDir)
+{
+    const auto hasDatabase = [&](const QString &dir) {
+        return !Trim(dir).isEmpty() && files.FileExists(dir + DatabaseName);
+    };
+    if (files.FileExists(programDir + DatabaseName))
+        return programDir;
+    QString dir = WithoutTrailingBackslash(ini.Value("PATH", "DBPATH_V4.1"));
+    if (!hasDatabase(dir))
+        dir = ini.Value("PATH", "DBPATH");
+    return hasDatabase(dir) ? dir : QString();
+}
+
+} // namespace
+
+bool InitApp(ProgramState &state, const QString &programDir)
+{
+    state.iniDir = FindIniDir(programDir);
+    const IniFile ini = IniFile::Read(Files().LocalPath(state.iniDir + IniName));
+    state.files = Files(DrivePaths(ini));
+    const QString databaseDir = FindDatabaseDir(state.files, ini, programDir);
+    if (databaseDir.isEmpty())
+        return false;
+    state.dbPath = WithoutTrailingBackslash(databaseDir);
+
+    if (!state.db.OpenDB(state.files, state.dbPath + DatabaseName, false, ConnectText))
+        return false;
+    if (!state.db.CheckAccessVersion()) {
+        EndApp(state);
+        return false;
+    }
+    const QString executable = QFileInfo(QCoreApplication::applicationFilePath()).baseName();
+    if (LoadCompany(state.db, executable, state.company))
+        return true;
+    MsgBox("ｼｽﾃﾑ管理ﾏｽﾀに会社情報が登録されていないため、\r"
+           "処理を続行できません。\r"
+           "\r"
+           "ｼｽﾃﾑ管理ﾏｽﾀﾒﾝﾃﾅﾝｽで会社情報を登録してください。",
+           BoxStyle::Information, "初期設定エラー");
+    EndApp(state);
+    return false;
+}
+
+bool EndApp(ProgramState &state)
+{
+    state.db.CloseDB();
+    return true;
+}
+
+void SetSearchDefaults(ProgramState &state)
+{
+    state.conditions = SearchConditions();
+    state.conditions.customerCode = RTrim(state.company.DefCustCD);
+    state.conditions.customerName = RTrim(CustomerName(state.db, state.conditions.customerCode));
+}
+
+void RunScreens(ProgramState &state)
+{
+    const auto makeAnswers
+        = [&state](AnswerList &list, const WriteStamp &stamp, const ShowStatusText &showStatus) {
+              AnswerCreation(state.db, state.files, list, stamp, showStatus).MakeAnswers();
+          };
+    for (;;) {
+        SC030010(state).exec();
+        state.isReloadNeeded = true;
+        if (!state.isListRequested)
+            return;
+        SC030110(state, makeAnswers).exec();
+    }
+}
+
+void Main(const QString &programDir)
+{
+    const PreviousInstance instance(ProgramId);
+    ProgramState state;
+    if (!instance.IsFirst() || !InitApp(state, programDir))
+        return;
+    if (CheckAnswerOutputPaths(state.db, state.files)) {
+        state.isSearchMode = true;
+        SetSearchDefaults(state);
+        RunScreens(state);
+    }
+    EndApp(state);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QString>
+#include <span>
+#include <vector>
+
+class Database;
+
+/// The tables of TLDB0010.MDB: the one definition, for creating and checking a database and for
+/// statements that name every column.
+
+enum class ColumnType {
+    Text, ///< at most `width` characters, compared without case
+    Date, ///< "YYYYMMDD" or blank
+    Integer,
+    Quantity, ///< up to 9 integer digits and 3 decimals
+    Number,   ///< any other number
+};
+
+struct ColumnDefinition
+{
+    const char *name;
+    ColumnType type;
+    int width = 0;
+    bool isKey = false;
+
+    bool IsText() const { return type == ColumnType::Text || type == ColumnType::Date; }
+};
+
+struct TableDefinition
+{
+    const char *name;
+    const char *title; ///< the table's Japanese name
+    std::span<const ColumnDefinition> columns;
+    std::vector<const char *> indexes; ///< the columns of each index besides the key
+};
+
+/// All tables.
+std::span<const TableDefinition> Tables();
+
+/// The table of this name (compared without case); null when there is none.
+const TableDefinition *FindTable(const QString &name);
+
+/// The version of this definition, kept in the database's property SchemaVersion.
+inline constexpr int SchemaVersion = 1;
+
+/// The database format that the program asks for, as property AccessVersion has it.
+inline constexpr auto CurrentAccessVersion = "08.50";
+
+/// The oldest format that the program accepts.
+inline constexpr double OldestAccessVersion = 8.0;
+
+/// The connect text with the suite's password.
+inline constexpr auto ConnectText = ";PWD=velmo";
+
+/// Makes every table and index in an empty database and sets its properties. Throws DaoError.
+void CreateTables(Database &database);

@@ -1,0 +1,200 @@
+#include "data/bDAO.h"
+
+#include "data/Tables.h"
+#include "platform/MsgBox.h"
+#include "util/VbText.h"
+
+namespace {
+
+/// Every "|" stands inside a literal; the engine reads it only as a character joined in.
+QString EscapePipes(QString sql)
+{
+    return sql.replace("|", "' & Chr(124) & '");
+}
+
+} // namespace
+
+template <typename Result, typename Operation>
+Result bDAO::Guarded(Result onError, Operation &&operation)
+{
+    try {
+        return operation();
+    } catch (const DaoError &error) {
+        m_engine.Errors = {error};
+        ShowDBErrors();
+        return onError;
+    }
+}
+
+bool bDAO::OpenDB(const Files &files, const QString &path, bool isReadOnly, const QString &connect)
+{
+    m_isOpen = false;
+    m_database = nullptr;
+    return Guarded(false, [&] {
+        m_database = &m_workspace->OpenDatabase(files.LocalPath(path), isReadOnly, connect);
+        m_isOpen = true;
+        return true;
+    });
+}
+
+bool bDAO::CloseDB()
+{
+    return Guarded(false, [&] {
+        if (m_isOpen)
+            m_workspace->CloseDatabase();
+        m_isOpen = false;
+        m_database = nullptr;
+        return true;
+    });
+}
+
+std::unique_ptr<Recordset> bDAO::OpenRS(const QString &sql, bool)
+{
+    return Guarded(std::unique_ptr<Recordset>(), [&] {
+        if (!m_database)
+            throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
+        return m_database->OpenRecordset(EscapePipes(sql));
+    });
+}
+
+bool bDAO::DBExecute(const QString &sql)
+{
+    const QString escaped = EscapePipes(sql);
+    return Guarded(false, [&] {
+        if (!m_database)
+            throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
+        m_database->Execute(escaped);
+        if (m_database->RecordsAffected() != 0 || escaped.section(' ', 0, 0).toUpper() == "DELETE")
+            return true;
+        MsgBox(QString("不明なｴﾗｰによりﾃﾞｰﾀﾍﾞｰｽへの更新はｷｬﾝｾﾙされました。"), BoxStyle::Critical,
+               "DBExecute Routine");
+        MsgBox(escaped, BoxStyle::OkOnly, QString("不明なｴﾗｰの原因..."));
+        return false;
+    });
+}
+
+bool bDAO::BeginTrans()
+{
+    return Guarded(false, [&] {
+        m_workspace->BeginTrans();
+        return true;
+    });
+}
+
+bool bDAO::CommitTrans()
+{
+    return Guarded(false, [&] {
+        m_workspace->CommitTrans();
+        return true;
+    });
+}
+
+bool bDAO::Rollback()
+{
+    return Guarded(false, [&] {
+        m_workspace->Rollback();
+        return true;
+    });
+}
+
+bool bDAO::MoveNext(Recordset &rows)
+{
+    return Guarded(false, [&] {
+        rows.MoveNext();
+        return true;
+    });
+}
+
+bool bDAO::MoveFirst(Recordset &rows)
+{
+    rows.MoveFirst();
+    return true;
+}
+
+bool bDAO::MoveLast(Recordset &rows)
+{
+    rows.MoveLast();
+    return true;
+}
+
+bool bDAO::IsEOF(const Recordset *rows)
+{
+    return !rows || rows->IsEof();
+}
+
+bool bDAO::CloseRS(Recordset *rows)
+{
+    return Guarded(false, [&] {
+        if (rows)
+            rows->Close();
+        return true;
+    });
+}
+
+double bDAO::GetRecordCount(Recordset *rows)
+{
+    if (!rows)
+        return -1;
+    if (rows->IsEof())
+        return 0;
+    rows->MoveFirst();
+    return rows->RecordCount();
+}
+
+QString bDAO::NullToTrim(const Recordset &rows, QStringView column)
+{
+    return Trim(Guarded(QString(), [&] { return rows.Text(column); }));
+}
+
+QString bDAO::NullToRTrim(const Recordset &rows, QStringView column)
+{
+    return RTrim(Guarded(QString(), [&] { return rows.Text(column); }));
+}
+
+double bDAO::NullToZero(const Recordset &rows, QStringView column)
+{
+    return Guarded(0.0, [&] { return rows.Number(column); });
+}
+
+bool bDAO::CheckAccessVersion()
+{
+    const double version = Guarded(0.0, [&] {
+        if (!m_database)
+            throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
+        try {
+            return Val(m_database->Property("AccessVersion"));
+        } catch (const DaoError &error) {
+            if (error.number == DaoErrors::PropertyNotFound)
+                return 0.0;
+            throw;
+        }
+    });
+    if (version >= OldestAccessVersion)
+        return true;
+    MsgBox(QString("データベースが以前のバージョンのため\r"
+                   "処理を続行できません。\r"
+                   "\r"
+                   "データコンバートで最新のバージョンにするか、\r"
+                   "データベースを復元するかをして下さい。"),
+           BoxStyle::Information, QString("初期設定エラー"));
+    return false;
+}
+
+void bDAO::ShowDBErrors()
+{
+    const auto errors = std::exchange(m_engine.Errors, {});
+    for (const DaoError &error : errors)
+        MsgBox(QString("ｴﾗｰｺｰﾄﾞ：%1\r\nｴﾗｰ内容：%2\r\nｴﾗｰｿｰｽ ：%3")
+                   .arg(QString::number(error.number), error.description, error.source),
+               BoxStyle::Critical + BoxStyle::SystemModal, QString("ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ"));
+}
+
+QString SqlText(const QString &text)
+{
+    return RTrim(QString(text).replace("'", "''"));
+}
+
+QString LikeText(const QString &text)
+{
+    return QString(text).replace("#", "[#]");
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "data/dao/DBEngine.h"
+#include "platform/Files.h"
+
+#include <QString>
+#include <memory>
+
+/// The one way to the database. Every routine catches the engine's errors, shows them to the
+/// operator and returns its failure value; none throws.
+class bDAO
+{
+public:
+    /// Opens the database file at a path of the system. False after an error.
+    bool OpenDB(const Files &files, const QString &path, bool isReadOnly, const QString &connect);
+    bool CloseDB();
+    bool IsOpen() const { return m_isOpen; }
+
+    /// Opens the rows of a SELECT; nothing after an error. Rows are a copy in either case: a
+    /// snapshot and a dynaset differ only in what the original engine would lock while a row is
+    /// edited.
+    std::unique_ptr<Recordset> OpenRS(const QString &sql, bool isSnapshot = true);
+
+    /// Runs an action query. An INSERT or UPDATE that changes no row is a failure, shown with the
+    /// statement; a DELETE is not. Neither starts nor ends a transaction.
+    bool DBExecute(const QString &sql);
+
+    bool BeginTrans();
+    bool CommitTrans();
+    bool Rollback();
+
+    bool MoveNext(Recordset &rows);
+    bool MoveFirst(Recordset &rows);
+    bool MoveLast(Recordset &rows);
+    bool IsEOF(const Recordset *rows); ///< no recordset counts as its end
+    bool CloseRS(Recordset *rows);
+
+    /// The number of rows, the first one current again; 0 at the end, -1 after an error.
+    double GetRecordCount(Recordset *rows);
+
+    /// A text column of the current row; "" for null. An unknown column shows the error and gives
+    /// "".
+    QString NullToTrim(const Recordset &rows, QStringView column);
+    QString NullToRTrim(const Recordset &rows, QStringView column);
+
+    /// A number column of the current row; 0 for null.
+    double NullToZero(const Recordset &rows, QStringView column);
+
+    /// True when the database's format is new enough; shows its own message when not. A database
+    /// without the property is too old.
+    bool CheckAccessVersion();
+
+    /// Shows one box per entry of the engine's error collection and empties it.
+    void ShowDBErrors();
+
+private:
+    template <typename Result, typename Operation>
+    Result Guarded(Result onError, Operation &&operation);
+
+    DBEngine m_engine;
+    Workspace *m_workspace = &m_engine.Workspaces(0);
+    Database *m_database = nullptr;
+    bool m_isOpen = false;
+};
+
+/// A text for use between single quotes in SQL: quotes doubled, trailing blanks removed.
+QString SqlText(const QString &text);
+
+/// A text for use in a LIKE pattern: every "#" as "[#]". The caller adds the wildcard.
+QString LikeText(const QString &text);

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "data/dao/DaoError.h"
+#include "data/dao/Database.h"
+
+#include <array>
+#include <memory>
+#include <vector>
+
+/// Where databases are opened and transactions run. Every routine throws DaoError.
+class Workspace
+{
+public:
+    /// Opens a database for this workspace; it stays the one open until the next is opened.
+    Database &OpenDatabase(const QString &localPath, bool isReadOnly, const QString &connect);
+    void CloseDatabase() { m_database.reset(); }
+
+    /// A transaction takes the file's write lock at once, so that it can't fail for another's
+    /// writes half way; a lock held by another program is waited for, then reported.
+    void BeginTrans() { Run("BEGIN IMMEDIATE"); }
+    void CommitTrans() { Run("COMMIT"); }
+    void Rollback() { Run("ROLLBACK"); }
+
+private:
+    void Run(const char *sql);
+
+    std::unique_ptr<Database> m_database;
+};
+
+/// The engine: its workspaces and the errors of the last operation that failed.
+class DBEngine
+{
+public:
+    Workspace &Workspaces(int number) { return m_workspaces.at(size_t(number)); }
+
+    std::vector<DaoError> Errors;
+
+private:
+    std::array<Workspace, 1> m_workspaces;
+};

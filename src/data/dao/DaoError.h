@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+/// What the engine throws, and what its error collection holds: the engine's error number, its
+/// description in the operator's language, and the object that failed.
+struct DaoError
+{
+    int number = 0;
+    QString description;
+    QString source;
+};
+
+struct sqlite3;
+
+namespace DaoErrors {
+constexpr int CannotUpdate = 3027;
+constexpr int FileNotFound = 3024;
+constexpr int InvalidPassword = 3031;
+constexpr int NoCurrentRecord = 3021;
+constexpr int FileExists = 3204;
+constexpr int ItemNotFound = 3265;
+constexpr int PropertyNotFound = 3270;
+constexpr int UnrecognizedFormat = 3343;
+constexpr int SyntaxError = 3075;
+constexpr int ObjectInvalid = 3420;
+
+/// The error of this number with its description; `detail` (a name, a path, the library's own text)
+/// follows the description where there is one.
+DaoError Make(int number, const QString &source, const QString &detail = QString());
+
+/// The error that the last call on the connection left.
+DaoError FromSqlite(sqlite3 *connection, const QString &source);
+} // namespace DaoErrors

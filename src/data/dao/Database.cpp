@@ -1,0 +1,153 @@
+#include "data/dao/Database.h"
+
+#include "data/dao/DaoError.h"
+#include "data/dao/Dialect.h"
+#include "data/dao/SqlFunctions.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QRandomGenerator>
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace {
+
+constexpr auto Source = "DAO.Database";
+constexpr int BusyTimeoutMs = 10'000;
+
+/// How the original engine's own files begin.
+constexpr QByteArrayView OldEngineHeader("\0\1\0\0Standard Jet DB\0", 20);
+
+QString PasswordOf(const QString &connect)
+{
+    for (const QString &part : connect.split(';'))
+        if (part.startsWith("PWD=", Qt::CaseInsensitive))
+            return part.mid(4);
+    return {};
+}
+
+QString PasswordHash(const QString &salt, const QString &password)
+{
+    const QByteArray hash
+        = QCryptographicHash::hash((salt + password).toUtf8(), QCryptographicHash::Sha256);
+    return QString::fromLatin1(hash.toHex());
+}
+
+void CheckFile(const QString &localPath)
+{
+    QFile file(localPath);
+    if (!file.exists())
+        throw DaoErrors::Make(DaoErrors::FileNotFound, Source, localPath);
+    if (file.open(QIODevice::ReadOnly) && file.peek(OldEngineHeader.size()) == OldEngineHeader)
+        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source,
+                              QString("旧形式のデータベースです。tldb import で移行して"
+                                      "ください"));
+}
+
+/// A prepared statement, finalized when it goes out of scope.
+struct Statement
+{
+    Statement(sqlite3 *connection, const QString &sql)
+    {
+        const QByteArray utf8 = sql.toUtf8();
+        if (sqlite3_prepare_v2(connection, utf8.data(), int(utf8.size()), &handle, nullptr)
+            != SQLITE_OK)
+            throw DaoErrors::FromSqlite(connection, Source);
+    }
+    ~Statement() { sqlite3_finalize(handle); }
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+
+    sqlite3_stmt *handle = nullptr;
+};
+
+QString Literal(QString text)
+{
+    return '\'' + text.replace("'", "''") + '\'';
+}
+
+} // namespace
+
+Database::Database(const QString &localPath, int openFlags)
+{
+    const int result = sqlite3_open_v2(localPath.toUtf8(), &m_connection, openFlags, nullptr);
+    if (result != SQLITE_OK) {
+        const DaoError error = DaoErrors::FromSqlite(m_connection, Source);
+        sqlite3_close(m_connection);
+        throw error;
+    }
+    sqlite3_extended_result_codes(m_connection, 1);
+    sqlite3_busy_timeout(m_connection, BusyTimeoutMs);
+    AddSqlFunctions(m_connection);
+}
+
+Database::Database(const QString &localPath, bool isReadOnly, const QString &connect)
+    : Database((CheckFile(localPath), localPath),
+               isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE)
+{
+    ExecuteNative("PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF;");
+    const auto tables = OpenRecordset("SELECT 1 FROM sqlite_master WHERE name = 'DBProperty'");
+    if (tables->IsEof())
+        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, localPath);
+    const QString hash = Property("PasswordHash");
+    if (PasswordHash(Property("PasswordSalt"), PasswordOf(connect)) != hash)
+        throw DaoErrors::Make(DaoErrors::InvalidPassword, Source);
+}
+
+Database::~Database()
+{
+    sqlite3_close(m_connection);
+}
+
+std::unique_ptr<Database> Database::Create(const QString &localPath, const QString &connect)
+{
+    if (QFile::exists(localPath))
+        throw DaoErrors::Make(DaoErrors::FileExists, Source, localPath);
+    std::unique_ptr<Database> database(
+        new Database(localPath, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE));
+    database->ExecuteNative(
+        "CREATE TABLE DBProperty (Name TEXT PRIMARY KEY COLLATE NOCASE, Value TEXT)");
+    const QString salt = QString::number(QRandomGenerator::system()->generate64(), 16);
+    database->SetProperty("PasswordSalt", salt);
+    database->SetProperty("PasswordHash", PasswordHash(salt, PasswordOf(connect)));
+    ::chmod(QFile::encodeName(localPath), 0660);
+    return database;
+}
+
+std::unique_ptr<Recordset> Database::OpenRecordset(const QString &sql)
+{
+    const Statement statement(m_connection, ToSqlite(sql));
+    return std::make_unique<Recordset>(statement.handle, QString(Source));
+}
+
+void Database::Execute(const QString &sql)
+{
+    const Statement statement(m_connection, ToSqlite(sql));
+    m_recordsAffected = 0;
+    int result = SQLITE_ROW;
+    while (result == SQLITE_ROW)
+        result = sqlite3_step(statement.handle);
+    if (result != SQLITE_DONE)
+        throw DaoErrors::FromSqlite(m_connection, Source);
+    m_recordsAffected = sqlite3_stmt_readonly(statement.handle) ? 0 : sqlite3_changes(m_connection);
+}
+
+QString Database::Property(const QString &name)
+{
+    const auto rows = OpenRecordset("SELECT Value FROM DBProperty WHERE Name = " + Literal(name));
+    if (rows->IsEof())
+        throw DaoErrors::Make(DaoErrors::PropertyNotFound, Source, name);
+    return rows->Text(0);
+}
+
+void Database::SetProperty(const QString &name, const QString &value)
+{
+    ExecuteNative("INSERT OR REPLACE INTO DBProperty VALUES (" + Literal(name) + ", "
+                  + Literal(value) + ')');
+}
+
+void Database::ExecuteNative(const QString &sql)
+{
+    if (sqlite3_exec(m_connection, sql.toUtf8(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        throw DaoErrors::FromSqlite(m_connection, Source);
+}

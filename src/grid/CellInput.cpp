@@ -1,0 +1,50 @@
+#include "grid/CellInput.h"
+
+#include "messages/bMessage.h"
+#include "util/FieldInput.h"
+#include "util/VbText.h"
+#include "util/bDate.h"
+#include "util/bValue.h"
+
+void DateCellInput::Prepare(QLineEdit &editor) const
+{
+    FieldInput::AttachDate(editor, 1);
+}
+
+QString DateCellInput::ToTyped(const QString &shown) const
+{
+    return UnformatDateText(shown, 1);
+}
+
+bool DateCellInput::ToShown(const QString &typed, QString &shown) const
+{
+    shown = Trim(typed);
+    if (shown.isEmpty())
+        return true;
+    shown = FormatDateText(shown, 1);
+    if (IsValidDate(StoredDate(shown)))
+        return true;
+    ShowMessage(8);
+    return false;
+}
+
+void QuantityCellInput::Prepare(QLineEdit &editor) const
+{
+    FieldInput::AttachNumber(editor, DigitSpec::Quantity);
+}
+
+QString QuantityCellInput::ToTyped(const QString &shown) const
+{
+    return Trim(shown).isEmpty() ? QString() : QuantityOf(shown).ToText();
+}
+
+bool QuantityCellInput::ToShown(const QString &typed, QString &shown) const
+{
+    const QString number = Trim(typed);
+    if (!IsNumberInSpec(number, DigitSpec::Quantity)) {
+        ShowMessage(9);
+        return false;
+    }
+    shown = FormatQuantity(QuantityOf(number));
+    return true;
+}

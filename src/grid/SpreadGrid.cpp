@@ -1,0 +1,524 @@
+#include "grid/SpreadGrid.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFocusEvent>
+#include <QHeaderView>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <algorithm>
+
+/// Paints cells, marks the active one, and makes the editors.
+class CellDelegate : public QStyledItemDelegate
+{
+public:
+    explicit CellDelegate(SpreadGrid *grid)
+        : QStyledItemDelegate(grid)
+        , m_grid(grid)
+    {
+    }
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                          const QModelIndex &index) const override
+    {
+        return m_grid->BeginEdit(parent, index);
+    }
+
+    void setEditorData(QWidget *, const QModelIndex &) const override {}
+    void setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const override {}
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem cell = option;
+        cell.state &= ~QStyle::State_HasFocus;
+        QStyledItemDelegate::paint(painter, cell, index);
+        if (index != m_grid->currentIndex())
+            return;
+        painter->save();
+        painter->setPen(QPen(option.palette.color(QPalette::WindowText), 2));
+        painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
+        painter->restore();
+    }
+
+private:
+    // The grid itself decides when an edit ends.
+    bool eventFilter(QObject *, QEvent *) override { return false; }
+
+    SpreadGrid *m_grid;
+};
+
+SpreadGrid::SpreadGrid(QWidget *parent)
+    : QTableView(parent)
+{
+    setModel(&m_model);
+    setItemDelegate(new CellDelegate(this));
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectItems);
+    setEditTriggers(EditKeyPressed | AnyKeyPressed);
+    setTabKeyNavigation(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideRight);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    horizontalHeader()->setMinimumSectionSize(24);
+    horizontalHeader()->setStretchLastSection(true);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+
+    const auto forgetSelection = [this] { m_isSelectionKnown = false; };
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, forgetSelection);
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this, forgetSelection);
+    connect(&m_model, &QAbstractItemModel::rowsRemoved, this, forgetSelection);
+    connect(&m_model, &QAbstractItemModel::modelReset, this, forgetSelection);
+}
+
+void SpreadGrid::SetCurrentCell(int column, int row)
+{
+    m_current = {column, row};
+}
+
+QString SpreadGrid::Text() const
+{
+    return m_current.row == 0 ? m_model.Heading(m_current.column)
+                              : m_model.Text(m_current.column, m_current.row);
+}
+
+void SpreadGrid::SetText(const QString &text)
+{
+    if (m_current.row == 0)
+        m_model.SetHeading(m_current.column, text);
+    else
+        m_model.SetText(m_current.column, m_current.row, text);
+}
+
+void SpreadGrid::SetBlock(int column1, int row1, int column2, int row2)
+{
+    m_block = {column1, row1, column2, row2};
+}
+
+SpreadGrid::Block SpreadGrid::Target() const
+{
+    if (m_isBlockMode)
+        return m_block;
+    return {m_current.column, m_current.row, m_current.column, m_current.row};
+}
+
+void SpreadGrid::SetClip(const QString &text)
+{
+    const auto [column1, row1, column2, row2] = m_block;
+    const bool isWholeRow = column1 == 1 && column2 == ColumnCount();
+    const QStringList lines = row1 == row2 ? QStringList(text) : text.split("\r\n");
+    for (int row = row1; row <= row2 && row - row1 < lines.size(); ++row) {
+        const QString &line = lines[row - row1];
+        if (isWholeRow && line.count('\t') < ColumnCount()) {
+            m_model.SetRowText(row, line);
+            continue;
+        }
+        const QStringList cells = line.split('\t');
+        for (int column = column1; column <= column2 && column - column1 < cells.size(); ++column)
+            m_model.SetText(column, row, cells[column - column1]);
+    }
+}
+
+void SpreadGrid::Perform(Action action)
+{
+    const Block block = Target();
+    switch (action) {
+    case Action::ActivateCell: {
+        const QModelIndex cell = m_model.index(m_current.row - 1, m_current.column - 1);
+        selectionModel()->setCurrentIndex(cell, m_isRowMode ? QItemSelectionModel::ClearAndSelect
+                                                                  | QItemSelectionModel::Rows
+                                                            : QItemSelectionModel::NoUpdate);
+        scrollTo(cell);
+        break;
+    }
+    case Action::DeleteRows:
+        m_model.DeleteRows(block.row1, block.row2);
+        break;
+    case Action::InsertRow:
+        m_model.InsertRow(block.row1);
+        break;
+    case Action::ClearText:
+        ClearBlockText(block);
+        break;
+    case Action::CopyBlock:
+        CopyBlock(block);
+        break;
+    case Action::Draw:
+        viewport()->update();
+        break;
+    }
+}
+
+void SpreadGrid::ClearBlockText(const Block &block)
+{
+    const bool isWholeRow = block.column1 == 1 && block.column2 == ColumnCount();
+    for (int row = block.row1; row <= block.row2; ++row) {
+        if (m_model.RowText(row).isEmpty())
+            continue;
+        if (isWholeRow) {
+            m_model.SetRowText(row, {});
+            continue;
+        }
+        for (int column = block.column1; column <= block.column2; ++column)
+            m_model.SetText(column, row, {});
+    }
+}
+
+void SpreadGrid::CopyBlock(const Block &block)
+{
+    const int rowShift = m_destination.row - block.row1;
+    const int columnShift = m_destination.column - block.column1;
+    for (int row = block.row1; row <= block.row2; ++row) {
+        for (int column = block.column1; column <= block.column2; ++column) {
+            const int toRow = row + rowShift;
+            const int toColumn = column + columnShift;
+            const CellStyle style = m_model.Style(column, row);
+            m_model.SetText(toColumn, toRow, m_model.Text(column, row));
+            m_model.ChangeStyles(toColumn, toRow, toColumn, toRow,
+                                 [&](CellStyle &target) { target = style; });
+        }
+    }
+}
+
+double SpreadGrid::RowHeight() const
+{
+    return verticalHeader()->defaultSectionSize();
+}
+
+void SpreadGrid::SetRowHeight(int, double height)
+{
+    // All rows are equally high, so that a million of them need no measuring.
+    if (int(height) > 0 && int(height) != verticalHeader()->defaultSectionSize())
+        verticalHeader()->setDefaultSectionSize(int(height));
+}
+
+void SpreadGrid::SetRedraw(bool isOn)
+{
+    m_model.SetNotifying(isOn);
+    setUpdatesEnabled(isOn);
+}
+
+void SpreadGrid::SetForeColor(QRgb color)
+{
+    const auto [column1, row1, column2, row2] = Target();
+    m_model.ChangeStyles(column1, row1, column2, row2,
+                         [color](CellStyle &style) { style.foreColor = color; });
+}
+
+void SpreadGrid::SetBackColor(QRgb color)
+{
+    const auto [column1, row1, column2, row2] = Target();
+    m_model.ChangeStyles(column1, row1, column2, row2,
+                         [color](CellStyle &style) { style.backColor = color; });
+}
+
+void SpreadGrid::SetLock(bool isLocked)
+{
+    const auto [column1, row1, column2, row2] = Target();
+    m_model.ChangeStyles(column1, row1, column2, row2,
+                         [isLocked](CellStyle &style) { style.isLocked = isLocked; });
+}
+
+void SpreadGrid::SetComboEntries(const QStringList &entries)
+{
+    const auto [column1, row1, column2, row2] = Target();
+    m_model.ChangeStyles(column1, row1, column2, row2,
+                         [&](CellStyle &style) { style.comboEntries = entries; });
+}
+
+QStringList SpreadGrid::ComboEntries() const
+{
+    return m_model.Style(m_current.column, m_current.row).comboEntries.value_or(QStringList());
+}
+
+int SpreadGrid::ComboIndex() const
+{
+    return int(ComboEntries().indexOf(Text()));
+}
+
+void SpreadGrid::SetComboIndex(int index)
+{
+    SetText(ComboEntries().value(index));
+}
+
+const std::vector<std::pair<int, int>> &SpreadGrid::SelectedRowRanges() const
+{
+    if (m_isSelectionKnown)
+        return m_selectedRows;
+    std::vector<std::pair<int, int>> ranges;
+    for (const QItemSelectionRange &range : selectionModel()->selection())
+        ranges.emplace_back(range.top() + 1, range.bottom() + 1);
+    std::sort(ranges.begin(), ranges.end());
+    m_selectedRows.clear();
+    for (const auto &range : ranges) {
+        if (m_selectedRows.empty() || range.first > m_selectedRows.back().second + 1)
+            m_selectedRows.push_back(range);
+        else
+            m_selectedRows.back().second = std::max(m_selectedRows.back().second, range.second);
+    }
+    m_isSelectionKnown = true;
+    return m_selectedRows;
+}
+
+bool SpreadGrid::IsRowSelected(int row) const
+{
+    const auto &ranges = SelectedRowRanges();
+    const auto after
+        = std::upper_bound(ranges.begin(), ranges.end(), row,
+                           [](int value, const auto &range) { return value < range.first; });
+    return after != ranges.begin() && row <= std::prev(after)->second;
+}
+
+void SpreadGrid::SetLineStyle(int style)
+{
+    setShowGrid(style != 0);
+    setGridStyle(style == 2 ? Qt::DotLine : Qt::SolidLine);
+}
+
+void SpreadGrid::SetColumnInput(int column, std::unique_ptr<CellInput> input)
+{
+    m_model.SetEditable(column, input != nullptr);
+    m_inputs[column] = std::move(input);
+}
+
+void SpreadGrid::SetColumnLook(int column, int width, Qt::Alignment alignment)
+{
+    m_model.SetAlignment(column, alignment);
+    setColumnHidden(column - 1, width == 0);
+    if (width > 0)
+        setColumnWidth(column - 1, width);
+}
+
+void SpreadGrid::SetTextLines(int lines)
+{
+    verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * lines + 8);
+}
+
+void SpreadGrid::SetRowMode()
+{
+    m_isRowMode = true;
+    setSelectionMode(SingleSelection);
+    setSelectionBehavior(SelectRows);
+}
+
+QString SpreadGrid::SelectedText() const
+{
+    QItemSelection selection = selectionModel()->selection();
+    if (selection.isEmpty() && currentIndex().isValid())
+        selection.select(currentIndex(), currentIndex());
+    int firstColumn = ColumnCount();
+    int lastColumn = 1;
+    for (const QItemSelectionRange &range : selection) {
+        firstColumn = std::min(firstColumn, range.left() + 1);
+        lastColumn = std::max(lastColumn, range.right() + 1);
+    }
+    std::vector<std::pair<int, int>> rows = SelectedRowRanges();
+    if (rows.empty() && currentIndex().isValid())
+        rows.emplace_back(ActiveRow(), ActiveRow());
+
+    QString text;
+    for (const auto &[first, last] : rows) {
+        for (int row = first; row <= last; ++row) {
+            QStringList cells;
+            for (int column = firstColumn; column <= lastColumn; ++column) {
+                if (isColumnHidden(column - 1))
+                    continue;
+                QString cell = m_model.Text(column, row);
+                if (cell.contains('\r') || cell.contains('\n') || cell.contains('"'))
+                    cell = '"' + cell.replace("\r\n", "\n").replace('"', "\"\"") + '"';
+                cells += cell;
+            }
+            text += cells.join('\t') + '\n';
+        }
+    }
+    return text;
+}
+
+QLineEdit *SpreadGrid::BeginEdit(QWidget *parent, const QModelIndex &index)
+{
+    const CellInput *input = m_inputs.at(index.column() + 1).get();
+    auto *editor = new QLineEdit(parent);
+    editor->setObjectName("cellEditor");
+    editor->setAccessibleName(m_model.Heading(index.column() + 1));
+    editor->setFrame(false);
+    editor->setAutoFillBackground(true);
+    editor->setText(input->ToTyped(m_model.Text(index.column() + 1, index.row() + 1)));
+    input->Prepare(*editor);
+    editor->selectAll();
+    editor->installEventFilter(this);
+    m_editor = editor;
+    m_editedCell = index;
+    m_typedBefore = editor->text();
+    return editor;
+}
+
+bool SpreadGrid::FinishEdit()
+{
+    if (!m_editor || m_isFinishing)
+        return !m_isFinishing;
+    const int column = m_editedCell.column() + 1;
+    const int row = m_editedCell.row() + 1;
+    const QString typed = m_editor->text();
+    if (typed == m_typedBefore) {
+        CancelEdit();
+        return true;
+    }
+    QString shown;
+    m_isFinishing = true; // its message box takes the focus, which is not another leaving
+    const bool isAccepted = m_inputs.at(column)->ToShown(typed, shown);
+    m_isFinishing = false;
+    if (!isAccepted) {
+        if (m_editor) {
+            m_editor->setFocus();
+            m_editor->selectAll();
+        }
+        return false;
+    }
+    CancelEdit();
+    m_model.SetText(column, row, shown);
+    emit CellChanged(column, row);
+    return true;
+}
+
+void SpreadGrid::CancelEdit()
+{
+    if (!m_editor)
+        return;
+    QLineEdit *editor = m_editor;
+    m_editor = nullptr;
+    const bool hadFocus = editor->hasFocus();
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+    if (hadFocus)
+        setFocus();
+}
+
+void SpreadGrid::MoveAfterEdit(int columns, int rows)
+{
+    int column = ActiveColumn() + columns;
+    int row = ActiveRow() + rows;
+    if (columns != 0) {
+        // Along the cells that can be typed into, from row to row.
+        while (row >= 1 && row <= RowCount()) {
+            while (column >= 1 && column <= ColumnCount() && !m_model.IsEditable(column, row))
+                column += columns;
+            if (column >= 1 && column <= ColumnCount())
+                break;
+            row += columns;
+            column = columns > 0 ? 1 : ColumnCount();
+        }
+    }
+    if (row < 1 || row > RowCount())
+        return;
+    SetCurrentCell(column, row);
+    selectionModel()->setCurrentIndex(m_model.index(row - 1, column - 1),
+                                      QItemSelectionModel::NoUpdate);
+}
+
+bool SpreadGrid::HandleEditorKey(QKeyEvent *event)
+{
+    int columns = 0;
+    int rows = 0;
+    switch (event->key()) {
+    case Qt::Key_Escape:
+        CancelEdit();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        rows = event->modifiers() & Qt::ShiftModifier ? -1 : 1;
+        break;
+    case Qt::Key_Down:
+        rows = 1;
+        break;
+    case Qt::Key_Up:
+        rows = -1;
+        break;
+    case Qt::Key_Tab:
+        columns = 1;
+        break;
+    case Qt::Key_Backtab:
+        columns = -1;
+        break;
+    default:
+        return false;
+    }
+    if (FinishEdit())
+        MoveAfterEdit(columns, rows);
+    return true;
+}
+
+bool SpreadGrid::eventFilter(QObject *object, QEvent *event)
+{
+    if (object != m_editor)
+        return QTableView::eventFilter(object, event);
+    if (event->type() == QEvent::KeyPress)
+        return HandleEditorKey(static_cast<QKeyEvent *>(event));
+    if (event->type() == QEvent::ShortcutOverride
+        && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::FocusOut) {
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason)
+            QMetaObject::invokeMethod(this, &SpreadGrid::FinishEdit, Qt::QueuedConnection);
+    }
+    return false;
+}
+
+bool SpreadGrid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
+{
+    const bool isStarted = QTableView::edit(index, trigger, event);
+    // A quantity begun with the point gets its zero.
+    if (isStarted && trigger == AnyKeyPressed && m_editor && m_editor->text() == ".") {
+        const QString prefix = m_inputs.at(index.column() + 1)->PointPrefix();
+        m_editor->setText(prefix + m_editor->text());
+    }
+    return isStarted;
+}
+
+void SpreadGrid::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy)) {
+        QApplication::clipboard()->setText(SelectedText());
+        return;
+    }
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::ShiftModifier) {
+        selectionModel()->select(currentIndex(),
+                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        return;
+    }
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !m_isRowMode) {
+        MoveAfterEdit(0, event->modifiers() & Qt::ShiftModifier ? -1 : 1);
+        return;
+    }
+    if (isEnter || event->key() == Qt::Key_Escape) {
+        event->ignore(); // the form's
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+void SpreadGrid::mousePressEvent(QMouseEvent *event)
+{
+    if (FinishEdit())
+        QTableView::mousePressEvent(event);
+}
+
+void SpreadGrid::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QTableView::mouseDoubleClickEvent(event);
+    const QModelIndex cell = indexAt(event->pos());
+    if (cell.isValid() && event->button() == Qt::LeftButton)
+        emit CellDoubleClicked(cell.column() + 1, cell.row() + 1);
+}
+
+void SpreadGrid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTableView::currentChanged(current, previous);
+    emit CellLeft(previous.column() + 1, previous.row() + 1, current.column() + 1,
+                  current.row() + 1);
+}

@@ -1,0 +1,121 @@
+#include "output/OutputFolders.h"
+
+#include "messages/bMessage.h"
+#include "output/AnswerSql.h"
+#include "platform/RuntimeError.h"
+#include "util/VbText.h"
+
+#include <QStringList>
+
+namespace {
+
+constexpr InfoKind InfoKinds[] = {
+    {"0302", "AnsInfPath", "AnsInfKBN", "見積回答情報"},
+    {"0702", "NokiInfPath", "NokiInfKBN", "納期回答情報"},
+    {"0704", "ShpInfPath", "ShpInfKBN", "出荷情報"},
+    {"1004", "RsvPath2", "RsvInfKBN2", "返品受諾情報"},
+    {"1103", "RsvPath1", "RsvInfKBN1", "照合確認情報"},
+    {"9999", "NohinPath", "NohinKBN", "納品情報"},
+};
+
+constexpr auto WritableTestFile = "@@@@@Writable@@@@@.txt";
+
+/// The folder names of a path, the first one a drive, "\\server" or "" before the machine's root.
+QStringList FolderNames(const QString &path, QChar separator)
+{
+    QStringList names;
+    qsizetype start = 0;
+    qsizetype from = path.startsWith("\\\\") ? 2 : 0;
+    for (qsizetype at = path.indexOf(separator, from); at >= 0;
+         at = path.indexOf(separator, start)) {
+        names += path.mid(start, at - start);
+        start = at + 1;
+    }
+    return names;
+}
+
+/// Names the first customer that uses the path.
+QString CustomerOfPath(bDAO &db, const InfoKind &kind, const QString &path)
+{
+    const auto rows = db.OpenRS(QString("Select * From TLMT0040 ") + " Where " + kind.switchColumn
+                                + "  <> 0 " + " And   " + kind.pathColumn + " = '" + SqlText(path)
+                                + "' " + " Order By CustCD ");
+    if (db.IsEOF(rows.get()))
+        return {};
+    return QString("\r\n\r\n得意先コード：%1\r\n得意先名　　：%2\r\n情報種名　　：%"
+                   "3\r\n出力パス　　：%4")
+        .arg(db.NullToRTrim(*rows, u"CustCD"), db.NullToRTrim(*rows, u"CustName"), kind.name, path);
+}
+
+} // namespace
+
+const InfoKind *FindInfoKind(const QString &code)
+{
+    for (const InfoKind &kind : InfoKinds)
+        if (code == QLatin1String(kind.code))
+            return &kind;
+    return nullptr;
+}
+
+bool CheckInfoOutputPaths(bDAO &db, const Files &files, const QString &infoKindCode,
+                          QString &message)
+{
+    message.clear();
+    const InfoKind *kind = FindInfoKind(infoKindCode);
+    if (!kind)
+        return false;
+    const QString column = kind->pathColumn;
+    const auto rows = db.OpenRS("Select Distinct " + column + " From TLMT0040 " + " Where "
+                                + kind->switchColumn + " <> 0 " + " And   " + column + " <> '' ");
+    if (!rows)
+        return false;
+    for (; !db.IsEOF(rows.get()); db.MoveNext(*rows)) {
+        const QString path = rows->Text(0);
+        if (!CheckOutputFolder(files, path, message)) {
+            message += CustomerOfPath(db, *kind, path);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CheckOutputFolder(const Files &files, const QString &filePath, QString &message)
+{
+    message.clear();
+    const QString path = Trim(filePath);
+    if (path.isEmpty()) {
+        message = "出力パスが設定されていません。";
+        return false;
+    }
+    const QChar separator = PathSeparator(path);
+    QStringList names = FolderNames(path, separator);
+    if (names.isEmpty())
+        names += "."; // a bare file name stands in the current folder
+    QString folder = names.takeFirst();
+    for (const QString &name : names) {
+        folder += separator + name;
+        if (!files.FolderExists(folder) && files.MakeFolder(folder) != RuntimeError::None) {
+            message = "ファイルを出力するフォルダが存在しません。\r\n"
+                      "出力フォルダの設定、属性を確認してください。";
+            return false;
+        }
+    }
+    const QString testFile = folder + separator + WritableTestFile;
+    int error = RuntimeError::None;
+    if (!files.Open(testFile, FileMode::Output, FileLock::None, error)) {
+        message = "ファイルの書き込みが出来ません。\r\n"
+                  "出力フォルダの設定、属性を確認してください。";
+        return false;
+    }
+    files.Remove(testFile);
+    return true;
+}
+
+bool CheckAnswerOutputPaths(bDAO &db, const Files &files)
+{
+    QString message;
+    if (CheckInfoOutputPaths(db, files, AnswerInfoKind, message))
+        return true;
+    ShowMessage(0, message);
+    return false;
+}

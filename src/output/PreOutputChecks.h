@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+class AnswerList;
+
+using ShowStatusText = std::function<void(const QString &)>;
+
+/// Checks the answers on the list before anything is registered or written. Stops at the first row
+/// in error: its text goes into the row, which becomes the active one. `participants` receives the
+/// number of rows that take part.
+bool RunPreOutputChecks(AnswerList &list, const ShowStatusText &showStatus, int &participants);

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "platform/DrivePaths.h"
+
+#include <QByteArray>
+#include <QString>
+#include <functional>
+#include <memory>
+
+enum class FileOp { Open, Write, Sync, MakeFolder, Remove };
+
+/// Test seam: while set, it is asked before each operation on a file (path as the system writes
+/// it); a result other than 0 is the errno with which the operation then fails.
+void SetFileFault(std::function<int(FileOp, const QString &path)> fault);
+
+enum class FileMode {
+    Read,      ///< must exist
+    ReadWrite, ///< created when missing
+    Append,    ///< created when missing; writes go to the end
+    Output,    ///< created or emptied
+};
+
+enum class FileLock { None, Shared, Exclusive };
+
+/// One open file; closed, and its lock given up, when destroyed.
+class OpenFile
+{
+public:
+    OpenFile(int descriptor, QString path);
+    ~OpenFile();
+    OpenFile(const OpenFile &) = delete;
+    OpenFile &operator=(const OpenFile &) = delete;
+
+    qint64 Size() const;
+
+    /// Up to `length` bytes from byte `position` (0 is the first); fewer at the end of the file.
+    QByteArray ReadAt(qint64 position, qint64 length) const;
+
+    /// Writes all bytes at the end and sees them safely onto the disk. Returns 0 or the run-time's
+    /// error number; after an error the file is as long as it was before.
+    int Append(QByteArrayView bytes);
+
+private:
+    int WriteAll(QByteArrayView bytes);
+
+    int m_descriptor;
+    QString m_path;
+};
+
+/// The files and folders that the system's paths name. Every result that is an int is 0 or the
+/// run-time's error number.
+class Files
+{
+public:
+    Files() = default;
+    explicit Files(DrivePaths drives)
+        : m_drives(std::move(drives))
+    {
+    }
+
+    bool FileExists(const QString &path) const;
+    bool FolderExists(const QString &path) const;
+    int MakeFolder(const QString &path) const;
+    int Remove(const QString &path) const;
+
+    /// Opens a file; nothing, and the number in `error`, when it can't be opened or another program
+    /// holds a lock against it.
+    std::unique_ptr<OpenFile> Open(const QString &path, FileMode mode, FileLock lock,
+                                   int &error) const;
+
+    /// The machine's own path, for libraries that open files themselves.
+    QString LocalPath(const QString &path) const { return m_drives.ToLocal(path); }
+
+private:
+    DrivePaths m_drives;
+};

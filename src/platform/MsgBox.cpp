@@ -1,0 +1,94 @@
+#include "platform/MsgBox.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace {
+
+std::function<int(const MessageBoxRequest &)> &Handler()
+{
+    static std::function<int(const MessageBoxRequest &)> handler;
+    return handler;
+}
+
+QMessageBox::Icon IconOf(int style)
+{
+    switch (style & 0x70) {
+    case BoxStyle::Critical:
+        return QMessageBox::Critical;
+    case BoxStyle::Question:
+        return QMessageBox::Question;
+    case BoxStyle::Exclamation:
+        return QMessageBox::Warning;
+    case BoxStyle::Information:
+        return QMessageBox::Information;
+    default:
+        return QMessageBox::NoIcon;
+    }
+}
+
+QMessageBox::StandardButtons ButtonsOf(int style)
+{
+    switch (style & 0xf) {
+    case BoxStyle::OkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case BoxStyle::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case BoxStyle::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    default:
+        return QMessageBox::Ok;
+    }
+}
+
+QMessageBox::StandardButton SecondButtonOf(QMessageBox::StandardButtons buttons)
+{
+    if (buttons.testFlag(QMessageBox::No))
+        return QMessageBox::No;
+    return buttons.testFlag(QMessageBox::Cancel) ? QMessageBox::Cancel : QMessageBox::Ok;
+}
+
+} // namespace
+
+int MsgBox(const QString &text, int style, const QString &title)
+{
+    if (Handler())
+        return Handler()({text, style, title});
+
+    QMessageBox box(QApplication::activeWindow());
+    box.setObjectName("MsgBox");
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QString(text).replace("\r\n", "\n").replace('\r', '\n'));
+    box.setIcon(IconOf(style));
+    box.setWindowTitle(title);
+    box.setStandardButtons(ButtonsOf(style));
+    if (style & BoxStyle::SystemModal)
+        box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    if (style & BoxStyle::DefaultButton2)
+        box.setDefaultButton(SecondButtonOf(box.standardButtons()));
+    if (!box.standardButtons().testFlag(QMessageBox::Cancel))
+        box.setEscapeButton(SecondButtonOf(box.standardButtons()));
+
+    // The hourglass of a long run does not hang over a question to the operator.
+    if (QApplication::overrideCursor())
+        QApplication::setOverrideCursor(Qt::ArrowCursor);
+    const int pressed = box.exec();
+    if (QApplication::overrideCursor())
+        QApplication::restoreOverrideCursor();
+
+    switch (pressed) {
+    case QMessageBox::Yes:
+        return BoxButton::Yes;
+    case QMessageBox::No:
+        return BoxButton::No;
+    case QMessageBox::Cancel:
+        return BoxButton::Cancel;
+    default:
+        return BoxButton::Ok;
+    }
+}
+
+void SetMsgBoxHandler(std::function<int(const MessageBoxRequest &)> handler)
+{
+    Handler() = std::move(handler);
+}

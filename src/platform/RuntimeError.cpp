@@ -1,0 +1,70 @@
+#include "platform/RuntimeError.h"
+
+#include <cerrno>
+
+namespace RuntimeError {
+
+QString Description(int number)
+{
+    static constexpr struct
+    {
+        int number;
+        const char *text;
+    } descriptions[] = {
+        {SubscriptOutOfRange, "インデックスが有効範囲にありません。"},
+        {BadFileName, "ファイル名または番号が不正です。"},
+        {FileNotFound, "ファイルが見つかりません。"},
+        {DeviceIo, "デバイス I/O エラーです。"},
+        {FileExists, "既に同名のファイルが存在しています。"},
+        {DiskFull, "ディスクの空き容量が不足しています。"},
+        {TooManyFiles, "ファイルが多すぎます。"},
+        {PermissionDenied, "書き込みできません。"},
+        {DiskNotReady, "ディスクが準備されていません。"},
+        {PathFileAccess, "パス名が無効です。"},
+        {PathNotFound, "パスが見つかりません。"},
+    };
+    for (const auto &entry : descriptions)
+        if (entry.number == number)
+            return QString::fromUtf8(entry.text);
+    return QString("アプリケーション定義またはオブジェクト定義のエラーです。");
+}
+
+int FromErrno(int error)
+{
+    switch (error) {
+    case 0:
+        return None;
+    case ENOENT:
+        return FileNotFound;
+    case ENOTDIR:
+        return PathNotFound;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+        return PathFileAccess;
+    case EAGAIN:
+    case EBUSY:
+    case ETXTBSY:
+        return PermissionDenied;
+    case EEXIST:
+        return FileExists;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return DiskFull;
+    case EMFILE:
+    case ENFILE:
+        return TooManyFiles;
+    case ENAMETOOLONG:
+    case EINVAL:
+        return BadFileName;
+    case ENXIO:
+    case ENODEV:
+        return DiskNotReady;
+    default:
+        return DeviceIo;
+    }
+}
+
+} // namespace RuntimeError

@@ -1,0 +1,77 @@
+#include "platform/ShiftJis.h"
+
+#include <QStringDecoder>
+#include <QStringEncoder>
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+constexpr auto CodePage932 = "windows-31j";
+
+bool IsAscii(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+/// Encodes and tells through `complete` whether every character was in the code page.
+QByteArray Encode(QStringView text, bool &complete)
+{
+    // Once set, the encoder's error flag stays, also over a reset: such an encoder is done for.
+    static thread_local std::optional<QStringEncoder> encoder;
+    if (!encoder || encoder->hasError())
+        encoder.emplace(CodePage932, QStringConverter::Flag::Stateless);
+    QByteArray bytes = encoder->encode(text);
+    complete = !encoder->hasError();
+    return bytes;
+}
+
+} // namespace
+
+QByteArray ToShiftJis(QStringView text)
+{
+    if (IsAscii(text))
+        return text.toLatin1();
+    bool complete = false;
+    const QByteArray whole = Encode(text, complete);
+    if (complete)
+        return whole;
+
+    QByteArray bytes;
+    for (qsizetype at = 0; at < text.size();) {
+        const bool isPair
+            = text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+        const qsizetype length = isPair ? 2 : 1;
+        const QByteArray one = Encode(text.mid(at, length), complete);
+        bytes += complete ? one : QByteArray("?");
+        at += length;
+    }
+    return bytes;
+}
+
+QString FromShiftJis(QByteArrayView bytes)
+{
+    if (std::all_of(bytes.begin(), bytes.end(), [](char byte) { return uchar(byte) < 0x80; }))
+        return QString::fromLatin1(bytes);
+    static thread_local QStringDecoder decoder(CodePage932, QStringConverter::Flag::Stateless);
+    decoder.resetState();
+    // Half a character at the end is only seen when something follows it. The decoder writes SUB
+    // for bad bytes.
+    QString text = decoder.decode(bytes.toByteArray() + '\n');
+    text.chop(1);
+    text.replace(QChar(0x1a), QChar::ReplacementCharacter);
+    return text;
+}
+
+int ShiftJisLength(QStringView text)
+{
+    return int(ToShiftJis(text).size());
+}
+
+bool IsShiftJisText(QStringView text)
+{
+    bool complete = true;
+    if (!IsAscii(text))
+        Encode(text, complete);
+    return complete;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// The text in Windows code page 932. A character outside of it becomes "?".
+QByteArray ToShiftJis(QStringView text);
+
+/// The text that bytes in Windows code page 932 stand for. A byte that begins no character, or half
+/// a character at the end, becomes U+FFFD.
+QString FromShiftJis(QByteArrayView bytes);
+
+/// The length of the text in bytes of code page 932: 2 for a full-width character, 1 for a
+/// half-width one.
+int ShiftJisLength(QStringView text);
+
+/// False when the text holds a character that code page 932 does not have.
+bool IsShiftJisText(QStringView text);

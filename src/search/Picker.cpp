@@ -1,0 +1,58 @@
+#include "search/Picker.h"
+
+#include "grid/SpreadGrid.h"
+#include "messages/bMessage.h"
+#include "platform/System.h"
+
+#include <QAbstractButton>
+
+Picker::Picker(ProgramState &state, PickedCode &picked, QWidget *parent)
+    : Form(parent)
+    , m_state(state)
+    , m_picked(picked)
+{
+}
+
+void Picker::Bind(SpreadGrid *grid, QAbstractButton *confirm, QAbstractButton *close,
+                  const std::vector<Column> &columns)
+{
+    SetEscapeButton(close);
+    grid->SetColumnCount(int(columns.size()));
+    QStringList headings;
+    for (const Column &column : columns) {
+        headings += column.heading;
+        grid->SetColumnLook(int(headings.size()), column.width, Qt::AlignLeft | Qt::AlignVCenter);
+    }
+    grid->SetRowMode();
+    m_grid.Create(grid);
+    m_grid.InitRowLayout(headings.join('\t'));
+    connect(confirm, &QAbstractButton::clicked, this, &Picker::Confirm);
+    connect(close, &QAbstractButton::clicked, this, &QDialog::reject);
+    connect(grid, &SpreadGrid::CellDoubleClicked, this, &Picker::Confirm);
+}
+
+void Picker::Pick()
+{
+    int row = 0;
+    {
+        const Hourglass hourglass;
+        m_grid.Client()->SetRedraw(false);
+        row = Fill(m_state.db, m_picked, m_grid);
+        m_grid.Client()->SetRedraw(true);
+    }
+    if (row == 0) {
+        ShowMessage(13);
+        return;
+    }
+    m_grid.ActiveCell(row, 1);
+    exec();
+}
+
+void Picker::Confirm()
+{
+    const int row = m_grid.Client()->ActiveRow();
+    m_picked = {};
+    m_grid.GetValue(1, row, m_picked.code);
+    m_grid.GetValue(2, row, m_picked.name);
+    accept();
+}

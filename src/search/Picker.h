@@ -1,0 +1,43 @@
+#pragma once
+
+#include "data/ProgramState.h"
+#include "grid/SpreadX.h"
+#include "util/Form.h"
+
+#include <vector>
+
+class SpreadGrid;
+
+/// A list to pick a code and its name from. They come in through the program's state and the picked
+/// ones go back through it; closing without a pick leaves them as they came.
+class Picker : public Form
+{
+    Q_OBJECT
+
+public:
+    /// Fills the list and shows it modally; without any row, message 13 takes its place.
+    void Pick();
+
+protected:
+    struct Column
+    {
+        QString heading;
+        int width;
+    };
+
+    Picker(ProgramState &state, PickedCode &picked, QWidget *parent);
+
+    /// Binds the form's controls: code and name are the first two columns.
+    void Bind(SpreadGrid *grid, QAbstractButton *confirm, QAbstractButton *close,
+              const std::vector<Column> &columns);
+
+    /// Adds the rows; returns the one to begin on, 0 when there is none.
+    virtual int Fill(bDAO &db, const PickedCode &picked, SpreadX &grid) = 0;
+
+private:
+    void Confirm();
+
+    ProgramState &m_state;
+    PickedCode &m_picked;
+    SpreadX m_grid;
+};

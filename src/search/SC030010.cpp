@@ -1,0 +1,213 @@
+#include "search/SC030010.h"
+
+#include "messages/bMessage.h"
+#include "search/SC040220R.h"
+#include "search/SC040230R.h"
+#include "search/bTLName.h"
+#include "ui_SC030010.h"
+#include "util/FieldInput.h"
+#include "util/VbText.h"
+#include "util/bDate.h"
+
+namespace {
+
+struct DateTab
+{
+    const char *key;
+    const char *caption;
+};
+
+constexpr DateTab DateTabs[] = {
+    {"SHPDATE", "出荷（予定）"},
+    {"LIMDATE", "指定納期"},
+    {"ACCDATE", "受注日"},
+};
+
+} // namespace
+
+SC030010::SC030010(ProgramState &state, QWidget *parent)
+    : Form(parent)
+    , m_ui(std::make_unique<Ui::SC030010>())
+    , m_state(state)
+{
+    m_ui->setupUi(this);
+    AddStatusPanels(*m_ui->stbMain, {"MSG", "DATE"});
+    SetPanelText(*m_ui->stbMain, "DATE", NowDateText());
+    m_ui->tabDate->setDrawBase(false);
+    for (const DateTab &tab : DateTabs) {
+        const bool isHidden
+            = state.isSearchMode && QLatin1String(tab.key) == QLatin1String("SHPDATE");
+        if (!isHidden)
+            m_ui->tabDate->setTabData(m_ui->tabDate->addTab(tab.caption), tab.key);
+    }
+
+    for (QLineEdit *box : {m_ui->txtCustCD, m_ui->txtCustSecCD, m_ui->txtAccHinCD, m_ui->txtOdrNo,
+                           m_ui->txtMfactNo, m_ui->txtPayKeyNo})
+        FieldInput::AttachCode(*box);
+    FieldInput::AttachByteLength(*m_ui->txtAccHinName);
+    for (QLineEdit *box : {m_ui->txtFromDate, m_ui->txtToDate}) {
+        FieldInput::AttachDate(*box, 1);
+        OnFocus(
+            box,
+            [box] {
+                UnformatDateField(*box, 1);
+                box->selectAll();
+            },
+            [this, box](QWidget *newFocus, Qt::FocusReason reason) {
+                DateBox_LostFocus(box, newFocus, reason);
+            });
+    }
+    OnFocus(m_ui->txtCustCD, nullptr,
+            [this](QWidget *, Qt::FocusReason) { txtCustCD_LostFocus(); });
+    OnFocus(m_ui->txtAccHinCD, nullptr,
+            [this](QWidget *, Qt::FocusReason) { txtAccHinCD_LostFocus(); });
+
+    // A name belongs to the code it was found for.
+    connect(m_ui->txtCustCD, &QLineEdit::textEdited, m_ui->txtCustName, &QLineEdit::clear);
+    connect(m_ui->txtAccHinCD, &QLineEdit::textEdited, m_ui->txtAccHinName, &QLineEdit::clear);
+    connect(m_ui->tabDate, &QTabBar::currentChanged, this,
+            [this](int tab) { m_ui->lblDate->setText(m_ui->tabDate->tabText(tab)); });
+    connect(m_ui->cmdList, &QPushButton::clicked, this, &SC030010::cmdList_Click);
+    connect(m_ui->cmdExit, &QPushButton::clicked, this, &SC030010::cmdExit_Click);
+    connect(m_ui->cmdTSansho, &QPushButton::clicked, this, &SC030010::cmdTSansho_Click);
+    connect(m_ui->cmdSSansho, &QPushButton::clicked, this, &SC030010::cmdSSansho_Click);
+    for (int position = 0; position < 6; ++position) {
+        for (int key = 0; key < 6; ++key) {
+            connect(SortButton(position, key), &QRadioButton::clicked, this, [this, position, key] {
+                m_sortKeys = WithSortKey(m_sortKeys, position, SortKeyNames[size_t(key)]);
+                ShowSortKeys();
+            });
+        }
+    }
+    ShowConditions();
+}
+
+SC030010::~SC030010() = default;
+
+QRadioButton *SC030010::SortButton(int position, int key) const
+{
+    return findChild<QRadioButton *>(QString("optSortKey%1_%2").arg(position + 1).arg(key));
+}
+
+void SC030010::ShowSortKeys()
+{
+    for (int position = 0; position < 6; ++position)
+        for (int key = 0; key < 6; ++key)
+            if (m_sortKeys[size_t(position)] == SortKeyNames[size_t(key)])
+                SortButton(position, key)->setChecked(true);
+}
+
+void SC030010::ShowConditions()
+{
+    const SearchConditions &conditions = m_state.conditions;
+    m_ui->txtCustCD->setText(conditions.customerCode);
+    m_ui->txtCustName->setText(conditions.customerName);
+    m_ui->txtCustSecCD->setText(conditions.customerSectionCode);
+    m_ui->txtAccHinCD->setText(conditions.productCode);
+    m_ui->txtAccHinName->setText(conditions.productName);
+    m_ui->txtOdrNo->setText(conditions.orderNo);
+    m_ui->txtMfactNo->setText(conditions.makerNo);
+    m_ui->txtPayKeyNo->setText(conditions.payKeyNo);
+    m_ui->txtFromDate->setText(FormatDateText(conditions.fromDate, 3));
+    m_ui->txtToDate->setText(FormatDateText(conditions.toDate, 3));
+    for (int tab = 0; tab < m_ui->tabDate->count(); ++tab)
+        if (m_ui->tabDate->tabData(tab) == conditions.dateBasis)
+            m_ui->tabDate->setCurrentIndex(tab);
+    m_ui->lblDate->setText(m_ui->tabDate->tabText(m_ui->tabDate->currentIndex()));
+    m_sortKeys = ValidSortKeys(conditions.sortKeys);
+    ShowSortKeys();
+}
+
+void SC030010::TakeConditions()
+{
+    SearchConditions &conditions = m_state.conditions;
+    conditions.customerCode = m_ui->txtCustCD->text();
+    conditions.customerName = m_ui->txtCustName->text();
+    conditions.customerSectionCode = m_ui->txtCustSecCD->text();
+    conditions.productCode = m_ui->txtAccHinCD->text();
+    conditions.productName = m_ui->txtAccHinName->text();
+    conditions.orderNo = m_ui->txtOdrNo->text();
+    conditions.makerNo = m_ui->txtMfactNo->text();
+    conditions.payKeyNo = m_ui->txtPayKeyNo->text();
+    conditions.dateBasis = m_ui->tabDate->tabData(m_ui->tabDate->currentIndex()).toString();
+    conditions.fromDate = StoredDate(m_ui->txtFromDate->text());
+    conditions.toDate = StoredDate(m_ui->txtToDate->text());
+    conditions.sortKeys = m_sortKeys;
+}
+
+void SC030010::cmdList_Click()
+{
+    // A value typed and not yet left is looked up and checked now.
+    txtCustCD_LostFocus();
+    if (!CheckDateBox(m_ui->txtFromDate) || !CheckDateBox(m_ui->txtToDate))
+        return;
+    TakeConditions();
+    m_state.isListRequested = true;
+    accept();
+}
+
+void SC030010::cmdExit_Click()
+{
+    m_state.isListRequested = false;
+    QDialog::reject();
+}
+
+void SC030010::reject()
+{
+    cmdExit_Click();
+}
+
+void SC030010::cmdTSansho_Click()
+{
+    m_state.pickedCustomer = {m_ui->txtCustCD->text(), m_ui->txtCustName->text()};
+    SC040230R(m_state, this).Pick();
+    if (m_state.pickedCustomer.code.isEmpty())
+        return;
+    m_ui->txtCustCD->setText(m_state.pickedCustomer.code);
+    m_ui->txtCustName->setText(m_state.pickedCustomer.name);
+}
+
+void SC030010::cmdSSansho_Click()
+{
+    m_state.pickedProduct = {m_ui->txtAccHinCD->text(), m_ui->txtAccHinName->text()};
+    SC040220R(m_state, this).Pick();
+    if (m_state.pickedProduct.code.isEmpty())
+        return;
+    m_ui->txtAccHinCD->setText(m_state.pickedProduct.code);
+    m_ui->txtAccHinName->setText(m_state.pickedProduct.name);
+}
+
+void SC030010::txtCustCD_LostFocus()
+{
+    if (!m_ui->txtCustCD->text().isEmpty())
+        m_ui->txtCustName->setText(CustomerName(m_state.db, m_ui->txtCustCD->text()));
+}
+
+void SC030010::txtAccHinCD_LostFocus()
+{
+    QString name;
+    const QString code = m_ui->txtAccHinCD->text();
+    if (!code.isEmpty() && FindProductName(m_state.db, code, name))
+        m_ui->txtAccHinName->setText(name);
+}
+
+void SC030010::DateBox_LostFocus(QLineEdit *box, QWidget *newFocus, Qt::FocusReason reason)
+{
+    // The exit button leaves the screen whatever stands in the box; the list button checks it
+    // itself when it is clicked.
+    const bool isListClick = newFocus == m_ui->cmdList && reason == Qt::MouseFocusReason;
+    if (newFocus == m_ui->cmdExit || isListClick)
+        return;
+    CheckDateBox(box);
+}
+
+bool SC030010::CheckDateBox(QLineEdit *box)
+{
+    if (IsDateBoxValid(box->text())) {
+        FormatDateField(*box, 1);
+        return true;
+    }
+    box->setFocus();
+    ShowMessage(8);
+    return false;
+}

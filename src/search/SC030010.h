@@ -1,0 +1,44 @@
+#pragma once
+
+#include "data/ProgramState.h"
+#include "search/SearchForm.h"
+#include "util/Form.h"
+
+#include <memory>
+
+namespace Ui {
+class SC030010;
+}
+class QLineEdit;
+class QRadioButton;
+
+/// The search conditions screen. Closes through its list button, which sets the list requested flag
+/// and leaves what was entered in the conditions, or its exit button, which clears the flag.
+class SC030010 : public Form
+{
+    Q_OBJECT
+
+public:
+    explicit SC030010(ProgramState &state, QWidget *parent = nullptr);
+    ~SC030010() override;
+
+    void reject() override; ///< the window's close button: as the exit button
+
+private:
+    void ShowConditions();
+    void TakeConditions();
+    void cmdList_Click();
+    void cmdExit_Click();
+    void cmdTSansho_Click();
+    void cmdSSansho_Click();
+    void txtCustCD_LostFocus();
+    void txtAccHinCD_LostFocus();
+    void DateBox_LostFocus(QLineEdit *box, QWidget *newFocus, Qt::FocusReason reason);
+    bool CheckDateBox(QLineEdit *box);
+    void ShowSortKeys();
+    QRadioButton *SortButton(int position, int key) const;
+
+    std::unique_ptr<Ui::SC030010> m_ui;
+    ProgramState &m_state;
+    SortKeys m_sortKeys;
+};

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <map>
+
+class QAbstractButton;
+class QStatusBar;
+
+/// What every screen shares: it stands in the middle of the desktop when it appears, Enter and the
+/// arrow keys move between its fields, and it can tell when a field is entered and left.
+///
+/// Enter goes to the next field, Shift+Enter back; Down and Up do the same where the field has no
+/// use of its own for them. Enter on a button presses it.
+class Form : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit Form(QWidget *parent = nullptr);
+
+    /// Esc presses this button. Without one, Esc does nothing.
+    void SetEscapeButton(QAbstractButton *button) { m_escapeButton = button; }
+
+protected:
+    using LeaveHandler = std::function<void(QWidget *newFocus, Qt::FocusReason reason)>;
+
+    /// `enter` runs when the operator comes to the field, `leave` when he goes on to another field
+    /// of this form; neither when a box or another window takes the focus for a while.
+    void OnFocus(QWidget *field, std::function<void()> enter, LeaveHandler leave);
+
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    struct FocusHandlers
+    {
+        std::function<void()> enter;
+        LeaveHandler leave;
+    };
+
+    std::map<QObject *, FocusHandlers> m_focusHandlers;
+    QAbstractButton *m_escapeButton = nullptr;
+    bool m_isPlaced = false;
+};
+
+/// Gives a status bar its panels: the first takes the free width, the others are as wide as their
+/// texts. Each panel is a label whose object name is its key.
+void AddStatusPanels(QStatusBar &bar, const QStringList &keys);
+
+/// Shows a text in a panel of the status bar and paints it at once, even within a long run.
+void SetPanelText(QStatusBar &bar, const QString &key, const QString &text);

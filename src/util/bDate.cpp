@@ -1,0 +1,105 @@
+#include "util/bDate.h"
+
+#include "platform/Clock.h"
+#include "util/VbText.h"
+
+#include <QDate>
+#include <QLineEdit>
+
+QString FormatDateText(const QString &text, int kind)
+{
+    static constexpr struct
+    {
+        int fullLength; ///< with a two-digit day; one shorter with a one-digit day
+        int yearStart;  ///< where the two shown digits of the year stand; -1: no year is shown
+        int monthStart;
+    } forms[] = {{4, -1, 0}, {6, 0, 2}, {6, -1, 2}, {8, 2, 4}};
+
+    if (kind < 0 || kind > 3)
+        return text;
+    const auto &form = forms[kind];
+    if (text.size() != form.fullLength && text.size() != form.fullLength - 1)
+        return text;
+    const QString day = text.size() == form.fullLength ? text.right(2) : '0' + text.right(1);
+    const QString monthAndDay = text.mid(form.monthStart, 2) + '/' + day;
+    return form.yearStart < 0 ? monthAndDay : text.mid(form.yearStart, 2) + '/' + monthAndDay;
+}
+
+QString UnformatDateText(const QString &text, int kind)
+{
+    const qsizetype length = text.size();
+    if ((kind == 0 || kind == 2) && length == 5)
+        return text.left(2) + text.right(2);
+    if ((kind == 1 || kind == 3) && length == 8)
+        return StripDateSlashes(text);
+    if ((kind == 2 && length == 4) || (kind == 3 && length == 6))
+        return AddCentury(text);
+    return text;
+}
+
+QString StripDateSlashes(const QString &text)
+{
+    return text.size() == 8 ? text.left(2) + text.mid(3, 2) + text.right(2) : text;
+}
+
+QString AddCentury(const QString &text)
+{
+    const QString trimmed = Trim(text);
+    if (trimmed.size() < 2)
+        return {};
+    return (Val(QStringView(trimmed).left(2)) <= 50 ? "20" : "19") + trimmed;
+}
+
+QString DropCentury(const QString &text)
+{
+    return Trim(text).size() >= 2 ? text.mid(2) : QString();
+}
+
+bool IsValidDate(const QString &text)
+{
+    if (text.size() != 8)
+        return false;
+    const int year = IntVal(QStringView(text).left(4));
+    return year >= 1900 && year <= 3000
+           && QDate::isValid(year, IntVal(QStringView(text).mid(4, 2)),
+                             IntVal(QStringView(text).mid(6, 2)));
+}
+
+QString StoredDate(const QString &text)
+{
+    return AddCentury(UnformatDateText(text, 1));
+}
+
+QString ShownDate(const QString &stored)
+{
+    return FormatDateText(DropCentury(stored), 1);
+}
+
+QString DateBefore(const QString &stored, int days)
+{
+    if (!IsValidDate(stored))
+        return {};
+    const QDate date(IntVal(QStringView(stored).left(4)), IntVal(QStringView(stored).mid(4, 2)),
+                     IntVal(QStringView(stored).mid(6, 2)));
+    return date.addDays(-days).toString("yyyyMMdd");
+}
+
+void FormatDateField(QLineEdit &box, int kind)
+{
+    box.setText(FormatDateText(box.text(), kind));
+}
+
+void UnformatDateField(QLineEdit &box, int kind)
+{
+    box.setText(UnformatDateText(box.text(), kind));
+}
+
+QString NowDateText()
+{
+    return Now().toString("yy/MM/dd");
+}
+
+QString NowTimeText()
+{
+    return Now().toString("HH:mm:ss");
+}

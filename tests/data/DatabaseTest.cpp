@@ -1,0 +1,241 @@
+#include "data/dao/Database.h"
+
+#include "data/Tables.h"
+#include "data/dao/DBEngine.h"
+#include "support/QtPrinters.h"
+#include "support/TestDatabase.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace {
+
+/// What the operation throws; number 0 when nothing.
+template <typename Operation>
+DaoError ErrorOf(Operation &&operation)
+{
+    try {
+        operation();
+    } catch (const DaoError &error) {
+        return error;
+    }
+    return {};
+}
+
+DaoError OpenError(const QString &localPath, const char *connect = ConnectText)
+{
+    return ErrorOf([&] { Database(localPath, false, connect); });
+}
+
+} // namespace
+
+TEST(Database, TakesOnlyItsPassword)
+{
+    const TestDatabase database;
+    constexpr struct
+    {
+        const char *connect;
+        int error;
+    } cases[] = {
+        {";PWD=velmo", 0},    {";pwd=velmo", 0},     {"MS Access;PWD=velmo;", 0},
+        {";PWD=Velmo", 3031}, {";PWD=", 3031},       {"", 3031},
+        {"velmo", 3031},      {";PWD=velmo ", 3031},
+    };
+    for (const auto &[connect, error] : cases)
+        EXPECT_EQ(OpenError(database.LocalPath(), connect).number, error) << connect;
+}
+
+TEST(Database, PasswordIsNotInTheFile)
+{
+    const TestDatabase database;
+    EXPECT_FALSE(database.folder.Read("TLDB0010.MDB").contains("velmo"));
+}
+
+TEST(Database, RefusesWhatIsNoDatabaseOfTheSystem)
+{
+    const TestFolder folder;
+    EXPECT_EQ(OpenError(folder.Path("NONE.MDB")).number, 3024);
+    EXPECT_FALSE(QFile::exists(folder.Path("NONE.MDB"))) << "a look must not make a file";
+
+    folder.Write("OLD.MDB",
+                 QByteArray("\0\1\0\0Standard Jet DB\0\1\0", 22) + QByteArray(4096, 'x'));
+    const DaoError old = OpenError(folder.Path("OLD.MDB"));
+    EXPECT_EQ(old.number, 3343);
+    EXPECT_TRUE(old.description.contains("tldb import")) << old.description.toStdString();
+
+    folder.Write("TEXT.MDB", QByteArray("注文情報").repeated(500));
+    EXPECT_EQ(OpenError(folder.Path("TEXT.MDB")).number, 3049);
+
+    folder.Write("EMPTY.MDB", "");
+    EXPECT_EQ(OpenError(folder.Path("EMPTY.MDB")).number, 3343);
+    EXPECT_EQ(folder.Read("EMPTY.MDB"), "");
+
+    sqlite3 *other = nullptr;
+    sqlite3_open(folder.Path("OTHER.MDB").toUtf8(), &other);
+    sqlite3_exec(other, "CREATE TABLE TLSP0010 (AccNo)", nullptr, nullptr, nullptr);
+    sqlite3_close(other);
+    EXPECT_EQ(OpenError(folder.Path("OTHER.MDB")).number, 3343);
+
+    EXPECT_NE(OpenError(folder.Path()).number, 0);
+}
+
+TEST(Database, CreateMakesAFileOfItsGroupAndSparesAnExistingOne)
+{
+    const TestFolder folder;
+    const QString path = folder.Path("資材.MDB");
+    {
+        const mode_t oldMask = ::umask(0022);
+        const auto database = Database::Create(path, ";PWD=a'b");
+        ::umask(oldMask);
+        struct stat status = {};
+        ASSERT_EQ(::stat(QFile::encodeName(path), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777, 0660u);
+    }
+    EXPECT_EQ(ErrorOf([&] { Database::Create(path, ConnectText); }).number, 3204);
+    EXPECT_EQ(OpenError(path, ";PWD=a'b").number, 0);
+    EXPECT_EQ(OpenError(path).number, 3031);
+    EXPECT_NE(ErrorOf([&] { Database::Create(folder.Path("NONE/A.MDB"), ConnectText); }).number, 0);
+}
+
+TEST(Database, Properties)
+{
+    TestDatabase database;
+    database.Other().SetProperty("Owner", "O'NEIL|");
+    database.Other().SetProperty("OWNER", "納期's");
+    EXPECT_EQ(database.Other().Property("owner"), "納期's");
+    EXPECT_EQ(ErrorOf([&] { database.Other().Property("Missing"); }).number, 3270);
+}
+
+TEST(Database, CountsTheRowsOfTheLastStatement)
+{
+    TestDatabase database;
+    Database &engine = database.Other();
+    const auto affected = [&](const char *sql) {
+        engine.Execute(sql);
+        return engine.RecordsAffected();
+    };
+    EXPECT_EQ(affected("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A'), ('B'), ('C')"), 3);
+    EXPECT_EQ(affected("UPDATE TLMT0020 SET HinName = 'x' WHERE AccHinCD >= 'B'"), 2);
+    EXPECT_EQ(affected("UPDATE TLMT0020 SET HinName = 'x' WHERE AccHinCD = 'Z'"), 0);
+    EXPECT_EQ(affected("DELETE FROM TLMT0020 WHERE AccHinCD = 'A'"), 1);
+    EXPECT_EQ(affected("SELECT * FROM TLMT0020"), 0);
+}
+
+TEST(Database, ErrorsNameTheirCause)
+{
+    TestDatabase database;
+    database.Insert("TLMT0020", {{"AccHinCD", "A"}});
+    Database readOnly(database.LocalPath(), true, ConnectText);
+    Database &engine = database.Other();
+    const struct
+    {
+        Database &database;
+        const char *sql;
+        int number;
+    } cases[] = {
+        {engine, "UPDATE TLMT0099 SET A = 1", 3075},
+        {engine, "SELEKT", 3075},
+        {engine, "INSERT INTO TLMT0020 (AccHinCD) VALUES ('a')", 3022},
+        {engine, "INSERT INTO TLMT0020 (AccHinCD) VALUES (NULL)", 3314},
+        {readOnly, "DELETE FROM TLMT0020", 3027},
+    };
+    for (const auto &[on, sql, number] : cases) {
+        const DaoError error = ErrorOf([&on = on, sql = sql] { on.Execute(sql); });
+        EXPECT_EQ(error.number, number) << sql << ' ' << error.description.toStdString();
+        EXPECT_EQ(error.source, "DAO.Database");
+    }
+    EXPECT_EQ(database.Rows("SELECT AccHinCD FROM TLMT0020"), "A");
+}
+
+class WorkspaceTest : public testing::Test
+{
+protected:
+    QString Products() { return file.Rows("SELECT AccHinCD FROM TLMT0020 ORDER BY 1"); }
+
+    TestDatabase file;
+    DBEngine engine;
+    Workspace &workspace = engine.Workspaces(0);
+    Database &database = workspace.OpenDatabase(file.LocalPath(), false, ConnectText);
+};
+
+TEST_F(WorkspaceTest, RollbackTakesEverythingBack)
+{
+    workspace.BeginTrans();
+    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')");
+    workspace.CommitTrans();
+    workspace.BeginTrans();
+    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('B')");
+    database.Execute("DELETE FROM TLMT0020 WHERE AccHinCD = 'A'");
+    EXPECT_EQ(Products(), "A") << "nobody else sees it before the commit";
+    workspace.Rollback();
+    EXPECT_EQ(Products(), "A");
+}
+
+TEST_F(WorkspaceTest, AFailedStatementDoesNotEndTheTransaction)
+{
+    workspace.BeginTrans();
+    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')");
+    EXPECT_NE(
+        ErrorOf([&] { database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')"); }).number,
+        0);
+    workspace.Rollback();
+    EXPECT_EQ(Products(), "");
+}
+
+TEST_F(WorkspaceTest, ClosingGivesUpAnOpenTransaction)
+{
+    workspace.BeginTrans();
+    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')");
+    workspace.CloseDatabase();
+    EXPECT_EQ(Products(), "");
+    EXPECT_EQ(ErrorOf([&] { workspace.BeginTrans(); }).number, 3420);
+}
+
+TEST_F(WorkspaceTest, ALockedFileIsReportedWhenTheTransactionBegins)
+{
+    SetLockTimeout(database, 50);
+    file.Run("BEGIN IMMEDIATE; INSERT INTO TLMT0020 (AccHinCD) VALUES ('X')");
+    EXPECT_EQ(ErrorOf([&] { workspace.BeginTrans(); }).number, 3260);
+    EXPECT_EQ(ErrorOf([&] { database.Execute("DELETE FROM TLMT0020"); }).number, 3260);
+    EXPECT_TRUE(database.OpenRecordset("SELECT * FROM TLMT0020")->IsEof())
+        << "reading goes on meanwhile";
+    file.Run("COMMIT");
+    workspace.BeginTrans();
+    database.Execute("DELETE FROM TLMT0020");
+    workspace.CommitTrans();
+    EXPECT_EQ(Products(), "");
+}
+
+TEST_F(WorkspaceTest, ACommitThatAReaderHoldsUpCanBeRolledBack)
+{
+    SetLockTimeout(database, 50);
+    file.Run("BEGIN; SELECT count(*) FROM TLMT0020");
+    workspace.BeginTrans();
+    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')");
+    EXPECT_EQ(ErrorOf([&] { workspace.CommitTrans(); }).number, 3260);
+    workspace.Rollback();
+    file.Run("COMMIT");
+    EXPECT_EQ(Products(), "");
+}
+
+TEST_F(WorkspaceTest, ALockIsWaitedFor)
+{
+    sqlite3_stmt *timeout = nullptr;
+    ASSERT_EQ(
+        sqlite3_prepare_v2(database.Connection(), "PRAGMA busy_timeout", -1, &timeout, nullptr),
+        SQLITE_OK);
+    ASSERT_EQ(sqlite3_step(timeout), SQLITE_ROW);
+    EXPECT_GE(sqlite3_column_int(timeout, 0), 1000);
+    sqlite3_finalize(timeout);
+}
+
+TEST_F(WorkspaceTest, CommitsReachTheDisk)
+{
+    const auto rows = database.OpenRecordset("SELECT journal_mode, synchronous "
+                                             "FROM pragma_journal_mode, pragma_synchronous");
+    EXPECT_EQ(rows->Text(0), "delete");
+    EXPECT_EQ(rows->Number(1), 2);
+}

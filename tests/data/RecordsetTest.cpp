@@ -1,0 +1,128 @@
+#include "data/dao/Recordset.h"
+
+#include "data/dao/DaoError.h"
+#include "support/QtPrinters.h"
+#include "support/TestDatabase.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// The number of the error that the operation throws; 0 when it throws none.
+template <typename Operation>
+int ErrorOf(Operation &&operation)
+{
+    try {
+        operation();
+    } catch (const DaoError &error) {
+        EXPECT_FALSE(error.description.isEmpty());
+        EXPECT_FALSE(error.source.isEmpty());
+        return error.number;
+    }
+    return 0;
+}
+
+class RecordsetTest : public testing::Test
+{
+protected:
+    std::unique_ptr<Recordset> Open(const QString &sql)
+    {
+        return database.Other().OpenRecordset(sql);
+    }
+
+    TestDatabase database;
+};
+
+} // namespace
+
+TEST_F(RecordsetTest, ValuesAsTextAndNumber)
+{
+    const struct
+    {
+        QString sql;
+        QString text;
+        double number;
+        bool isNull;
+    } cases[] = {
+        {"NULL", "", 0, true},
+        {"''", "", 0, false},
+        {"'納期|ｱ '", "納期|ｱ ", 0, false},
+        {"'012.5個'", "012.5個", 12.5, false},
+        {"7", "7", 7, false},
+        {"-9007199254740993", "-9007199254740993", -9007199254740993.0, false},
+        {"70.0", "70", 70, false},
+        {"12.5", "12.5", 12.5, false},
+        {"0.1 + 0.2", "0.3", 0.1 + 0.2, false},
+        {"999999999.999", "999999999.999", 999999999.999, false},
+        {"-0.25", "-0.25", -0.25, false},
+    };
+    for (const auto &[sql, text, number, isNull] : cases) {
+        const auto rows = Open("SELECT 1 AS Before, " + sql + " AS Value, 'end' AS After");
+        EXPECT_EQ(rows->Text(1), text) << sql.toStdString();
+        EXPECT_EQ(rows->Number(1), number) << sql.toStdString();
+        EXPECT_EQ(rows->IsNull(1), isNull) << sql.toStdString();
+        EXPECT_EQ(rows->Text(2), "end") << sql.toStdString();
+    }
+}
+
+TEST_F(RecordsetTest, MovesOverItsRows)
+{
+    const auto rows = Open("SELECT 'a' AS T, 1 AS N UNION ALL SELECT NULL, 2 "
+                           "UNION ALL SELECT '長い文', 3");
+    EXPECT_EQ(rows->RecordCount(), 3);
+    QString seen;
+    for (; !rows->IsEof(); rows->MoveNext())
+        seen += rows->Text(u"T") + rows->Text(u"N");
+    EXPECT_EQ(seen, "a12長い文3");
+    EXPECT_EQ(ErrorOf([&] { rows->MoveNext(); }), 3021);
+    EXPECT_EQ(ErrorOf([&] { rows->Text(0); }), 3021);
+    rows->MoveLast();
+    EXPECT_EQ(rows->Text(u"N"), "3");
+    rows->MoveFirst();
+    EXPECT_EQ(rows->Text(u"N"), "1");
+}
+
+TEST_F(RecordsetTest, EmptyOne)
+{
+    const auto rows = Open("SELECT * FROM TLSP0010");
+    EXPECT_TRUE(rows->IsEof());
+    EXPECT_EQ(rows->RecordCount(), 0);
+    EXPECT_EQ(rows->FieldIndex(u"OdrNo"), 5) << "the columns are known all the same";
+    rows->MoveLast();
+    EXPECT_TRUE(rows->IsEof());
+    EXPECT_EQ(ErrorOf([&] { rows->MoveNext(); }), 3021);
+    EXPECT_EQ(ErrorOf([&] { rows->Number(0); }), 3021);
+    EXPECT_EQ(ErrorOf([&] { rows->IsNull(0); }), 3021);
+}
+
+TEST_F(RecordsetTest, ColumnsAreFoundWithoutCase)
+{
+    const auto rows = Open("SELECT 1 AS CustCD, 2 AS CUSTSECCD");
+    EXPECT_EQ(rows->FieldIndex(u"custcd"), 0);
+    EXPECT_EQ(rows->FieldIndex(u"CustSecCD"), 1);
+    EXPECT_EQ(ErrorOf([&] { rows->FieldIndex(u"Cust"); }), 3265);
+    EXPECT_EQ(ErrorOf([&] { rows->Text(u""); }), 3265);
+}
+
+TEST_F(RecordsetTest, IsACopy)
+{
+    database.Insert("TLMT0020", {{"AccHinCD", "P-1"}});
+    const auto rows = Open("SELECT AccHinCD FROM TLMT0020");
+    database.Run("DELETE FROM TLMT0020");
+    EXPECT_EQ(rows->RecordCount(), 1);
+    EXPECT_EQ(rows->Text(0), "P-1");
+}
+
+TEST_F(RecordsetTest, ClosedOneIsAtItsEnd)
+{
+    const auto rows = Open("SELECT 1 AS N");
+    rows->Close();
+    EXPECT_TRUE(rows->IsEof());
+    EXPECT_EQ(ErrorOf([&] { rows->Text(0); }), 3021);
+    EXPECT_NE(ErrorOf([&] { rows->Close(); }), 0);
+}
+
+TEST_F(RecordsetTest, AnErrorHalfWayThroughIsThrown)
+{
+    EXPECT_NE(ErrorOf([&] { Open("SELECT 1 UNION ALL SELECT abs(-9223372036854775807 - 1)"); }), 0);
+}

@@ -1,0 +1,96 @@
+#include "platform/IniFile.h"
+
+#include "platform/ShiftJis.h"
+#include "support/QtPrinters.h"
+#include "support/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+IniFile IniOf(const QByteArray &bytes)
+{
+    const TestFolder folder;
+    folder.Write("TALVEN.INI", bytes);
+    return IniFile::Read(folder.Path("TALVEN.INI"));
+}
+
+} // namespace
+
+TEST(IniFile, ReadsEveryEncoding)
+{
+    const QString text = "[PATH]\r\nDBPATH=C:\\資材EDIｼｽﾃﾑ\\表\r\n";
+    const QByteArray files[] = {text.toUtf8(), "\xef\xbb\xbf" + text.toUtf8(), ToShiftJis(text)};
+    for (const QByteArray &bytes : files)
+        EXPECT_EQ(IniOf(bytes).Value("PATH", "DBPATH"), "C:\\資材EDIｼｽﾃﾑ\\表");
+}
+
+TEST(IniFile, ByteOrderMarkDoesNotHideTheFirstSection)
+{
+    EXPECT_EQ(IniOf("\xef\xbb\xbf[PATH]\nDBPATH=X\n").Value("PATH", "DBPATH"), "X");
+}
+
+// The last line need not end in a line break; its last byte alone may tell that this is Shift-JIS.
+TEST(IniFile, ShiftJisShowsInTheLastByte)
+{
+    EXPECT_EQ(IniOf(ToShiftJis(u"[PATH]\r\nDBPATH=C:\\ﾃ")).Value("PATH", "DBPATH"), "C:\\ﾃ");
+}
+
+TEST(IniFile, Values)
+{
+    const struct
+    {
+        QByteArray file;
+        QString value;
+    } cases[] = {
+        {"[PATH]\nDBPATH=C:\\EDI\n", "C:\\EDI"},
+        {"[path]\ndbpath=C:\\EDI\n", "C:\\EDI"},
+        {"[PATH]\r\nDBPATH=C:\\EDI", "C:\\EDI"},
+        {"[PATH]\rDBPATH=C:\\EDI\r", "C:\\EDI"},
+        {"[PATH]\n  DBPATH \t=  C:\\My EDI  \n", "C:\\My EDI"},
+        {" [ PATH ] \nDBPATH=C:\\EDI\n", "C:\\EDI"},
+        {"[PATH]\nDBPATH=\"C:\\EDI \"\n", "C:\\EDI "},
+        {"[PATH]\nDBPATH='C:\\EDI'\n", "C:\\EDI"},
+        {"[PATH]\nDBPATH=\"C:\\EDI'\n", "\"C:\\EDI'"},
+        {"[PATH]\nDBPATH=\"\n", "\""},
+        {"[PATH]\nDBPATH=\"\"\n", ""},
+        {"[PATH]\nDBPATH=A=B\n", "A=B"},
+        {"[PATH]\nDBPATH=A;B\n", "A;B"},
+        {"[PATH]\n;DBPATH=old\nDBPATH=new\n", "new"},
+        {"[PATH]\n ;DBPATH=old\n", ""},
+        {"[PATH]\nDBPATH=first\nDBPATH=second\n", "first"},
+        {"[PATH]\nDBPATH=\n[OTHER]\nDBPATH=C:\\EDI\n", ""},
+        {"[OTHER]\nDBPATH=X\n[PATH]\nDBPATH=Y\n", "Y"},
+        {"DBPATH=X\n", ""},
+        {"[PATH]\nDBPATH_V4.1=X\n", ""},
+        {"[PATH]\nDBPATH\n=X\n", ""},
+        {QByteArray("[PATH]\nDBPATH=AB\0CD\n", 20), "AB"},
+        {"", ""},
+    };
+    for (const auto &[file, value] : cases)
+        EXPECT_EQ(IniOf(file).Value("PATH", "DBPATH"), value) << file.toStdString();
+}
+
+TEST(IniFile, ValuesEndWhereTheReadersBufferDoes)
+{
+    const QByteArray fits(255, 'x');
+    EXPECT_EQ(IniOf("[PATH]\nDBPATH=" + fits).Value("PATH", "DBPATH"), fits);
+    EXPECT_EQ(IniOf("[PATH]\nDBPATH=" + fits + "yz").Value("PATH", "DBPATH"), fits);
+}
+
+TEST(IniFile, FileThatCannotBeReadHasNoEntries)
+{
+    const TestFolder folder;
+    EXPECT_EQ(IniFile::Read(folder.Path("NONE.INI")).Value("PATH", "DBPATH"), "");
+    EXPECT_EQ(IniFile::Read(folder.Path()).Value("PATH", "DBPATH"), "");
+}
+
+TEST(IniFile, SectionKeepsTheOrderOfTheFile)
+{
+    const auto entries
+        = IniOf("[DRIVES]\nZ=1\nA=2\n[PATH]\nB=3\n[drives]\nM=4\n").Section("DRIVES");
+    QString order;
+    for (const IniFile::Entry &entry : entries)
+        order += entry.key + entry.value;
+    EXPECT_EQ(order, "Z1A2M4");
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+/// Stops the clock at one moment while it lives.
+class FixedClock
+{
+public:
+    explicit FixedClock(const QDateTime &now)
+    {
+        SetClock([now] { return now; });
+    }
+    ~FixedClock() { SetClock({}); }
+    FixedClock(const FixedClock &) = delete;
+    FixedClock &operator=(const FixedClock &) = delete;
+};

@@ -1,0 +1,139 @@
+#include "support/Operator.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+constexpr int TickMs = 5;
+
+qint64 NowMs()
+{
+    return QDateTime::currentMSecsSinceEpoch();
+}
+
+} // namespace
+
+void Operator::Then(const QString &what, Condition isReady, Action act)
+{
+    m_steps.push_back({what, std::move(isReady), std::move(act)});
+}
+
+void Operator::At(const QString &window, const QString &what, Action act)
+{
+    Then(
+        what, [window] { return Front(window) != nullptr; }, std::move(act));
+}
+
+void Operator::Start(int limitMs)
+{
+    m_limitMs = limitMs;
+    m_waitingSince = NowMs();
+    QTimer::singleShot(TickMs, this, &Operator::Tick);
+}
+
+void Operator::Tick()
+{
+    // A new timer each time: one that is still running its action would not fire inside of it.
+    QTimer::singleShot(TickMs, this, &Operator::Tick);
+    if (!m_failure.isEmpty()) {
+        // Whatever the program still shows is closed until it has ended.
+        if (QWidget *window = QApplication::activeModalWidget())
+            window->close();
+        return;
+    }
+    if (m_next == m_steps.size())
+        return;
+    const Step &step = m_steps[m_next];
+    if (!step.isReady()) {
+        if (NowMs() - m_waitingSince > m_limitMs)
+            Fail("not reached: " + step.what);
+        return;
+    }
+    // The action may open a modal window; the timer then goes on with the next step inside of it.
+    const Action act = step.act;
+    ++m_next;
+    m_waitingSince = NowMs();
+    act();
+    m_waitingSince = NowMs();
+}
+
+void Operator::Fail(const QString &why)
+{
+    if (m_failure.isEmpty())
+        m_failure = (m_next > 0 ? m_steps[m_next - 1].what + ": " : QString()) + why;
+}
+
+QWidget *Operator::Front(const QString &window)
+{
+    QWidget *front = QApplication::activeModalWidget();
+    const bool isWanted = front && front->isVisible()
+                          && (window.isEmpty() || front->objectName() == window);
+    if (!isWanted)
+        return nullptr;
+    // Keys reach a window only when it is the active one; a virtual display has no window manager
+    // that would see to it.
+    const QWidget *focus = QApplication::focusWidget();
+    if (focus && front->isAncestorOf(focus))
+        return front;
+    front->activateWindow();
+    return nullptr;
+}
+
+void Operator::Click(const QString &control)
+{
+    if (auto *widget = Find<QWidget>(control))
+        QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+void Operator::ClickRow(const QString &grid, int row, Qt::KeyboardModifiers modifiers)
+{
+    auto *view = Find<QTableView>(grid);
+    if (!view)
+        return;
+    view->scrollTo(view->model()->index(row - 1, 0));
+    QHeaderView *header = view->verticalHeader();
+    const QPoint at(header->width() / 2, header->sectionViewportPosition(row - 1) + 6);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, modifiers, at);
+}
+
+void Operator::ClickCell(const QString &grid, int column, int row, Qt::KeyboardModifiers modifiers)
+{
+    auto *view = Find<QTableView>(grid);
+    if (!view)
+        return;
+    const QModelIndex cell = view->model()->index(row - 1, column - 1);
+    view->scrollTo(cell);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, modifiers, view->visualRect(cell).center());
+}
+
+void Operator::Type(const QString &control, const QString &text)
+{
+    auto *box = Find<QLineEdit>(control);
+    if (!box)
+        return;
+    QTest::mouseClick(box, Qt::LeftButton);
+    QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(box, Qt::Key_Delete);
+    QTest::keyClicks(box, text);
+}
+
+void Operator::Keys(const QString &text)
+{
+    for (const QChar c : text)
+        if (QWidget *focus = QApplication::focusWidget())
+            QTest::keyClick(focus, c.toLatin1());
+}
+
+void Operator::Key(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    if (QWidget *focus = QApplication::focusWidget())
+        QTest::keyClick(focus, key, modifiers);
+    else
+        Fail("nothing has the focus");
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/MsgBox.h"
+
+#include <QString>
+#include <deque>
+#include <vector>
+
+/// Stands in for the operator at every message and input box while it lives: keeps what was shown
+/// and gives the answers queued beforehand. A box with OK alone needs no answer in the queue; a
+/// question without one fails the test and is answered No (or Cancel).
+class ScriptedBoxes
+{
+public:
+    struct Prompt
+    {
+        QString text;
+        QString title;
+    };
+
+    ScriptedBoxes();
+    ~ScriptedBoxes();
+    ScriptedBoxes(const ScriptedBoxes &) = delete;
+    ScriptedBoxes &operator=(const ScriptedBoxes &) = delete;
+
+    /// Queues the button (BoxButton) that answers the next question.
+    void Press(int button) { m_buttons.push_back(button); }
+
+    /// Queues the text typed into the next input box; an empty one cancels it.
+    void Type(const QString &text) { m_texts.push_back(text); }
+
+    const std::vector<MessageBoxRequest> &Shown() const { return m_shown; }
+    const std::vector<Prompt> &Prompts() const { return m_prompts; }
+
+    /// The texts of the message boxes shown so far, which are then forgotten.
+    std::vector<QString> TakeTexts();
+
+private:
+    int Answer(const MessageBoxRequest &box);
+    QString AnswerText(const QString &prompt, const QString &title);
+
+    std::vector<MessageBoxRequest> m_shown;
+    std::vector<Prompt> m_prompts;
+    std::deque<int> m_buttons;
+    std::deque<QString> m_texts;
+};

@@ -1,0 +1,109 @@
+#include "ToolRun.h"
+#include "support/QtPrinters.h"
+#include "support/TestFolder.h"
+
+#include "data/Tables.h"
+#include "data/dao/DaoError.h"
+#include "data/dao/Database.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+TEST(ToolCommands, WrongUseIsOneLineAndExitCode2)
+{
+    const TestFolder folder;
+    const struct
+    {
+        QStringList arguments;
+        const char *part;
+    } cases[] = {
+        {{}, "no command given"},
+        {{"list"}, "unknown command \"list\""},
+        {{"--version"}, "unknown command \"--version\""},
+        {{"create"}, "one DIR is wanted"},
+        {{"create", ""}, "one DIR is wanted"},
+        {{"create", folder.Path("a"), folder.Path("b")}, "one DIR is wanted"},
+        {{"create", "--json", folder.Path("a")}, "json"},
+        {{"check"}, "one DIR is wanted"},
+        {{"show-answers"}, "one FILE is wanted"},
+        {{"show-answers", "--lines", "3", folder.Path("a")}, "lines"},
+        {{"demo", "--lines"}, "lines"},
+        {{"demo", folder.Path("a"), "--lines", "0"}, "--lines wants"},
+        {{"demo", folder.Path("a"), "--lines", "-5"}, "--lines wants"},
+        {{"demo", folder.Path("a"), "--lines", "+5"}, "--lines wants"},
+        {{"demo", folder.Path("a"), "--lines", "many"}, "--lines wants"},
+        {{"demo", folder.Path("a"), "--lines", "10000001"}, "--lines wants"},
+        {{"demo", folder.Path("a"), "--seed", "1.5"}, "--seed wants"},
+        {{"demo", folder.Path("a"), "--seed", "18446744073709551616"}, "--seed wants"},
+        {{"demo", folder.Path("a"), "--date", "20260230"}, "--date wants"},
+        {{"demo", folder.Path("a"), "--date", "260401"}, "--date wants"},
+        {{"demo", folder.Path("a"), "--date", "20510101"}, "--date wants"},
+        {{"demo", folder.Path("a"), "--date", "19511231"}, "--date wants"},
+    };
+    for (const auto &[arguments, part] : cases) {
+        SCOPED_TRACE(arguments.join(' ').toStdString());
+        const ToolRun run(arguments);
+        EXPECT_EQ(run.exitCode, ExitCode::WrongUse);
+        EXPECT_TRUE(run.err.contains(part)) << run.err.toStdString();
+        EXPECT_EQ(run.err.count('\n'), 1);
+        EXPECT_EQ(run.out, "");
+    }
+    EXPECT_FALSE(QFileInfo::exists(folder.Path("a")));
+}
+
+TEST(ToolCommands, HelpNamesWhatThereIs)
+{
+    const ToolRun tool({"--help"});
+    EXPECT_EQ(tool.exitCode, ExitCode::Ok);
+    for (const char *name : {"create", "demo", "check", "show-answers"}) {
+        SCOPED_TRACE(name);
+        EXPECT_TRUE(tool.out.contains(name));
+        // Help is given even where the command could not run.
+        const ToolRun command({name, "--help"});
+        EXPECT_EQ(command.exitCode, ExitCode::Ok);
+        EXPECT_TRUE(command.out.startsWith(QString("Usage: tldb %1 ").arg(name)));
+        EXPECT_EQ(command.err, "");
+    }
+    EXPECT_TRUE(ToolRun({"demo", "--help"}).out.contains("--date YYYYMMDD"));
+    EXPECT_TRUE(ToolRun({"show-answers", "-h"}).out.contains("--json"));
+}
+
+TEST(CreateCommand, MakesTheFolderAndADatabaseThatOnlyThePasswordOpens)
+{
+    const TestFolder folder;
+    const QString dir = folder.Path("new/deep");
+    const ToolRun run({"create", dir});
+    ASSERT_EQ(run.exitCode, ExitCode::Ok) << run.err.toStdString();
+
+    Database database(dir + "/TLDB0010.MDB", true, ConnectText);
+    for (const TableDefinition &table : Tables())
+        EXPECT_TRUE(database.OpenRecordset(QString("SELECT * FROM %1").arg(table.name))->IsEof());
+    EXPECT_THROW(Database(dir + "/TLDB0010.MDB", true, ";PWD=other"), DaoError);
+}
+
+TEST(CreateCommand, LeavesAnExistingDatabaseAlone)
+{
+    const TestFolder folder;
+    folder.Write("TLDB0010.MDB", "precious");
+    for (const char *command : {"create", "demo"}) {
+        SCOPED_TRACE(command);
+        const ToolRun run({command, folder.Path()});
+        EXPECT_EQ(run.exitCode, ExitCode::Found);
+        EXPECT_TRUE(run.err.contains("exists already"));
+        EXPECT_EQ(folder.Read("TLDB0010.MDB"), "precious");
+        EXPECT_EQ(QDir(folder.Path()).entryList(QDir::Files), QStringList{"TLDB0010.MDB"});
+    }
+}
+
+TEST(CreateCommand, AFolderThatCanNotBeMadeIsReported)
+{
+    const TestFolder folder;
+    folder.Write("file", "");
+    for (const char *command : {"create", "demo"}) {
+        const ToolRun run({command, folder.Path("file/below")});
+        EXPECT_EQ(run.exitCode, ExitCode::Found) << command;
+        EXPECT_TRUE(run.err.endsWith(": the database can't be written\n")) << run.err.toStdString();
+    }
+}

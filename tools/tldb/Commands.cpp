@@ -1,0 +1,143 @@
+#include "tldb/Commands.h"
+
+#include <QCommandLineParser>
+#include <vector>
+
+namespace {
+
+struct Option
+{
+    const char *name;
+    const char *valueName; ///< null for a switch
+    const char *help;
+};
+
+struct Command
+{
+    const char *name;
+    const char *operand; ///< the name of the one operand that every command takes
+    const char *summary;
+    const char *details;
+    std::vector<Option> options;
+    int (*run)(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
+};
+
+const std::vector<Command> &Commands()
+{
+    static const std::vector<Command> commands = {
+        {"create",
+         "DIR",
+         "make an empty TLDB0010.MDB in DIR",
+         "DIR is made when it is missing. A database that is there already is left as it is.",
+         {},
+         RunCreate},
+        {"demo",
+         "DIR",
+         "make a TLDB0010.MDB with demonstration data in DIR",
+         "Also writes DIR/TALVEN.INI and the folders that its drives stand for. The same lines,\n"
+         "seed and date give the same data.",
+         {{"lines", "N", "number of delivery lines, 1 to 10000000 (default 2000)"},
+          {"seed", "S", "start of the random numbers (default 1)"},
+          {"date", "YYYYMMDD", "day that the data is made for (default today)"}},
+         RunDemo},
+        {"check",
+         "DIR",
+         "check DIR/TLDB0010.MDB and list what is wrong",
+         "One line per finding: table, key, column, what is wrong. Nothing is written to the\n"
+         "database.",
+         {},
+         RunCheck},
+        {"show-answers",
+         "FILE",
+         "show the records of a delivery-date answer file",
+         "Bytes of the file are counted from 1. An answered date of 99999999 stands for none.",
+         {{"json", nullptr, "write a JSON array of records"}},
+         RunShowAnswers},
+    };
+    return commands;
+}
+
+const char ExitCodeHelp[]
+    = "Exit code: 0 all is well, 1 something was found or failed, 2 wrong use.";
+
+void ShowToolHelp(QTextStream &out)
+{
+    out << "Usage: tldb COMMAND [OPTIONS] ...\n\nCommands:\n";
+    for (const Command &command : Commands())
+        out << "  " << QString("%1 %2").arg(command.name, command.operand).leftJustified(20)
+            << command.summary << '\n';
+    out << "\n" << ExitCodeHelp << "\n\"tldb COMMAND --help\" tells more about a command.\n";
+}
+
+QString SyntaxOf(const Option &option)
+{
+    return QString("--") + option.name + (option.valueName ? QString(" ") + option.valueName : "");
+}
+
+void ShowCommandHelp(const Command &command, QTextStream &out)
+{
+    out << "Usage: tldb " << command.name;
+    for (const Option &option : command.options)
+        out << " [" << SyntaxOf(option) << ']';
+    out << ' ' << command.operand << "\n\n"
+        << command.name << ": " << command.summary << ".\n"
+        << command.details << "\n\n";
+    for (const Option &option : command.options)
+        out << "  " << SyntaxOf(option).leftJustified(18) << option.help << '\n';
+    out << "  " << QString("--help").leftJustified(18) << "show this text\n\n"
+        << ExitCodeHelp << '\n';
+}
+
+int RunCommand(const Command &command, const QStringList &arguments, QTextStream &out,
+               QTextStream &err)
+{
+    QCommandLineParser parser;
+    parser.addOption({{"h", "help"}, {}});
+    for (const Option &option : command.options)
+        parser.addOption({option.name, {}, option.valueName});
+    const auto complain = [&](const QString &what) {
+        return Complain(err, QString("%1: %2; see tldb %1 --help").arg(command.name, what),
+                        ExitCode::WrongUse);
+    };
+    if (!parser.parse(arguments)) {
+        QString error = parser.errorText();
+        while (error.endsWith('.'))
+            error.chop(1);
+        return complain(error);
+    }
+    if (parser.isSet("help")) {
+        ShowCommandHelp(command, out);
+        return ExitCode::Ok;
+    }
+    if (parser.positionalArguments().size() != 1 || parser.positionalArguments().first().isEmpty())
+        return complain(QString("one %1 is wanted").arg(command.operand));
+    return command.run(parser, out, err);
+}
+
+} // namespace
+
+int RunTool(const QStringList &arguments, QTextStream &out, QTextStream &err)
+{
+    const QString name = arguments.value(0);
+    if (name == "--help" || name == "-h") {
+        ShowToolHelp(out);
+        return ExitCode::Ok;
+    }
+    for (const Command &command : Commands())
+        if (name == command.name)
+            return RunCommand(command, arguments, out, err);
+    return Complain(
+        err,
+        (name.isEmpty() ? QString("no command given") : QString("unknown command \"%1\"").arg(name))
+            + "; see tldb --help",
+        ExitCode::WrongUse);
+}
+
+int Complain(QTextStream &err, const QString &text, int exitCode)
+{
+    QString line = text;
+    line.replace('\r', ' ').replace('\n', ' ');
+    err << "tldb: " << line << '\n';
+    err.flush();
+    return exitCode;
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "data/dao/Database.h"
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+struct TableDefinition;
+
+/// Something wrong in a database. `table` is empty for what concerns the file as a whole, `key` for
+/// what concerns no single row, `column` for what concerns a row or table as a whole.
+struct Finding
+{
+    QString table;
+    QString key; ///< "AccNo=1 AccSubNo=2"
+    QString column;
+    QString what;
+};
+
+/// The finding in one line; line breaks and the like in a text are shown as escapes.
+QString ToLine(const Finding &finding);
+
+using FindingSink = std::function<void(const Finding &)>;
+
+// The checks of a database. Each only reads, hands every finding to `found`, and throws DaoError
+// when the file can't be read further.
+
+/// The engine's own check of the file.
+void CheckIntegrity(Database &database, const FindingSink &found);
+
+/// The properties that tell the format.
+void CheckProperties(Database &database, const FindingSink &found);
+
+/// Tables, columns, keys and indexes. What the definition does not know is handed to `noted`.
+void CheckSchema(Database &database, const FindingSink &found, const FindingSink &noted);
+
+/// The values of every row of a table. Returns the number of rows. Columns that are missing are
+/// passed over.
+qint64 CheckValues(Database &database, const TableDefinition &table, const FindingSink &found);
+
+/// Equal keys, rows without the row that they belong to, and the number of company rows. Tables and
+/// columns that are missing are passed over.
+void CheckRelations(Database &database, const FindingSink &found);
+
+/// The columns of a table of the file; empty when there is no such table.
+QStringList ColumnsInFile(Database &database, const QString &table);

@@ -1,0 +1,72 @@
+#include "tldb/NewDatabase.h"
+
+#include "data/Tables.h"
+#include "data/dao/DaoError.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+constexpr auto Source = "tldb";
+
+} // namespace
+
+QString DatabasePath(const QString &folder)
+{
+    return QDir(folder).filePath("TLDB0010.MDB");
+}
+
+QString ErrorText(const DaoError &error)
+{
+    static constexpr struct
+    {
+        int number;
+        const char *text;
+    } texts[] = {
+        {DaoErrors::FileNotFound, "the database does not exist"},
+        {DaoErrors::FileExists, "the database exists already"},
+        {DaoErrors::InvalidPassword, "the password does not open the database"},
+        {DaoErrors::UnrecognizedFormat, "the file is not a database of the system"},
+        {DaoErrors::CannotUpdate, "the database can't be written"},
+    };
+    for (const auto &entry : texts)
+        if (entry.number == error.number)
+            return entry.text;
+    return QString("database error %1: %2").arg(error.number).arg(error.description);
+}
+
+NewDatabase::NewDatabase(const QString &folder)
+    : m_path(DatabasePath(folder))
+    , m_buildPath(QString("%1.%2.new").arg(m_path).arg(QCoreApplication::applicationPid()))
+{
+    if (QFile::exists(m_path))
+        throw DaoErrors::Make(DaoErrors::FileExists, Source, m_path);
+    if (!QDir().mkpath(folder))
+        throw DaoErrors::Make(DaoErrors::CannotUpdate, Source, folder);
+    QFile::remove(m_buildPath);
+    try {
+        m_database = Database::Create(m_buildPath, ConnectText);
+        CreateTables(*m_database);
+    } catch (const DaoError &) {
+        m_database.reset();
+        QFile::remove(m_buildPath);
+        throw;
+    }
+}
+
+NewDatabase::~NewDatabase()
+{
+    m_database.reset();
+    QFile::remove(m_buildPath);
+}
+
+void NewDatabase::Finish()
+{
+    m_database.reset();
+    if (!QFile::rename(m_buildPath, m_path))
+        throw DaoErrors::Make(QFile::exists(m_path) ? DaoErrors::FileExists
+                                                    : DaoErrors::CannotUpdate,
+                              Source, m_path);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "data/dao/Database.h"
+
+#include <QString>
+#include <memory>
+
+struct DaoError;
+
+/// The database file's path in a folder.
+QString DatabasePath(const QString &folder);
+
+/// A database error in one English line.
+QString ErrorText(const DaoError &error);
+
+/// A database in the making. It is built under another name and gets its own only when Finish is
+/// called, so a run that fails half way leaves no half-filled TLDB0010.MDB behind.
+class NewDatabase
+{
+public:
+    /// Makes the folder when it is missing, and in it an empty database with every table. Throws
+    /// DaoError: FileExists when the folder has a database already, which then stays as it is.
+    explicit NewDatabase(const QString &folder);
+
+    /// Takes an unfinished database away.
+    ~NewDatabase();
+    NewDatabase(const NewDatabase &) = delete;
+    NewDatabase &operator=(const NewDatabase &) = delete;
+
+    Database &Content() { return *m_database; }
+
+    /// Closes the database and gives it its name. Throws DaoError when another program made one of
+    /// that name meanwhile.
+    void Finish();
+
+private:
+    QString m_path;
+    QString m_buildPath;
+    std::unique_ptr<Database> m_database;
+};
