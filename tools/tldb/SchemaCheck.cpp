@@ -9,7 +9,6 @@
 namespace {
 
 constexpr auto PropertyTable = "DBProperty";
-constexpr double OldestAccessVersion = 8.0;
 
 struct ColumnInFile
 {

@@ -39,9 +39,9 @@ void CheckFile(const QString &localPath)
     if (!file.exists())
         throw DaoErrors::Make(DaoErrors::FileNotFound, Source, localPath);
     if (file.open(QIODevice::ReadOnly) && file.peek(OldEngineHeader.size()) == OldEngineHeader)
-        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source,
-                              QString("旧形式のデータベースです。tldb import で移行して"
-                                      "ください"));
+        throw DaoErrors::Make(
+            DaoErrors::UnrecognizedFormat, Source,
+            QString("旧形式のデータベースです。新しい形式にインポートしてください"));
 }
 
 /// A prepared statement, finalized when it goes out of scope.
