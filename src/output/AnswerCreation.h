@@ -20,6 +20,10 @@ public:
     /// The whole run: checks, registration, records and marks, summary.
     void MakeAnswers();
 
+    /// The part after the registration: one record for each selected order, and the summary. False when
+    /// an order failed; the operator has been told.
+    bool RunAnswerCreation();
+
     struct Counts
     {
         RegistrationCounts registered;
@@ -30,7 +34,6 @@ public:
     const Counts &Count() const { return m_counts; }
 
 private:
-    bool RunAnswerCreation();
     void MakeOrderAnswer(const ListRow &row, bool &ok, bool &written);
     bool FillRecord(Recordset &lines, const ListRow &row);
     bool WriteRecord(const QString &path, const QString &layoutSettings);

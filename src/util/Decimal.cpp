@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -9,6 +10,19 @@ constexpr int MaxDecimals = 18;
 constexpr int MaxIntegerDigits = 18;
 
 } // namespace
+
+int Decimal::TakeLastDigit(Digits &digits)
+{
+    // Division of the wide type is slow, and few numbers need it.
+    if (digits <= std::numeric_limits<quint64>::max()) {
+        const quint64 narrow = quint64(digits);
+        digits = narrow / 10;
+        return int(narrow % 10);
+    }
+    const int digit = int(digits % 10);
+    digits /= 10;
+    return digit;
+}
 
 Decimal::Decimal(Digits digits, int decimals)
     : m_digits(digits)
@@ -22,7 +36,9 @@ Decimal::Decimal(Digits digits, int decimals)
 
 Decimal Decimal::FromDouble(double value)
 {
-    // Nearly every quantity has at most three decimals; those need no text.
+    // Nearly every quantity is whole or has at most three decimals; those need no text.
+    if (std::abs(value) < 1e15 && value == std::trunc(value))
+        return Decimal(qint64(value));
     const double thousandths = value * 1000;
     if (std::abs(thousandths) < 1e12 && thousandths == std::nearbyint(thousandths))
         return Decimal(Digits(qint64(thousandths)), 3);
@@ -69,18 +85,7 @@ double Decimal::ToDouble() const
 
 QString Decimal::ToText() const
 {
-    Digits rest = m_digits < 0 ? -m_digits : m_digits;
-    QString reversed;
-    for (int place = 0; rest != 0 || place <= m_decimals; ++place) {
-        if (place == m_decimals && m_decimals > 0)
-            reversed += '.';
-        reversed += QChar(u'0' + int(rest % 10));
-        rest /= 10;
-    }
-    if (m_digits < 0)
-        reversed += '-';
-    std::reverse(reversed.begin(), reversed.end());
-    return reversed;
+    return ToFixed(m_decimals, false);
 }
 
 Decimal Decimal::Truncated() const
@@ -104,14 +109,25 @@ Decimal Decimal::Rounded(int decimals) const
 
 QString Decimal::ToFixed(int decimals, bool useComma) const
 {
-    const QString text = Rounded(decimals).ToText();
-    const qsizetype point = text.indexOf('.');
-    QString whole = point < 0 ? text : text.left(point);
-    const QString fraction = point < 0 ? QString() : text.mid(point + 1);
-    if (useComma)
-        for (qsizetype at = whole.size() - 3; at > (whole.startsWith('-') ? 1 : 0); at -= 3)
-            whole.insert(at, ',');
-    return decimals == 0 ? whole : whole + '.' + fraction.leftJustified(decimals, '0');
+    const Decimal rounded = Rounded(decimals);
+    Digits digits = rounded.m_digits < 0 ? -rounded.m_digits : rounded.m_digits;
+    for (int place = rounded.m_decimals; place < decimals; ++place)
+        digits *= 10;
+
+    // From the last character to the first.
+    char16_t text[80];
+    char16_t *at = std::end(text);
+    const int wholeStart = decimals + 1;
+    for (int place = 1; digits != 0 || place <= wholeStart; ++place) {
+        if (place == wholeStart && decimals > 0)
+            *--at = u'.';
+        if (useComma && place > wholeStart && (place - wholeStart) % 3 == 0)
+            *--at = u',';
+        *--at = char16_t(u'0' + TakeLastDigit(digits));
+    }
+    if (rounded.m_digits < 0)
+        *--at = u'-';
+    return QString(reinterpret_cast<const QChar *>(at), std::end(text) - at);
 }
 
 Decimal Decimal::operator-() const

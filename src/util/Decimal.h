@@ -47,6 +47,8 @@ private:
     __extension__ using Digits = __int128;
     Decimal(Digits digits, int decimals);
 
+    /// Takes the last digit off a number that is not negative.
+    static int TakeLastDigit(Digits &digits);
     static void Align(Decimal &a, Decimal &b);
 
     Digits m_digits = 0;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "BenchDatabase.h"
+#include "Measurement.h"
+
+#include <vector>
+
+/// Sizes of one run of the benchmarks.
+struct Sizes
+{
+    QString folder; ///< where data is kept
+    int database;   ///< lines in the large database
+    int smallDatabase;
+    std::vector<int> lists; ///< customers' line counts, ascending; the second is the standard
+    int list;               ///< the list that commands work on
+    int search;             ///< one customer's lines
+    int orders;             ///< orders registered and created
+    int products;           ///< products in the picker
+};
+
+// Each adds its measurements.
+void BenchLoading(const Sizes &sizes, std::vector<Measurement> &results);
+void BenchCommands(const Sizes &sizes, std::vector<Measurement> &results);
+void BenchOutput(const Sizes &sizes, std::vector<Measurement> &results);
+void BenchStart(const Sizes &sizes, std::vector<Measurement> &results);
+
+/// The large database of these sizes.
+BenchDatabase LargeDatabase(const Sizes &sizes);
+
+/// Run in a process of its own: shows the search screen ("search") or an empty window ("empty") and
+/// ends when it has been painted.
+int ShowFirstWindow(const QString &which, const QString &folder, int argc, char **argv);

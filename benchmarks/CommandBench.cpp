@@ -1,0 +1,103 @@
+#include "BenchWindow.h"
+#include "Benches.h"
+
+#include "answerlist/AnswerDates.h"
+#include "answerlist/LineSplit.h"
+#include "answerlist/ListLoading.h"
+#include "output/PreOutputChecks.h"
+
+#include <memory>
+
+namespace {
+
+/// A list loaded with one customer's lines.
+std::unique_ptr<BenchWindow> LoadedWindow(bDAO &db, int lines)
+{
+    auto window = std::make_unique<BenchWindow>();
+    window->grid.SetRedraw(false);
+    LoadList(db, BenchDatabase::CustomerOf(lines), window->list);
+    window->grid.SetRedraw(true);
+    window->Paint();
+    return window;
+}
+
+void BenchSetDates(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results)
+{
+    const auto window = LoadedWindow(db, sizes.list);
+    window->grid.selectAll();
+    results.push_back(CompareTimes(QString("date set for %L1 selected rows").arg(sizes.list), 3,
+                                   {.run =
+                                        [&] {
+                                            window->list.SetRedraw(false);
+                                            SetAnswerDates(window->list, "20270115");
+                                            window->list.SetRedraw(true);
+                                            window->Paint();
+                                        }},
+                                   {.run = [&] {
+                                       window->list.SetRedraw(false);
+                                       for (int row = 1; row <= window->list.RowCount(); ++row)
+                                           window->list.SetCell(row, ListColumn::AnswerDate,
+                                                                "27/01/15");
+                                       window->list.SetRedraw(true);
+                                       window->Paint();
+                                   }}));
+}
+
+void BenchSplit(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results)
+{
+    const auto splitOnce = [](BenchWindow &window) {
+        window.list.SetRedraw(false);
+        CopyLine(window.list, window.list.RowCount() / 2);
+        window.list.SetRedraw(true);
+        window.Paint();
+    };
+    const auto large = LoadedWindow(db, sizes.list);
+    const auto small = LoadedWindow(db, sizes.lists[0]);
+    results.push_back(CompareTimes(
+        QString("split in the middle of %L1 lines against %L2").arg(sizes.list).arg(sizes.lists[0]),
+        2, {.run = [&] { splitOnce(*large); }}, {.run = [&] { splitOnce(*small); }}, 9));
+}
+
+void BenchChecks(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results)
+{
+    const auto window = LoadedWindow(db, sizes.list);
+    // Every second order is split, so that there are two rows to most sums.
+    window->grid.selectAll();
+    SetAnswerDates(window->list, "20270115");
+    double sink = 0;
+    results.push_back(
+        CompareTimes(QString("checks over %L1 rows").arg(sizes.list), 3,
+                     {.run =
+                          [&] {
+                              int participants = 0;
+                              RunPreOutputChecks(
+                                  window->list, [](const QString &) {}, participants);
+                              sink += participants;
+                          }},
+                     {.run = [&] {
+                         for (int row = 1; row <= window->list.RowCount(); ++row) {
+                             const ListRow line = window->list.Row(row);
+                             sink += double(line.Cell(ListColumn::AnswerQuantity).size()
+                                            + line.Cell(ListColumn::AnswerDate).size()
+                                            + line.Cell(ListColumn::OrderQuantities).size()
+                                            + line.Cell(ListColumn::States).size()
+                                            + line.Cell(ListColumn::ShpSubNo).size()
+                                            + line.Cell(ListColumn::LoadedDate).size()
+                                            + line.Cell(ListColumn::LoadedQuantity).size()
+                                            + line.Cell(ListColumn::LinKBN).size()
+                                            + line.Cell(ListColumn::Error).size())
+                                     + double(line.AccNo());
+                         }
+                     }}));
+}
+
+} // namespace
+
+void BenchCommands(const Sizes &sizes, std::vector<Measurement> &results)
+{
+    ProgramState state;
+    LargeDatabase(sizes).Open(state);
+    BenchSetDates(sizes, state.db, results);
+    BenchSplit(sizes, state.db, results);
+    BenchChecks(sizes, state.db, results);
+}

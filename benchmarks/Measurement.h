@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <vector>
+
+/// One line of the result: work of the program against the bare minimum for the same work.
+struct Measurement
+{
+    QString what;
+    QString unit = "ms";
+    double ours = 0;
+    double bare = 0;
+    double goal = 0; ///< the ratio ours / bare to reach
+
+    double Ratio() const { return bare > 0 ? ours / bare : 0; }
+    bool IsMet() const { return Ratio() <= goal; }
+};
+
+using Work = std::function<void()>;
+
+/// Milliseconds that the work takes once.
+double MillisecondsOf(const Work &work);
+
+/// Something to run, with what comes before and after it untimed.
+struct TimedWork
+{
+    Work prepare = [] {};
+    Work run;
+    Work clean = [] {};
+};
+
+/// Runs both in turn, `rounds` times after one round not counted, and takes the median of each.
+Measurement CompareTimes(const QString &what, double goal, const TimedWork &ours,
+                         const TimedWork &bare, int rounds = 5);
+
+/// Bytes that the process has allocated.
+double AllocatedBytes();
+
+/// The measurements as a table for people and as a JSON array.
+QString ToTable(const std::vector<Measurement> &measurements);
+QByteArray ToJson(const std::vector<Measurement> &measurements);

@@ -1,0 +1,214 @@
+#include "BenchWindow.h"
+#include "Benches.h"
+
+#include "answerlist/AnswerDates.h"
+#include "answerlist/ListLoading.h"
+#include "answerlist/Registration.h"
+#include "data/Tables.h"
+#include "data/dao/Database.h"
+#include "output/AnswerCreation.h"
+#include "output/AnswerRecord.h"
+#include "platform/MsgBox.h"
+#include "platform/ShiftJis.h"
+
+#include <QFile>
+#include <cstring>
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <stdexcept>
+#include <unistd.h>
+
+namespace {
+
+/// The customer's order numbers.
+std::vector<qint64> OrdersOf(Database &database, const QString &customer)
+{
+    std::vector<qint64> orders;
+    const auto rows
+        = database.OpenRecordset("SELECT AccNo FROM TLSP0010 WHERE CustCD = '" + customer + "'");
+    for (; !rows->IsEof(); rows->MoveNext())
+        orders.push_back(qint64(rows->Number(0)));
+    return orders;
+}
+
+/// One prepared statement and one commit per order; `before` runs ahead of each.
+void UpdateEach(
+    Database &database, const std::vector<qint64> &orders, const char *sql,
+    const std::function<void()> &before = [] {})
+{
+    sqlite3_stmt *update = nullptr;
+    sqlite3_prepare_v2(database.Connection(), sql, -1, &update, nullptr);
+    for (const qint64 accNo : orders) {
+        before();
+        database.ExecuteNative("BEGIN IMMEDIATE");
+        sqlite3_bind_int64(update, 1, accNo);
+        sqlite3_step(update);
+        sqlite3_reset(update);
+        database.ExecuteNative("COMMIT");
+    }
+    sqlite3_finalize(update);
+}
+
+/// Adds one long record to the file as the program must: open, append, onto the disk, close.
+void AppendRecord(const QByteArray &path, const QByteArray &line)
+{
+    const int file = ::open(path.constData(), O_RDWR | O_CREAT | O_APPEND, 0666);
+    const bool isWritten = ::write(file, line.constData(), size_t(line.size())) == line.size();
+    ::fdatasync(file);
+    ::close(file);
+    if (!isWritten)
+        throw std::runtime_error("the disk is full");
+}
+
+class OutputRun
+{
+public:
+    explicit OutputRun(const Sizes &sizes)
+        : m_sizes(sizes)
+        , m_large(LargeDatabase(sizes))
+        , m_bare(m_large.Folder() + "/TLDB0010.MDB", false, ConnectText)
+        , m_customer(BenchDatabase::CustomerOf(sizes.orders).customerCode)
+        , m_orders(OrdersOf(m_bare, m_customer))
+    {
+        m_large.Open(m_state);
+    }
+
+    void Registering(std::vector<Measurement> &results)
+    {
+        results.push_back(CompareTimes(
+            QString("registration of %L1 changed orders").arg(m_orders.size()), 1.3,
+            {.prepare = [this] { LoadAndSetDates(); },
+             .run =
+                 [this] {
+                     RegistrationCounts counts;
+                     Registration(m_state.db, m_window->list).RegisterAnswers(counts);
+                 }},
+            {.run =
+                 [this] {
+                     UpdateEach(m_bare, m_orders,
+                                "UPDATE TLSP0010 SET AnsLimDate = '20270115', ShpDate = '20270113',"
+                                " ArvExpDate = '20270115', AnsVal = 10, AnsMark = '2',"
+                                " UpdPGName = 'TL030101', UpdDate = '20260101', UpdTime = '090000'"
+                                " WHERE AccNo = ?");
+                 }},
+            3));
+    }
+
+    void Creating(std::vector<Measurement> &results)
+    {
+        const QByteArray path = QFile::encodeName(m_large.Folder() + "/bare-answers.txt");
+        const QByteArray line = QByteArray(LongRecordLength, 'x') + "\r\n";
+        SetMsgBoxHandler([](const MessageBoxRequest &) { return BoxButton::Ok; });
+        results.push_back(CompareTimes(
+            QString("creation of %L1 orders, records and marks").arg(m_orders.size()), 1.5,
+            {.prepare =
+                 [this] {
+                     LoadAndSetDates();
+                     RegistrationCounts counts;
+                     Registration(m_state.db, m_window->list).RegisterAnswers(counts);
+                     m_window->grid.selectAll();
+                 },
+             .run =
+                 [this] {
+                     AnswerCreation creation(m_state.db, m_state.files, m_window->list,
+                                             WriteStamp::Now(), [](const QString &) {});
+                     creation.RunAnswerCreation();
+                     if (creation.Count().records != int(m_orders.size()))
+                         throw std::runtime_error("not every order got its record");
+                 }},
+            {.run =
+                 [&] {
+                     UpdateEach(m_bare, m_orders,
+                                "UPDATE TLSP0010 SET AnsLimUmu = 3, UpdPGName = 'TL030101',"
+                                " UpdDate = '20260101', UpdTime = '090000' WHERE AccNo = ?",
+                                [&] { AppendRecord(path, line); });
+                 }},
+            3));
+        SetMsgBoxHandler({});
+    }
+
+private:
+    /// Loads the customer's lines and gives each another date than it has.
+    void LoadAndSetDates()
+    {
+        m_bare.ExecuteNative("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
+                             + m_customer + "'");
+        m_window = std::make_unique<BenchWindow>();
+        m_window->grid.SetRedraw(false);
+        LoadList(m_state.db, BenchDatabase::CustomerOf(m_sizes.orders), m_window->list);
+        m_window->grid.SetRedraw(true);
+        m_window->grid.selectAll();
+        SetAnswerDates(m_window->list, "20270115");
+    }
+
+    const Sizes &m_sizes;
+    BenchDatabase m_large;
+    Database m_bare;
+    QString m_customer;
+    std::vector<qint64> m_orders;
+    ProgramState m_state;
+    std::unique_ptr<BenchWindow> m_window;
+};
+
+/// A record as it comes from the demo data, all its slots filled.
+AnswerRecord FullRecord()
+{
+    AnswerRecord record;
+    record.recordNumber = 1;
+    record.infoKind = "0702";
+    record.processingDate = "20260528";
+    record.vanCode = "V00001748878";
+    record.customerSideCode = "SUP1201";
+    record.customerSectionCode = "1100";
+    record.orderNo = "2609-00010093";
+    record.makerNo = "S2609-0223";
+    record.answerKind = "1";
+    record.unit = "個";
+    record.orderQuantity = 360;
+    record.buyer = "宇佐木";
+    record.customerProductCode = "BT-00007";
+    record.ownProductCode = "A100143";
+    record.customerSectionName = "資材部購買一課";
+    for (AnswerSlot &slot : record.lines)
+        slot = {"20260610", "00373441", "20260612", Decimal::FromText(u"12.5"), "2"};
+    record.reserve2 = ToWideText({}, 14);
+    record.reserve3 = ToWideText({}, 60);
+    record.reserve4 = ToWideText({}, 40);
+    return record;
+}
+
+void BenchPacking(std::vector<Measurement> &results)
+{
+    constexpr int Times = 10'000;
+    const AnswerRecord record = FullRecord();
+    AnswerBuffer buffer = {};
+    PackAnswerRecord(record, buffer);
+    const QString texts = FromShiftJis(QByteArrayView(buffer.data(), qsizetype(buffer.size())));
+    size_t sink = 0;
+    results.push_back(CompareTimes(QString("packing %L1 records").arg(Times), 3,
+                                   {.run =
+                                        [&] {
+                                            for (int time = 0; time < Times; ++time) {
+                                                PackAnswerRecord(record, buffer);
+                                                sink += size_t(buffer[100]);
+                                            }
+                                        }},
+                                   {.run = [&] {
+                                       AnswerBuffer copy;
+                                       for (int time = 0; time < Times; ++time) {
+                                           const QByteArray bytes = ToShiftJis(texts);
+                                           std::memcpy(copy.data(), bytes.data(), copy.size());
+                                           sink += size_t(copy[100]);
+                                       }
+                                   }}));
+}
+
+} // namespace
+
+void BenchOutput(const Sizes &sizes, std::vector<Measurement> &results)
+{
+    BenchPacking(results);
+    OutputRun run(sizes);
+    run.Registering(results);
+    run.Creating(results);
+}

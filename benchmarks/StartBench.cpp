@@ -1,0 +1,73 @@
+#include "Benches.h"
+
+#include "app/Desktop.h"
+#include "app/Main.h"
+#include "output/OutputFolders.h"
+#include "search/SC030010.h"
+
+#include <QApplication>
+#include <QPaintEvent>
+#include <QProcess>
+#include <QTimer>
+#include <stdexcept>
+
+namespace {
+
+/// Ends the program once the window has been painted.
+class EndAfterPaint : public QObject
+{
+public:
+    explicit EndAfterPaint(QWidget *window)
+        : QObject(window)
+    {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            QTimer::singleShot(0, qApp, &QApplication::quit);
+        return false;
+    }
+};
+
+void RunWindow(const QString &which, const QString &folder)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QCoreApplication::applicationFilePath(), {"--first-window", which, folder});
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        throw std::runtime_error("the first window did not come");
+}
+
+} // namespace
+
+int ShowFirstWindow(const QString &which, const QString &folder, int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    ProgramState state;
+    std::unique_ptr<QWidget> window;
+    if (which == "search") {
+        PrepareDesktop(application);
+        if (!InitApp(state, folder) || !CheckAnswerOutputPaths(state.db, state.files))
+            return 1;
+        state.isSearchMode = true;
+        SetSearchDefaults(state);
+        window = std::make_unique<SC030010>(state);
+    } else {
+        window = std::make_unique<QWidget>();
+        window->resize(820, 640);
+    }
+    new EndAfterPaint(window.get());
+    window->show();
+    return application.exec();
+}
+
+void BenchStart(const Sizes &sizes, std::vector<Measurement> &results)
+{
+    const BenchDatabase large = LargeDatabase(sizes);
+    results.push_back(
+        CompareTimes(QString("start to the search screen, %L1 lines").arg(sizes.database), 1.3,
+                     {.run = [&] { RunWindow("search", large.Folder()); }},
+                     {.run = [&] { RunWindow("empty", large.Folder()); }}, 9));
+}

@@ -1,0 +1,74 @@
+#include "Benches.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+namespace {
+
+const Sizes Full = {.folder = {},
+                    .database = 1'000'000,
+                    .smallDatabase = 10'000,
+                    .lists = {1'000, 10'000, 100'000, 500'000},
+                    .list = 100'000,
+                    .search = 2'000,
+                    .orders = 10'000,
+                    .products = 50'000};
+
+const Sizes Quick = {.folder = {},
+                     .database = 60'000,
+                     .smallDatabase = 10'000,
+                     .lists = {1'000, 5'000, 20'000},
+                     .list = 20'000,
+                     .search = 2'000,
+                     .orders = 1'000,
+                     .products = 50'000};
+
+void RunAll(const Sizes &sizes, std::vector<Measurement> &results)
+{
+    BenchLoading(sizes, results);
+    BenchCommands(sizes, results);
+    BenchOutput(sizes, results);
+    BenchStart(sizes, results);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc == 4 && std::strcmp(argv[1], "--first-window") == 0)
+        return ShowFirstWindow(argv[2], QString::fromLocal8Bit(argv[3]), argc, argv);
+
+    QApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        "Times the program against the bare minimum for the same work.");
+    parser.addHelpOption();
+    const QCommandLineOption quick("quick", "Smaller sizes, under a minute.");
+    const QCommandLineOption json("json", "Writes the results to FILE too.", "FILE");
+    parser.addOptions({quick, json});
+    parser.addPositionalArgument("FOLDER", "Where the data is kept from run to run.");
+    parser.process(application);
+    if (parser.positionalArguments().size() != 1)
+        parser.showHelp(2);
+
+    Sizes sizes = parser.isSet(quick) ? Quick : Full;
+    sizes.folder = parser.positionalArguments()[0];
+    std::vector<Measurement> results;
+    try {
+        RunAll(sizes, results);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "bench: %s\n", error.what());
+        return 1;
+    }
+    std::fputs(qPrintable(ToTable(results)), stdout);
+    if (parser.isSet(json)) {
+        QFile file(parser.value(json));
+        if (!file.open(QIODevice::WriteOnly) || file.write(ToJson(results)) < 0)
+            return 1;
+    }
+    return 0;
+}
