@@ -20,13 +20,6 @@ void ForSelectedOpenRows(const AnswerList &list, Visit &&visit)
                 return;
 }
 
-/// The one way a date gets into a row other than by typing.
-void PutAnswerDate(AnswerList &list, int row, const QString &shownDate)
-{
-    list.SetCell(row, ListColumn::AnswerDate, shownDate);
-    UpdateDifferenceMark(list, row);
-}
-
 } // namespace
 
 bool CheckDateSelection(const AnswerList &list)
@@ -49,7 +42,7 @@ void SetAnswerDates(AnswerList &list, const QString &storedDate)
 {
     const QString shown = ShownDate(storedDate);
     ForSelectedOpenRows(list, [&](int row) {
-        PutAnswerDate(list, row, shown);
+        list.SetAnswerDate(row, shown);
         return true;
     });
 }
@@ -57,16 +50,14 @@ void SetAnswerDates(AnswerList &list, const QString &storedDate)
 void SetSpecifiedDates(AnswerList &list)
 {
     ForSelectedOpenRows(list, [&](int row) {
-        PutAnswerDate(list, row, list.Row(row).SpecifiedDate());
+        list.SetAnswerDate(row, list.Row(row).SpecifiedDate());
         return true;
     });
 }
 
 void UpdateDifferenceMark(AnswerList &list, int row)
 {
-    const ListRow line = list.Row(row);
-    list.SetDifferenceMark(row,
-                           StoredDate(line.AnsweredDate()) != StoredDate(line.SpecifiedDate()));
+    list.SetAnswerDate(row, list.Row(row).Cell(ListColumn::AnswerDate));
 }
 
 QString RowHint(const AnswerList &list, int row)

@@ -83,11 +83,9 @@ void AnswerList::SetCell(int row, ListColumn column, const QString &text)
     m_spread.SetValue(At(column), row, text);
 }
 
-void AnswerList::SetDifferenceMark(int row, bool isSet)
+void AnswerList::SetAnswerDate(int row, const QString &shownDate)
 {
-    QString marks = Row(row).Cell(ListColumn::Marks);
-    marks.chop(1);
-    SetCell(row, ListColumn::Marks, marks + (isSet ? '*' : ' '));
+    Grid()->Model().SetRowText(row, WithAnswerDate(Grid()->Model().RowText(row), shownDate));
 }
 
 void AnswerList::Clear()
@@ -117,7 +115,8 @@ void AnswerList::InsertBelow(int row, const QString &rowText)
 {
     const bool isDefective = IsDefective(row);
     m_spread.AddItem(rowText, row + 1);
-    m_isIndexed = false;
+    if (m_isIndexed)
+        m_index.Insert(Row(row + 1).AccNo(), row + 1);
     if (!isDefective)
         return;
     for (int column = 1; column <= ListColumnCount; ++column)
@@ -126,8 +125,9 @@ void AnswerList::InsertBelow(int row, const QString &rowText)
 
 void AnswerList::Remove(int row)
 {
+    if (m_isIndexed)
+        m_index.Remove(Row(row).AccNo(), row);
     m_spread.RemoveItem(row);
-    m_isIndexed = false;
 }
 
 void AnswerList::Activate(int row)
@@ -145,12 +145,14 @@ bool AnswerList::IsLocked(int row) const
     return Grid()->IsLocked(At(ListColumn::AccSubNo), row);
 }
 
-const std::vector<int> &AnswerList::RowsOfOrder(qint64 accNo) const
+std::vector<int> AnswerList::RowsOfOrder(qint64 accNo) const
 {
     if (!m_isIndexed) {
-        m_index.Clear();
+        std::vector<qint64> accNos;
+        accNos.reserve(size_t(RowCount()));
         for (int row = 1; row <= RowCount(); ++row)
-            m_index.Add(Row(row).AccNo(), row);
+            accNos.push_back(Row(row).AccNo());
+        m_index.Build(accNos);
         m_isIndexed = true;
     }
     return m_index.Rows(accNo);

@@ -25,8 +25,8 @@ public:
 
     void SetCell(int row, ListColumn column, const QString &text);
 
-    /// Writes the mark of a date that differs from the specified one.
-    void SetDifferenceMark(int row, bool isSet);
+    /// Gives the row an answered date (shown form) and the mark that goes with it.
+    void SetAnswerDate(int row, const QString &shownDate);
 
     void Clear();
     void Append(const ListLine &line, bool isDefective);
@@ -41,7 +41,7 @@ public:
     bool IsLocked(int row) const; ///< a shipped row is
 
     /// The rows of an order, in order.
-    const std::vector<int> &RowsOfOrder(qint64 accNo) const;
+    std::vector<int> RowsOfOrder(qint64 accNo) const;
 
     // For long runs: nothing is painted while redraw is off.
     void SetRedraw(bool isOn);
@@ -49,5 +49,5 @@ public:
 private:
     SpreadX m_spread;
     mutable OrderIndex m_index;
-    mutable bool m_isIndexed = false;
+    mutable bool m_isIndexed = false; ///< the index is made when first asked for
 };

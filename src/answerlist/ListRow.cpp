@@ -23,11 +23,6 @@ constexpr ListColumnLook Looks[] = {
 
 constexpr ListColumnLook Hidden = {"", "", false};
 
-QString TwoLines(const QString &first, const QString &second)
-{
-    return first + CellLineBreak + second;
-}
-
 QString Mark(bool isSet)
 {
     return isSet ? "*" : " ";
@@ -38,33 +33,58 @@ QString State(bool isDone)
     return isDone ? DoneMark : WideBlank;
 }
 
-/// Cells joined to a row's text; a tab or line break in a text of the database would break the row.
+constexpr QChar Done = u'済';
+
+/// True when both texts, each in shown or typed form, stand for one date.
+bool IsSameDate(QStringView a, QStringView b)
+{
+    return a == b || StoredDate(a.toString()) == StoredDate(b.toString());
+}
+
+/// Writes a row's text cell by cell. Texts of the database keep to their cell and line: a tab or
+/// line break in them becomes a blank.
 class RowWriter
 {
 public:
     RowWriter() { m_text.reserve(256); }
 
-    void Add(const QString &cell)
+    RowWriter &Cell()
     {
         if (!m_isFirst)
             m_text += '\t';
         m_isFirst = false;
-        m_text += cell;
+        return *this;
     }
-    const QString &Text() const { return m_text; }
+    RowWriter &Text(const QString &text)
+    {
+        const qsizetype start = m_text.size();
+        m_text += text;
+        for (qsizetype at = start; at < m_text.size(); ++at)
+            if (m_text.at(at) < u' ')
+                m_text[at] = u' ';
+        return *this;
+    }
+    RowWriter &Quantity(const Decimal &quantity)
+    {
+        m_text += FormatQuantity(quantity);
+        return *this;
+    }
+    RowWriter &Raw(const QString &cell)
+    {
+        m_text += cell;
+        return *this;
+    }
+    RowWriter &Break()
+    {
+        m_text += CellLineBreak;
+        return *this;
+    }
+    const QString &Result() const { return m_text; }
 
 private:
     QString m_text;
     bool m_isFirst = true;
 };
-
-QString OneLine(QString text)
-{
-    for (QChar &c : text)
-        if (c == '\t' || c == '\r' || c == '\n')
-            c = ' ';
-    return text;
-}
 
 } // namespace
 
@@ -85,7 +105,7 @@ ListRow::ListRow(const QString &rowText)
         m_starts[++cell] = tab + 1;
 }
 
-QStringView ListRow::CellView(ListColumn column) const
+QStringView ListRow::View(ListColumn column) const
 {
     const size_t cell = size_t(column) - 1;
     if (m_starts[cell] > m_text.size())
@@ -95,47 +115,61 @@ QStringView ListRow::CellView(ListColumn column) const
 
 QString ListRow::Cell(ListColumn column) const
 {
-    return CellView(column).toString();
+    return View(column).toString();
+}
+
+QStringView ListRow::LineView(ListColumn column, int line) const
+{
+    constexpr QStringView lineBreak = u"\r\n";
+    QStringView rest = View(column);
+    for (; line > 0; --line) {
+        const qsizetype end = rest.indexOf(lineBreak);
+        if (end < 0)
+            return {};
+        rest = rest.sliced(end + lineBreak.size());
+    }
+    const qsizetype end = rest.indexOf(lineBreak);
+    return end < 0 ? rest : rest.first(end);
 }
 
 QString ListRow::Line(ListColumn column, int line) const
 {
-    return Cell(column).split(CellLineBreak).value(line);
+    return LineView(column, line).toString();
 }
 
 bool ListRow::IsEdi() const
 {
-    return CellView(ListColumn::Marks).startsWith(u'*');
+    return View(ListColumn::Marks).startsWith(u'*');
 }
 
 bool ListRow::IsShipped() const
 {
-    return CellView(ListColumn::States).endsWith(QString(DoneMark));
+    return View(ListColumn::States).endsWith(Done);
 }
 
 bool ListRow::IsAnswered() const
 {
-    return CellView(ListColumn::States).startsWith(QString(DoneMark));
+    return View(ListColumn::States).startsWith(Done);
 }
 
 Decimal ListRow::OpenQuantity() const
 {
-    return QuantityOf(Line(ListColumn::OrderQuantities, 1));
+    return QuantityOf(LineView(ListColumn::OrderQuantities, 1));
 }
 
 Decimal ListRow::InstructedQuantity() const
 {
-    return QuantityOf(Line(ListColumn::LineQuantities, 0));
+    return QuantityOf(LineView(ListColumn::LineQuantities, 0));
 }
 
 Decimal ListRow::AnsweredQuantity() const
 {
-    return QuantityOf(Cell(ListColumn::AnswerQuantity));
+    return QuantityOf(View(ListColumn::AnswerQuantity));
 }
 
 QString ListRow::AnsweredDate() const
 {
-    return Trim(CellView(ListColumn::AnswerDate));
+    return Trim(View(ListColumn::AnswerDate));
 }
 
 QString ListRow::SpecifiedDate() const
@@ -145,14 +179,13 @@ QString ListRow::SpecifiedDate() const
 
 int ListRow::LinKBN() const
 {
-    return IntVal(CellView(ListColumn::LinKBN));
+    return IntVal(View(ListColumn::LinKBN));
 }
 
 bool ListRow::IsChanged() const
 {
-    return StoredDate(AnsweredDate()) != Trim(CellView(ListColumn::LoadedDate))
-           || Trim(CellView(ListColumn::AnswerQuantity))
-                  != Trim(CellView(ListColumn::LoadedQuantity));
+    return Trimmed(View(ListColumn::AnswerQuantity)) != Trimmed(View(ListColumn::LoadedQuantity))
+           || StoredDate(AnsweredDate()) != Trimmed(View(ListColumn::LoadedDate));
 }
 
 bool ListRow::IsAnswerable() const
@@ -165,47 +198,58 @@ bool ListRow::IsAnswerable() const
 QString RowText(const ListLine &line)
 {
     RowWriter row;
-    row.Add(TwoLines(Mark(line.isEdi), Mark(line.hasOtherDate)));
-    row.Add(QStringList{OneLine(line.orderNo), OneLine(line.productCode), OneLine(line.productName),
-                        OneLine(line.material)}
-                .join(CellLineBreak));
-    row.Add(TwoLines(FormatQuantity(line.ordered), FormatQuantity(line.open)));
-    row.Add(TwoLines(FormatQuantity(line.instructed), FormatQuantity(line.shipped)));
-    row.Add(FormatQuantity(line.answered));
-    row.Add(Trim(line.answeredDate).isEmpty() ? QString() : OneLine(ShownDate(line.answeredDate)));
-    row.Add(TwoLines(OneLine(ShownDate(line.specifiedDate)), OneLine(line.deliveryNo)));
-    row.Add(TwoLines(State(line.isAnswered), State(line.isShipped)));
-    row.Add(TwoLines(ContractKindName(OneLine(line.contractKind), 1), OneLine(line.sectionCode)));
-    row.Add(line.accNo);
-    row.Add(line.accSubNo);
-    row.Add(line.shpSubNo);
-    row.Add(OneLine(line.answeredDate));
-    row.Add(FormatQuantity(line.loaded));
-    row.Add(line.linKBN);
-    row.Add(OneLine(line.outputPath));
-    return row.Text();
+    row.Cell().Raw(Mark(line.isEdi)).Break().Raw(Mark(line.hasOtherDate));
+    row.Cell().Text(line.orderNo).Break().Text(line.productCode).Break();
+    row.Text(line.productName).Break().Text(line.material);
+    row.Cell().Quantity(line.ordered).Break().Quantity(line.open);
+    row.Cell().Quantity(line.instructed).Break().Quantity(line.shipped);
+    row.Cell().Quantity(line.answered);
+    row.Cell().Text(Trimmed(line.answeredDate).isEmpty() ? QString()
+                                                         : ShownDate(line.answeredDate));
+    row.Cell().Text(ShownDate(line.specifiedDate)).Break().Text(line.deliveryNo);
+    row.Cell().Raw(State(line.isAnswered)).Break().Raw(State(line.isShipped));
+    row.Cell().Text(ContractKindName(line.contractKind, 1)).Break().Text(line.sectionCode);
+    row.Cell().Raw(line.accNo).Cell().Raw(line.accSubNo).Cell().Raw(line.shpSubNo);
+    row.Cell().Text(line.answeredDate);
+    row.Cell().Quantity(line.loaded);
+    row.Cell().Text(line.linKBN).Cell().Text(line.outputPath);
+    return row.Result();
+}
+
+QString WithAnswerDate(const QString &rowText, const QString &shownDate)
+{
+    const ListRow row(rowText);
+    const QStringView marks = row.View(ListColumn::Marks);
+    const QStringView date = row.View(ListColumn::AnswerDate);
+    const bool isSame = IsSameDate(shownDate, row.LineView(ListColumn::SpecifiedDate, 0));
+    const auto positionOf = [&](QStringView cell) { return cell.data() - rowText.constData(); };
+    QString changed = rowText;
+    changed.replace(positionOf(date), date.size(), shownDate);
+    if (!marks.isEmpty())
+        changed[positionOf(marks) + marks.size() - 1] = isSame ? u' ' : u'*';
+    return changed;
 }
 
 QString SplitRowText(const ListRow &source, const Decimal &remainder)
 {
     const Decimal none;
     RowWriter row;
-    row.Add(TwoLines(Mark(source.IsEdi()), Mark(false)));
-    row.Add(source.Cell(ListColumn::Order));
-    row.Add(source.Cell(ListColumn::OrderQuantities));
-    row.Add(TwoLines(FormatQuantity(none), FormatQuantity(none)));
-    row.Add(FormatQuantity(remainder.IsNegative() ? none : remainder));
-    row.Add({});
-    row.Add(source.Cell(ListColumn::SpecifiedDate));
-    row.Add(TwoLines(State(false), State(false)));
-    row.Add(source.Cell(ListColumn::Contract));
-    row.Add(source.Cell(ListColumn::AccNo));
-    row.Add(source.Cell(ListColumn::AccSubNo));
-    row.Add({});
-    row.Add({});
-    row.Add(FormatQuantity(none));
-    row.Add(source.Cell(ListColumn::LinKBN));
-    row.Add(source.Cell(ListColumn::OutputPath));
-    row.Add(source.Cell(ListColumn::Skipped));
-    return row.Text();
+    const auto copy = [&](ListColumn column) { row.Cell().Raw(source.Cell(column)); };
+    row.Cell().Raw(Mark(source.IsEdi())).Break().Raw(Mark(false));
+    copy(ListColumn::Order);
+    copy(ListColumn::OrderQuantities);
+    row.Cell().Quantity(none).Break().Quantity(none);
+    row.Cell().Quantity(remainder.IsNegative() ? none : remainder);
+    row.Cell();
+    copy(ListColumn::SpecifiedDate);
+    row.Cell().Raw(State(false)).Break().Raw(State(false));
+    copy(ListColumn::Contract);
+    copy(ListColumn::AccNo);
+    copy(ListColumn::AccSubNo);
+    row.Cell().Cell(); // neither a number nor a date is stored yet
+    row.Cell().Quantity(none);
+    copy(ListColumn::LinKBN);
+    copy(ListColumn::OutputPath);
+    copy(ListColumn::Skipped);
+    return row.Result();
 }

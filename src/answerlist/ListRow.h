@@ -53,10 +53,14 @@ public:
     QString Cell(ListColumn column) const;
     QString Line(ListColumn column, int line) const; ///< 0 is the first
 
+    // The same without a copy, for as long as the row's text lives.
+    QStringView View(ListColumn column) const;
+    QStringView LineView(ListColumn column, int line) const;
+
     bool IsEdi() const;
     bool IsShipped() const;  ///< the last character of the states is the done mark
     bool IsAnswered() const; ///< the first is
-    bool IsStored() const { return !Cell(ListColumn::ShpSubNo).isEmpty(); }
+    bool IsStored() const { return !View(ListColumn::ShpSubNo).isEmpty(); }
 
     QString OrderNo() const { return Line(ListColumn::Order, 0); }
     Decimal OpenQuantity() const; ///< of the whole order
@@ -65,9 +69,9 @@ public:
     QString AnsweredDate() const;  ///< shown form, trimmed
     QString SpecifiedDate() const; ///< shown form
     int LinKBN() const;
-    qint64 AccNo() const { return CellView(ListColumn::AccNo).toLongLong(); }
-    int AccSubNo() const { return CellView(ListColumn::AccSubNo).toInt(); }
-    int ShpSubNo() const { return CellView(ListColumn::ShpSubNo).toInt(); }
+    qint64 AccNo() const { return View(ListColumn::AccNo).toLongLong(); }
+    int AccSubNo() const { return View(ListColumn::AccSubNo).toInt(); }
+    int ShpSubNo() const { return View(ListColumn::ShpSubNo).toInt(); }
 
     /// True when the answered date or quantity is not the one that is stored.
     bool IsChanged() const;
@@ -76,8 +80,6 @@ public:
     bool IsAnswerable() const;
 
 private:
-    QStringView CellView(ListColumn column) const;
-
     QString m_text;
     std::array<qsizetype, ListColumnCount + 1> m_starts; ///< one past the end of the text: no cell
 };
@@ -101,6 +103,10 @@ struct ListLine
 
 /// The row's text.
 QString RowText(const ListLine &line);
+
+/// The row's text with another answered date (shown form) and the mark that tells whether it
+/// differs from the specified one.
+QString WithAnswerDate(const QString &rowText, const QString &shownDate);
 
 /// The row's text for a split of it: the same order, no answer yet but `remainder` to be answered.
 QString SplitRowText(const ListRow &source, const Decimal &remainder);

@@ -1,24 +1,35 @@
 #pragma once
 
 #include <QtGlobal>
-#include <unordered_map>
 #include <vector>
 
-/// Which rows of the list belong to an order.
+/// Which rows of the list belong to an order. Kept as one sorted run of (order, row), so that a row
+/// inserted or removed costs a shift of numbers and no new index.
 class OrderIndex
 {
 public:
-    void Clear() { m_rows.clear(); }
-    void Add(qint64 accNo, int row) { m_rows[accNo].push_back(row); }
+    void Clear() { m_entries.clear(); }
 
-    /// The rows in the order they were added; none for an unknown order.
-    const std::vector<int> &Rows(qint64 accNo) const
-    {
-        static const std::vector<int> none;
-        const auto found = m_rows.find(accNo);
-        return found == m_rows.end() ? none : found->second;
-    }
+    /// Takes the orders of all rows, the first of them row 1.
+    void Build(const std::vector<qint64> &accNos);
+
+    /// A row of this order comes in at, or goes from, this number; the rows below it move.
+    void Insert(qint64 accNo, int row);
+    void Remove(qint64 accNo, int row);
+
+    /// The order's rows from top to bottom; none for an unknown order.
+    std::vector<int> Rows(qint64 accNo) const;
 
 private:
-    std::unordered_map<qint64, std::vector<int>> m_rows;
+    struct Entry
+    {
+        qint64 accNo;
+        int row;
+
+        auto operator<=>(const Entry &) const = default;
+    };
+
+    void MoveRows(int from, int by);
+
+    std::vector<Entry> m_entries;
 };

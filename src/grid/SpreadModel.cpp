@@ -40,12 +40,19 @@ void SpreadModel::Announce()
 
 void SpreadModel::InsertRow(int row)
 {
-    Announce();
-    beginInsertRows({}, row - 1, row - 1);
+    // A last row that the views do not know of yet falls off without their notice.
+    if (m_announcedRows == RowCount())
+        SetRowCount(RowCount() - 1);
+    else
+        m_rows.pop_back();
+    const bool isKnown = row <= m_announcedRows + 1;
+    if (isKnown)
+        beginInsertRows({}, row - 1, row - 1);
     m_rows.insert(m_rows.begin() + (row - 1), Row());
-    ++m_announcedRows;
-    endInsertRows();
-    SetRowCount(RowCount() - 1);
+    if (isKnown) {
+        ++m_announcedRows;
+        endInsertRows();
+    }
 }
 
 void SpreadModel::DeleteRows(int firstRow, int lastRow)

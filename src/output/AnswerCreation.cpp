@@ -60,7 +60,7 @@ bool AnswerCreation::RunAnswerCreation()
     qint64 lastAccNo = 0;
     for (int row = 1; row <= m_list.RowCount(); ++row) {
         const ListRow line = m_list.Row(row);
-        const bool isAnswered = !line.IsShipped() && line.Cell(ListColumn::Skipped).isEmpty()
+        const bool isAnswered = !line.IsShipped() && line.View(ListColumn::Skipped).isEmpty()
                                 && m_list.IsSelected(row) && line.AccNo() != lastAccNo;
         if (!isAnswered)
             continue;
@@ -174,7 +174,7 @@ void AnswerCreation::MarkRowsAnswered(qint64 accNo)
 {
     for (const int row : m_list.RowsOfOrder(accNo)) {
         const ListRow line = m_list.Row(row);
-        if (line.IsShipped() || !line.Cell(ListColumn::Skipped).isEmpty() || !line.IsAnswerable())
+        if (line.IsShipped() || !line.View(ListColumn::Skipped).isEmpty() || !line.IsAnswerable())
             continue;
         m_list.SetCell(row, ListColumn::States, QString(DoneMark) + CellLineBreak + " ");
         ++m_counts.lines;

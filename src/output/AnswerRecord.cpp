@@ -2,74 +2,14 @@
 
 #include "platform/ShiftJis.h"
 #include "util/VbText.h"
-#include "util/bDate.h"
 #include "util/bValue.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace {
 
-/// One field: how long it is in the record, and the text that is packed into it.
-struct Field
-{
-    int length; ///< bytes
-    std::function<QString(const AnswerRecord &)> text;
-};
-
-struct SlotField
-{
-    int length;
-    std::function<QString(const AnswerSlot &)> text;
-};
-
-/// The text in its member of the structure, which holds so many characters.
-QString Member(const QString &text, int characters)
-{
-    return FixedText(text, characters);
-}
-
-/// A date field: "YYMMDD", zeros for an empty date.
-QString DateField(const QString &stored)
-{
-    return ("000000" + DropCentury(FixedText(stored, 8))).right(6);
-}
-
-const Field HeadFields[] = {
-    {5, [](const auto &r) { return ZeroFillBySpec(r.recordNumber, DigitSpec::RecordNumber); }},
-    {4, [](const auto &r) { return Member(r.infoKind, 4); }},
-    {6, [](const auto &r) { return DateField(r.processingDate); }},
-    {12, [](const auto &r) { return Member(r.vanCode, 12); }},
-    {12, [](const auto &r) { return Member(r.customerSideCode, 12); }},
-    {8, [](const auto &r) { return Member(r.customerSectionCode, 8); }},
-    {23, [](const auto &r) { return Member(r.orderNo, 23); }},
-    {19, [](const auto &r) { return Member(r.makerNo, 19); }},
-    {1, [](const auto &r) { return Member(r.answerKind, 1); }},
-    {1, [](const auto &r) { return Member(r.deliveryKind, 1); }},
-    {3, [](const auto &r) { return Member(r.unit, 3); }},
-    {12, [](const auto &r) { return ZeroFillBySpec(r.orderQuantity, DigitSpec::Quantity); }},
-    {7, [](const auto &r) { return Member(r.buyer, 7); }},
-    {25, [](const auto &r) { return Member(r.customerProductCode, 25); }},
-    {25, [](const auto &r) { return Member(r.ownProductCode, 25); }},
-};
-
-const SlotField SlotFields[] = {
-    {6, [](const auto &s) { return DateField(s.specifiedDate); }},
-    {8, [](const auto &s) { return Member(s.deliveryNo, 8); }},
-    {6, [](const auto &s) { return DateField(s.answeredDate); }},
-    {12, [](const auto &s) { return ZeroFillBySpec(s.quantity, DigitSpec::Quantity); }},
-    {1, [](const auto &s) { return Member(s.mark, 1); }},
-};
-
-const Field TailFields[] = {
-    {30, [](const auto &r) { return Member(r.reserve1, 30); }},
-    {20, [](const auto &r) { return Member(r.customerSectionName, 20); }},
-    {14, [](const auto &r) { return Member(r.reserve2, 14); }},
-    {60, [](const auto &r) { return Member(r.reserve3, 60); }},
-    {40, [](const auto &r) { return Member(r.reserve4, 40); }},
-};
-
-/// Writes fields one after the other.
+/// Fills a record's bytes field by field. A text comes from a member of the structure, which holds
+/// as many characters as its field has bytes; both cut what is longer.
 class FieldWriter
 {
 public:
@@ -78,15 +18,51 @@ public:
     {
     }
 
-    void PutFieldBytes(const QString &text, int length)
+    void PutText(QStringView text, int length)
     {
-        std::fill_n(m_at, length, ' ');
-        const QByteArray bytes = ToShiftJis(text);
-        std::copy_n(bytes.data(), std::min<qsizetype>(length, bytes.size()), m_at);
-        m_at += length;
+        const QStringView member = text.left(length);
+        const bool isAscii
+            = std::all_of(member.begin(), member.end(), [](QChar c) { return c < u'\x80'; });
+        if (isAscii) {
+            Put(member, length);
+        } else {
+            const QByteArray bytes = ToShiftJis(member);
+            Put(QByteArrayView(bytes).first(std::min<qsizetype>(bytes.size(), length)), length);
+        }
+    }
+
+    /// "YYMMDD" of a stored-form date; zeros for one with fewer than two characters.
+    void PutDate(QStringView stored)
+    {
+        constexpr int Century = 2;
+        constexpr int Length = 6;
+        if (Trimmed(stored.left(Century + Length)).size() < Century)
+            Put(QByteArrayView("000000"), Length);
+        else
+            PutText(stored.mid(Century), Length);
+    }
+
+    void PutNumber(const Decimal &number, const QString &spec)
+    {
+        const QString digits = ZeroFillBySpec(number, spec);
+        Put(QStringView(digits), int(digits.size()));
     }
 
 private:
+    /// Left-aligned in blanks.
+    template <typename Characters>
+    void Put(Characters characters, int length)
+    {
+        char *const end = m_at + length;
+        for (const auto c : characters)
+            *m_at++ = ByteOf(c);
+        std::fill(m_at, end, ' ');
+        m_at = end;
+    }
+
+    static char ByteOf(char byte) { return byte; }
+    static char ByteOf(QChar ascii) { return ascii.toLatin1(); }
+
     char *m_at;
 };
 
@@ -99,24 +75,73 @@ void ClearAnswerRecord(AnswerRecord &record)
 
 void PackAnswerRecord(const AnswerRecord &record, AnswerBuffer &buffer)
 {
+    static const QString quantity = DigitSpec::Quantity;
+    static const QString recordNumber = DigitSpec::RecordNumber;
     FieldWriter writer(buffer);
-    for (const Field &field : HeadFields)
-        writer.PutFieldBytes(field.text(record), field.length);
-    for (const AnswerSlot &slot : record.lines)
-        for (const SlotField &field : SlotFields)
-            writer.PutFieldBytes(field.text(slot), field.length);
-    for (const Field &field : TailFields)
-        writer.PutFieldBytes(field.text(record), field.length);
+    writer.PutNumber(record.recordNumber, recordNumber);
+    writer.PutText(record.infoKind, 4);
+    writer.PutDate(record.processingDate);
+    writer.PutText(record.vanCode, 12);
+    writer.PutText(record.customerSideCode, 12);
+    writer.PutText(record.customerSectionCode, 8);
+    writer.PutText(record.orderNo, 23);
+    writer.PutText(record.makerNo, 19);
+    writer.PutText(record.answerKind, 1);
+    writer.PutText(record.deliveryKind, 1);
+    writer.PutText(record.unit, 3);
+    writer.PutNumber(record.orderQuantity, quantity);
+    writer.PutText(record.buyer, 7);
+    writer.PutText(record.customerProductCode, 25);
+    writer.PutText(record.ownProductCode, 25);
+    for (const AnswerSlot &slot : record.lines) {
+        writer.PutDate(slot.specifiedDate);
+        writer.PutText(slot.deliveryNo, 8);
+        writer.PutDate(slot.answeredDate);
+        writer.PutNumber(slot.quantity, quantity);
+        writer.PutText(slot.mark, 1);
+    }
+    writer.PutText(record.reserve1, 30);
+    writer.PutText(record.customerSectionName, 20);
+    writer.PutText(record.reserve2, 14);
+    writer.PutText(record.reserve3, 60);
+    writer.PutText(record.reserve4, 40);
 }
+
+namespace {
+
+bool IsHalfWidthKana(QChar c)
+{
+    return c >= QChar(0xFF61) && c <= QChar(0xFF9F);
+}
+
+/// Half-width kana in full width; a voiced mark joins the character before it.
+QString WideKana(QStringView kana)
+{
+    QString wide = kana.toString().normalized(QString::NormalizationForm_KC);
+    // A mark that nothing took is left as a combining one.
+    return wide.replace(QChar(0x3099), QChar(0x309B)).replace(QChar(0x309A), QChar(0x309C));
+}
+
+} // namespace
 
 QString ToWideText(const QString &text, int bytes)
 {
-    QString wide = QString(text).replace('\\', "￥") + QString(bytes, ' ');
-    for (QChar &c : wide) {
+    const QString narrow = QString(text).replace('\\', "￥") + QString(bytes, ' ');
+    QString wide;
+    for (qsizetype at = 0; at < narrow.size(); ++at) {
+        const qsizetype start = at;
+        while (at < narrow.size() && IsHalfWidthKana(narrow[at]))
+            ++at;
+        wide += WideKana(QStringView(narrow).sliced(start, at - start));
+        if (at == narrow.size())
+            break;
+        const QChar c = narrow[at];
         if (c == ' ')
-            c = QChar(0x3000);
+            wide += QChar(0x3000);
         else if (c > u' ' && c <= u'~')
-            c = QChar(c.unicode() - u'!' + 0xFF01);
+            wide += QChar(c.unicode() - u'!' + 0xFF01);
+        else
+            wide += c;
     }
     return wide.left(bytes / 2);
 }

@@ -25,11 +25,12 @@ struct Participant
 std::vector<Participant> FindParticipants(AnswerList &list)
 {
     std::vector<Participant> found;
+    found.reserve(size_t(list.RowCount()));
     for (int row = 1; row <= list.RowCount(); ++row) {
         const ListRow line = list.Row(row);
         if (DecideRow(line, list.IsSelected(row)) == RowKind::NotWritten)
             continue;
-        if (!line.Cell(ListColumn::Error).isEmpty())
+        if (!line.View(ListColumn::Error).isEmpty())
             list.SetCell(row, ListColumn::Error, {});
         found.push_back({row, line.AccNo(), line.LinKBN(), line.AnsweredQuantity(),
                          line.OpenQuantity(), !line.AnsweredDate().isEmpty()});

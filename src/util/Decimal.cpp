@@ -13,7 +13,6 @@ constexpr int MaxIntegerDigits = 18;
 
 int Decimal::TakeLastDigit(Digits &digits)
 {
-    // Division of the wide type is slow, and few numbers need it.
     if (digits <= std::numeric_limits<quint64>::max()) {
         const quint64 narrow = quint64(digits);
         digits = narrow / 10;
@@ -28,10 +27,15 @@ Decimal::Decimal(Digits digits, int decimals)
     : m_digits(digits)
     , m_decimals(decimals)
 {
-    while (m_decimals > 0 && m_digits % 10 == 0) {
-        m_digits /= 10;
-        --m_decimals;
+    // Division of the wide type is slow, and few numbers need it.
+    qint64 narrow = qint64(m_digits);
+    if (narrow == m_digits) {
+        for (; m_decimals > 0 && narrow % 10 == 0; --m_decimals)
+            narrow /= 10;
+        m_digits = narrow;
     }
+    for (; m_decimals > 0 && m_digits % 10 == 0; --m_decimals)
+        m_digits /= 10;
 }
 
 Decimal Decimal::FromDouble(double value)

@@ -3,18 +3,45 @@
 #include <QLocale>
 #include <cmath>
 
-QString RTrim(QStringView text)
+namespace {
+
+QStringView RTrimmed(QStringView text)
 {
     while (text.endsWith(u' '))
         text.chop(1);
-    return text.toString();
+    return text;
+}
+
+} // namespace
+
+QStringView Trimmed(QStringView text)
+{
+    while (text.startsWith(u' '))
+        text = text.sliced(1);
+    return RTrimmed(text);
 }
 
 QString Trim(QStringView text)
 {
-    while (text.startsWith(u' '))
-        text = text.mid(1);
-    return RTrim(text);
+    return Trimmed(text).toString();
+}
+
+QString Trim(QString text)
+{
+    return text.startsWith(u' ') ? Trim(QStringView(text)) : RTrim(std::move(text));
+}
+
+QString RTrim(QStringView text)
+{
+    return RTrimmed(text).toString();
+}
+
+QString RTrim(QString text)
+{
+    // Most texts end in no blank and need no copy.
+    if (text.endsWith(u' '))
+        text.truncate(RTrimmed(text).size());
+    return text;
 }
 
 namespace {

@@ -6,7 +6,12 @@
 /// line break is an ordinary character.
 
 QString Trim(QStringView text);
+QString Trim(QString text);
 QString RTrim(QStringView text);
+QString RTrim(QString text);
+
+/// The same as views, for comparing without a copy.
+QStringView Trimmed(QStringView text);
 
 /// The number at the start of the text (blanks, a sign, digits, a point, digits); 0 when none.
 double Val(QStringView text);

@@ -39,7 +39,10 @@ QString UnformatDateText(const QString &text, int kind)
 
 QString StripDateSlashes(const QString &text)
 {
-    return text.size() == 8 ? text.left(2) + text.mid(3, 2) + text.right(2) : text;
+    if (text.size() != 8)
+        return text;
+    const QChar digits[] = {text[0], text[1], text[3], text[4], text[6], text[7]};
+    return QString(digits, std::size(digits));
 }
 
 QString AddCentury(const QString &text)

@@ -51,11 +51,18 @@ QString ZeroFillBySpec(const Decimal &value, const QString &spec)
     const auto counts = ParseDigitSpec(spec);
     if (!counts)
         return value.ToText();
-    const Decimal whole = value.Truncated();
-    const QString digits = (whole.IsNegative() ? -whole : whole).ToText();
-    const QString fraction = DecimalsOf(value).value_or(QString());
-    return digits.rightJustified(counts->integerDigits, '0').right(counts->integerDigits)
-           + fraction.leftJustified(counts->decimals, '0').left(counts->decimals);
+    const QString text = value.ToText();
+    const qsizetype point = text.indexOf('.');
+    QStringView digits = QStringView(text).left(point < 0 ? text.size() : point);
+    if (digits.startsWith(u'-'))
+        digits = digits.sliced(1);
+    digits = digits.right(counts->integerDigits);
+    const QStringView decimals
+        = point < 0 ? QStringView() : QStringView(text).mid(point + 1, counts->decimals);
+    QString filled(counts->integerDigits + counts->decimals, '0');
+    std::copy(digits.begin(), digits.end(), filled.begin() + counts->integerDigits - digits.size());
+    std::copy(decimals.begin(), decimals.end(), filled.begin() + counts->integerDigits);
+    return filled;
 }
 
 bool IsNumberInSpec(const QString &value, const QString &spec)
@@ -76,12 +83,12 @@ bool IsNumberInSpec(const QString &value, const QString &spec)
                        [](QChar c) { return (c >= u'0' && c <= u'9') || c == u'.'; });
 }
 
-std::optional<Decimal> TextToDecimal(const QString &text)
+std::optional<Decimal> TextToDecimal(QStringView text)
 {
     return text.isEmpty() ? std::nullopt : std::optional(Decimal::FromText(text));
 }
 
-Decimal QuantityOf(const QString &text)
+Decimal QuantityOf(QStringView text)
 {
     return TextToDecimal(text).value_or(Decimal());
 }

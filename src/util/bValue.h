@@ -26,10 +26,18 @@ QString ZeroFillBySpec(const Decimal &value, const QString &spec);
 bool IsNumberInSpec(const QString &value, const QString &spec);
 
 /// The exact value of a displayed number, thousands separators allowed; nothing for an empty text.
-std::optional<Decimal> TextToDecimal(const QString &text);
+std::optional<Decimal> TextToDecimal(QStringView text);
+inline std::optional<Decimal> TextToDecimal(const QString &text)
+{
+    return TextToDecimal(QStringView(text));
+}
 
 /// TextToDecimal with 0 for an empty text.
-Decimal QuantityOf(const QString &text);
+Decimal QuantityOf(QStringView text);
+inline Decimal QuantityOf(const QString &text)
+{
+    return QuantityOf(QStringView(text));
+}
 
 /// The counts of a digit spec; nothing when it is malformed.
 struct DigitCounts
