@@ -32,6 +32,17 @@ QString CutToBytes(const QString &text, int maximum)
     return cut;
 }
 
+QString InCodePage(const QString &text)
+{
+    if (IsShiftJisText(text))
+        return text;
+    QString inside;
+    for (const QChar c : text)
+        if (IsShiftJisText(QStringView(&c, 1)))
+            inside += c;
+    return inside;
+}
+
 bool IsHalfWidth(QStringView text)
 {
     return ShiftJisLength(text) == text.size() && IsShiftJisText(text);
@@ -48,6 +59,12 @@ QString CodeText(const QString &text, int maximum, const QString &allowList)
 }
 
 namespace {
+
+/// A text to paste may bring line breaks and tabs along, from a copied list row say.
+QString WithoutControls(QString text)
+{
+    return text.removeIf([](QChar c) { return c < u' '; });
+}
 
 /// One rule on one box. `keep` gives what the box keeps of a text that would stand in it; nothing
 /// refuses the change that led to it.
@@ -70,32 +87,63 @@ public:
 
     State validate(QString &input, int &position) const override
     {
-        const auto kept = m_keep(input);
+        const auto kept = m_keep(WithoutControls(input));
         if (!kept)
             return Invalid;
+        position = std::min(int(WithoutControls(input.left(position)).size()), int(kept->size()));
         input = *kept;
-        position = std::min(position, int(input.size()));
         return Acceptable;
     }
 
     bool eventFilter(QObject *, QEvent *event) override
     {
-        if (event->type() != QEvent::KeyPress)
-            return false;
-        const auto *key = static_cast<QKeyEvent *>(event);
-        const bool isCommand = key->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-        const QString typed = key->text();
-        if (isCommand || typed.isEmpty() || !typed[0].isPrint())
-            return false;
-        // A typed key is taken whole or not at all; it never pushes another character out.
-        const bool isAccepted = std::all_of(typed.begin(), typed.end(), m_isKey)
-                                && m_keep(TextWith(typed)) == TextWith(typed);
-        if (!isAccepted && m_beeps)
-            QApplication::beep();
-        return !isAccepted;
+        if (event->type() == QEvent::KeyPress)
+            return !TakesKey(static_cast<const QKeyEvent &>(*event));
+        if (event->type() == QEvent::InputMethod)
+            return FilterCommit(static_cast<const QInputMethodEvent &>(*event));
+        return false;
     }
 
 private:
+    /// Whether the box takes this as typed: whole, and pushing no other character out.
+    bool TakesTyped(const QString &typed) const
+    {
+        return std::all_of(typed.begin(), typed.end(), m_isKey)
+               && m_keep(TextWith(typed)) == TextWith(typed);
+    }
+
+    bool TakesKey(const QKeyEvent &key) const
+    {
+        const bool isCommand = key.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
+        const QString typed = key.text();
+        if (isCommand || typed.isEmpty() || !typed[0].isPrint() || TakesTyped(typed))
+            return true;
+        Beep();
+        return false;
+    }
+
+    /// What an input method commits counts as so many keys: those refused are left out.
+    bool FilterCommit(const QInputMethodEvent &event) const
+    {
+        QString taken;
+        for (const QChar c : event.commitString())
+            if (TakesTyped(taken + c))
+                taken += c;
+        if (taken == event.commitString())
+            return false;
+        Beep();
+        QInputMethodEvent rest(event.preeditString(), event.attributes());
+        rest.setCommitString(taken, event.replacementStart(), event.replacementLength());
+        QCoreApplication::sendEvent(&m_box, &rest);
+        return true;
+    }
+
+    void Beep() const
+    {
+        if (m_beeps)
+            QApplication::beep();
+    }
+
     QString TextWith(const QString &typed) const
     {
         QString text = m_box.text();
@@ -124,6 +172,7 @@ bool IsAnyKey(QChar)
 
 void AttachCode(QLineEdit &box, const QString &allowList)
 {
+    box.setInputMethodHints(Qt::ImhLatinOnly);
     new Rule(
         box, IsAnyKey,
         [&box, allowList](const QString &text) -> std::optional<QString> {
@@ -132,31 +181,45 @@ void AttachCode(QLineEdit &box, const QString &allowList)
             return CodeText(text, box.maxLength(), allowList);
         },
         true);
+    // A code that comes from a table is no better than a typed one.
+    QObject::connect(&box, &QLineEdit::textChanged, &box, [&box, allowList] {
+        const QString code = CodeText(box.text(), box.maxLength(), allowList);
+        if (code == box.text())
+            return;
+        const int caret = box.cursorPosition();
+        box.setText(code);
+        box.setCursorPosition(caret);
+    });
 }
 
 void AttachByteLength(QLineEdit &box)
 {
     new Rule(
-        box, IsAnyKey, [&box](const QString &text) { return CutToBytes(text, box.maxLength()); },
+        box, IsAnyKey,
+        [&box](const QString &text) { return CutToBytes(InCodePage(text), box.maxLength()); },
         true);
 }
 
 void AttachDate(QLineEdit &box, int kind)
 {
+    box.setInputMethodHints(Qt::ImhDigitsOnly);
     const int length = kind == 0 ? 4 : 6;
     new Rule(
         box, IsDigit,
         [length, kind](const QString &text) -> std::optional<QString> {
-            const QString typed = text.contains('/') ? UnformatDateText(text, kind) : text;
-            const bool isTyped
-                = typed.size() <= length && std::all_of(typed.begin(), typed.end(), IsDigit);
-            return isTyped ? std::optional(text) : std::nullopt;
+            const QString typed = UnformatDateText(text, kind);
+            const bool isShown = typed != text && FormatDateText(typed, kind) == text;
+            const QString digits = isShown ? typed : text;
+            const bool isDate
+                = digits.size() <= length && std::all_of(digits.begin(), digits.end(), IsDigit);
+            return isDate ? std::optional(text) : std::nullopt;
         },
         false);
 }
 
 void AttachNumber(QLineEdit &box, const QString &spec)
 {
+    box.setInputMethodHints(Qt::ImhFormattedNumbersOnly);
     const DigitCounts counts = ParseDigitSpec(spec).value_or(DigitCounts());
     const QRegularExpression number(QString("^[+-]?[0-9]{0,%1}(\\.[0-9]{0,%2})?$")
                                         .arg(counts.integerDigits)
@@ -164,7 +227,7 @@ void AttachNumber(QLineEdit &box, const QString &spec)
     new Rule(
         box, [](QChar c) { return IsDigit(c) || c == '.' || c == '+' || c == '-'; },
         [number](const QString &text) -> std::optional<QString> {
-            const QString digits = QString(text).remove(',').remove(' ');
+            const QString digits = Trim(text).remove(',');
             return number.match(digits).hasMatch() ? std::optional(text) : std::nullopt;
         },
         false);

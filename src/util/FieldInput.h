@@ -20,14 +20,24 @@ QString CutToBytes(const QString &text, int maximum);
 /// when the allow-list is not blank, the allowed ones.
 QString CodeText(const QString &text, int maximum, const QString &allowList = {});
 
+/// The characters of the text that code page 932 has: no answer file or database of the suite can
+/// hold another.
+QString InCodePage(const QString &text);
+
 /// True when every character is one byte long.
 bool IsHalfWidth(QStringView text);
 
-/// Half-width characters only, at most the box's maxLength() bytes. A text with a full-width
-/// character is refused whole; a longer one is cut.
+// Keys, and what an input method commits, are taken one by one or refused; the box's other text
+// never gives way to them. A text pasted or dropped loses its control characters, is refused whole
+// where a character of it does not belong, and is cut where it is too long. A text that the program
+// itself shows is left alone, in a code box too as far as it is a code.
+
+/// Half-width characters only, at most the box's maxLength() bytes; a key over that is refused with
+/// a beep.
 void AttachCode(QLineEdit &box, const QString &allowList = {});
 
-/// Any characters, at most the box's maxLength() bytes; a key over that is refused with a beep.
+/// Any characters of the code page, at most the box's maxLength() bytes; a key over that is refused
+/// with a beep.
 void AttachByteLength(QLineEdit &box);
 
 /// Digits only, up to the typed form of the date kind (4 for kind 0, 6 for kind 1). A date in the
