@@ -5,6 +5,8 @@
 #include "platform/System.h"
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
 
 Picker::Picker(ProgramState &state, PickedCode &picked, QWidget *parent)
     : Form(parent)
@@ -24,6 +26,7 @@ void Picker::Bind(SpreadGrid *grid, QAbstractButton *confirm, QAbstractButton *c
         grid->SetColumnLook(int(headings.size()), column.width, Qt::AlignLeft | Qt::AlignVCenter);
     }
     grid->SetRowMode();
+    grid->installEventFilter(this);
     m_grid.Create(grid);
     m_grid.InitRowLayout(headings.join('\t'));
     connect(confirm, &QAbstractButton::clicked, this, &Picker::Confirm);
@@ -55,4 +58,33 @@ void Picker::Confirm()
     m_grid.GetValue(1, row, m_picked.code);
     m_grid.GetValue(2, row, m_picked.name);
     accept();
+}
+
+bool Picker::eventFilter(QObject *object, QEvent *event)
+{
+    if (object == m_grid.Client() && event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const bool isCommand = key->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
+        if (!isCommand && !key->text().isEmpty() && key->text()[0].isPrint()) {
+            JumpTo(key->text());
+            return true;
+        }
+    }
+    return Form::eventFilter(object, event);
+}
+
+void Picker::JumpTo(const QString &typed)
+{
+    if (m_sinceKey.isValid() && m_sinceKey.elapsed() >= QApplication::keyboardInputInterval())
+        m_typed.clear();
+    m_sinceKey.start();
+    m_typed += typed;
+    const SpreadGrid *grid = m_grid.Client();
+    const int column = grid->ActiveColumn();
+    for (int row = 1; row <= m_grid.ItemCount(); ++row) {
+        if (grid->Model().Text(column, row).startsWith(m_typed, Qt::CaseInsensitive)) {
+            m_grid.ActiveCell(row, column);
+            return;
+        }
+    }
 }

@@ -4,12 +4,14 @@
 #include "grid/SpreadX.h"
 #include "util/Form.h"
 
+#include <QElapsedTimer>
 #include <vector>
 
 class SpreadGrid;
 
 /// A list to pick a code and its name from. They come in through the program's state and the picked
-/// ones go back through it; closing without a pick leaves them as they came.
+/// ones go back through it; closing without a pick leaves them as they came. Typing goes to the
+/// first row that begins with what is typed.
 class Picker : public Form
 {
     Q_OBJECT
@@ -34,10 +36,15 @@ protected:
     /// Adds the rows; returns the one to begin on, 0 when there is none.
     virtual int Fill(bDAO &db, const PickedCode &picked, SpreadX &grid) = 0;
 
+    bool eventFilter(QObject *object, QEvent *event) override;
+
 private:
     void Confirm();
+    void JumpTo(const QString &typed);
 
     ProgramState &m_state;
     PickedCode &m_picked;
     SpreadX m_grid;
+    QString m_typed; ///< the keys that came quickly one after the other
+    QElapsedTimer m_sinceKey;
 };

@@ -69,6 +69,8 @@ int FillCustomers(bDAO &db, const PickedCode &picked, SpreadX &grid)
     const auto rows = db.OpenRS(BuildCustomerSql(picked));
     if (db.IsEOF(rows.get()))
         return 0;
-    return FillRows(db, *rows, {"CustCD", "CustName", "TEL"}, grid,
-                    [&](const QStringList &cells) { return Trim(cells[0]) == Trim(picked.code); });
+    return FillRows(db, *rows, {"CustCD", "CustName", "TEL"}, grid, [&](const QStringList &cells) {
+        // As the database compares: the customer of a code typed in small letters is found too.
+        return Trim(cells[0]).compare(Trim(picked.code), Qt::CaseInsensitive) == 0;
+    });
 }

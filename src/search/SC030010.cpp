@@ -62,6 +62,8 @@ SC030010::SC030010(ProgramState &state, QWidget *parent)
     OnFocus(m_ui->txtAccHinCD, nullptr,
             [this](QWidget *, Qt::FocusReason) { txtAccHinCD_LostFocus(); });
 
+    SetHelperButton(m_ui->cmdTSansho);
+    SetHelperButton(m_ui->cmdSSansho);
     // A name belongs to the code it was found for.
     connect(m_ui->txtCustCD, &QLineEdit::textEdited, m_ui->txtCustName, &QLineEdit::clear);
     connect(m_ui->txtAccHinCD, &QLineEdit::textEdited, m_ui->txtAccHinName, &QLineEdit::clear);
@@ -91,10 +93,16 @@ QRadioButton *SC030010::SortButton(int position, int key) const
 
 void SC030010::ShowSortKeys()
 {
-    for (int position = 0; position < 6; ++position)
-        for (int key = 0; key < 6; ++key)
-            if (m_sortKeys[size_t(position)] == SortKeyNames[size_t(key)])
-                SortButton(position, key)->setChecked(true);
+    for (int position = 0; position < 6; ++position) {
+        for (int key = 0; key < 6; ++key) {
+            const bool isHeld = m_sortKeys[size_t(position)] == SortKeyNames[size_t(key)];
+            QRadioButton *button = SortButton(position, key);
+            if (isHeld)
+                button->setChecked(true);
+            // A group is one stop: the button that is on.
+            button->setFocusPolicy(isHeld ? Qt::StrongFocus : Qt::ClickFocus);
+        }
+    }
 }
 
 void SC030010::ShowConditions()

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QFocusEvent>
 #include <QLabel>
+#include <QPushButton>
 #include <QStatusBar>
 
 Form::Form(QWidget *parent)
@@ -31,11 +32,11 @@ void Form::keyPressEvent(QKeyEvent *event)
             button && !button->isCheckable())
             button->click();
         else
-            focusNextPrevChild(!isBack);
+            MoveFocus(!isBack);
         return;
     case Qt::Key_Down:
     case Qt::Key_Up:
-        focusNextPrevChild(event->key() == Qt::Key_Down);
+        MoveFocus(event->key() == Qt::Key_Down);
         return;
     case Qt::Key_Escape:
         if (m_escapeButton)
@@ -46,16 +47,31 @@ void Form::keyPressEvent(QKeyEvent *event)
     }
 }
 
+void Form::MoveFocus(bool isForward)
+{
+    do
+        focusNextPrevChild(isForward);
+    while (m_helperButtons.contains(focusWidget()));
+}
+
 void Form::showEvent(QShowEvent *event)
 {
-    if (!m_isPlaced)
+    if (!m_isPlaced) {
         CenterForm(*this);
+        // No button is pressed by Enter in another field, and none may look like it.
+        for (QPushButton *button : findChildren<QPushButton *>())
+            button->setAutoDefault(false);
+    }
     m_isPlaced = true;
     QDialog::showEvent(event);
 }
 
 bool Form::eventFilter(QObject *object, QEvent *event)
 {
+    if (event->type() == QEvent::MouseButtonPress && object == m_lostClickTarget) {
+        m_lostClickTarget = nullptr;
+        return true;
+    }
     const auto handlers = m_focusHandlers.find(object);
     const bool isFocusEvent = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
     if (handlers == m_focusHandlers.end() || !isFocusEvent)
@@ -65,9 +81,22 @@ bool Form::eventFilter(QObject *object, QEvent *event)
         return false;
     if (event->type() == QEvent::FocusIn && handlers->second.enter)
         handlers->second.enter();
-    if (event->type() == QEvent::FocusOut && handlers->second.leave)
-        handlers->second.leave(QApplication::focusWidget(), reason);
+    if (event->type() == QEvent::FocusOut && handlers->second.leave) {
+        QWidget *newFocus = QApplication::focusWidget();
+        handlers->second.leave(newFocus, reason);
+        if (reason == Qt::MouseFocusReason && newFocus && focusWidget() == object)
+            LoseClickOn(newFocus);
+    }
     return false;
+}
+
+void Form::LoseClickOn(QWidget *target)
+{
+    // The press is still on its way: it gave the focus first.
+    m_lostClickTarget = target;
+    target->installEventFilter(this);
+    QMetaObject::invokeMethod(
+        this, [this] { m_lostClickTarget = nullptr; }, Qt::QueuedConnection);
 }
 
 void AddStatusPanels(QStatusBar &bar, const QStringList &keys)

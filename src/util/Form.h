@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 #include <functional>
 #include <map>
+#include <set>
 
 class QAbstractButton;
 class QStatusBar;
@@ -11,7 +13,8 @@ class QStatusBar;
 /// arrow keys move between its fields, and it can tell when a field is entered and left.
 ///
 /// Enter goes to the next field, Shift+Enter back; Down and Up do the same where the field has no
-/// use of its own for them. Enter on a button presses it.
+/// use of its own for them. Enter on a button presses it; a button that only helps to fill the box
+/// beside it is reached by Tab, and Enter goes on to the next box.
 class Form : public QDialog
 {
     Q_OBJECT
@@ -22,11 +25,15 @@ public:
     /// Esc presses this button. Without one, Esc does nothing.
     void SetEscapeButton(QAbstractButton *button) { m_escapeButton = button; }
 
+    /// Enter and the arrow keys pass this button over.
+    void SetHelperButton(QWidget *button) { m_helperButtons.insert(button); }
+
 protected:
     using LeaveHandler = std::function<void(QWidget *newFocus, Qt::FocusReason reason)>;
 
     /// `enter` runs when the operator comes to the field, `leave` when he goes on to another field
-    /// of this form; neither when a box or another window takes the focus for a while.
+    /// of this form; neither when a box or another window takes the focus for a while. When `leave`
+    /// takes the focus back, the click that led away from the field does nothing.
     void OnFocus(QWidget *field, std::function<void()> enter, LeaveHandler leave);
 
     void keyPressEvent(QKeyEvent *event) override;
@@ -40,7 +47,12 @@ private:
         LeaveHandler leave;
     };
 
+    void MoveFocus(bool isForward);
+    void LoseClickOn(QWidget *target);
+
     std::map<QObject *, FocusHandlers> m_focusHandlers;
+    std::set<QWidget *> m_helperButtons;
+    QPointer<QWidget> m_lostClickTarget;
     QAbstractButton *m_escapeButton = nullptr;
     bool m_isPlaced = false;
 };
