@@ -82,9 +82,18 @@ private:
     {
         m_operator.At("SC030010", "search screen", [this] {
             Shoot("search");
-            m_operator.Type("txtCustCD", Customer);
-            m_operator.Key(Qt::Key_Tab);
+            m_operator.Click("cmdTSansho");
+        });
+        PlanPick("SC040230R", "customers", Customer);
+        m_operator.At("SC030010", "customer picked", [this] {
+            Expect(m_operator.Find<QLineEdit>("txtCustCD")->text() == Customer, "the customer");
             Expect(!m_operator.Find<QLineEdit>("txtCustName")->text().isEmpty(), "a customer name");
+            m_operator.Click("cmdSSansho");
+        });
+        PlanPick("SC040220R", "products", "");
+        m_operator.At("SC030010", "product picked", [this] {
+            Expect(!m_operator.Find<QLineEdit>("txtAccHinCD")->text().isEmpty(), "a product");
+            m_operator.Type("txtAccHinCD", "");
             m_operator.Type("txtOdrNo", "PO");
             m_operator.Type("txtOdrNo", "");
             auto *tabs = m_operator.Find<QTabBar>("tabDate");
@@ -95,6 +104,17 @@ private:
             m_operator.Key(Qt::Key_Tab);
             Shoot("conditions");
             m_operator.Click("cmdList");
+        });
+    }
+
+    /// Picks the row that begins with the text by the keyboard alone.
+    void PlanPick(const QString &picker, const QString &picture, const QString &text)
+    {
+        m_operator.At(picker, picture, [this, picture, text] {
+            m_operator.Keys(text);
+            Shoot(picture);
+            m_operator.Key(Qt::Key_Return);
+            m_operator.Key(Qt::Key_Return);
         });
     }
 
