@@ -27,13 +27,18 @@ const Sizes Quick = {.folder = {},
                      .orders = 1'000,
                      .products = 50'000};
 
-void RunAll(const Sizes &sizes, std::vector<Measurement> &results)
+struct Group
 {
-    BenchLoading(sizes, results);
-    BenchCommands(sizes, results);
-    BenchOutput(sizes, results);
-    BenchStart(sizes, results);
-}
+    const char *name;
+    void (*run)(const Sizes &sizes, std::vector<Measurement> &results);
+};
+
+constexpr Group Groups[] = {
+    {"loading", BenchLoading},
+    {"commands", BenchCommands},
+    {"output", BenchOutput},
+    {"start", BenchStart},
+};
 
 } // namespace
 
@@ -49,7 +54,9 @@ int main(int argc, char **argv)
     parser.addHelpOption();
     const QCommandLineOption quick("quick", "Smaller sizes, under a minute.");
     const QCommandLineOption json("json", "Writes the results to FILE too.", "FILE");
-    parser.addOptions({quick, json});
+    const QCommandLineOption only("only", "One group: loading, commands, output or start.",
+                                  "GROUP");
+    parser.addOptions({quick, json, only});
     parser.addPositionalArgument("FOLDER", "Where the data is kept from run to run.");
     parser.process(application);
     if (parser.positionalArguments().size() != 1)
@@ -59,7 +66,9 @@ int main(int argc, char **argv)
     sizes.folder = parser.positionalArguments()[0];
     std::vector<Measurement> results;
     try {
-        RunAll(sizes, results);
+        for (const Group &group : Groups)
+            if (!parser.isSet(only) || parser.value(only) == group.name)
+                group.run(sizes, results);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "bench: %s\n", error.what());
         return 1;

@@ -5,7 +5,7 @@
 #include "util/bTLKBN.h"
 #include "util/bValue.h"
 
-#include <QStringList>
+#include <algorithm>
 
 namespace {
 
@@ -23,22 +23,27 @@ constexpr ListColumnLook Looks[] = {
 
 constexpr ListColumnLook Hidden = {"", "", false};
 
-QString Mark(bool isSet)
-{
-    return isSet ? "*" : " ";
-}
-
-QString State(bool isDone)
-{
-    return isDone ? DoneMark : WideBlank;
-}
-
+constexpr QStringView LineBreak = u"\r\n";
 constexpr QChar Done = u'済';
+
+QStringView Mark(bool isSet)
+{
+    return isSet ? u"*" : u" ";
+}
+
+QStringView State(bool isDone)
+{
+    return isDone ? u"済" : u"　";
+}
 
 /// True when both texts, each in shown or typed form, stand for one date.
 bool IsSameDate(QStringView a, QStringView b)
 {
-    return a == b || StoredDate(a.toString()) == StoredDate(b.toString());
+    constexpr auto isShown
+        = [](QStringView date) { return date.size() == 8 && date[2] == u'/' && date[5] == u'/'; };
+    if (a == b || (isShown(a) && isShown(b)))
+        return a == b;
+    return StoredDate(a.toString()) == StoredDate(b.toString());
 }
 
 /// Writes a row's text cell by cell. Texts of the database keep to their cell and line: a tab or
@@ -46,7 +51,7 @@ bool IsSameDate(QStringView a, QStringView b)
 class RowWriter
 {
 public:
-    RowWriter() { m_text.reserve(256); }
+    RowWriter() { m_text.reserve(320); }
 
     RowWriter &Cell()
     {
@@ -55,13 +60,13 @@ public:
         m_isFirst = false;
         return *this;
     }
-    RowWriter &Text(const QString &text)
+    RowWriter &Text(QStringView text)
     {
+        const auto isControl = [](QChar c) { return c < u' '; };
         const qsizetype start = m_text.size();
         m_text += text;
-        for (qsizetype at = start; at < m_text.size(); ++at)
-            if (m_text.at(at) < u' ')
-                m_text[at] = u' ';
+        if (std::any_of(text.begin(), text.end(), isControl))
+            std::replace_if(m_text.begin() + start, m_text.end(), isControl, QChar(u' '));
         return *this;
     }
     RowWriter &Quantity(const Decimal &quantity)
@@ -69,14 +74,14 @@ public:
         m_text += FormatQuantity(quantity);
         return *this;
     }
-    RowWriter &Raw(const QString &cell)
+    RowWriter &Raw(QStringView cell)
     {
         m_text += cell;
         return *this;
     }
     RowWriter &Break()
     {
-        m_text += CellLineBreak;
+        m_text += LineBreak;
         return *this;
     }
     const QString &Result() const { return m_text; }
@@ -120,15 +125,14 @@ QString ListRow::Cell(ListColumn column) const
 
 QStringView ListRow::LineView(ListColumn column, int line) const
 {
-    constexpr QStringView lineBreak = u"\r\n";
     QStringView rest = View(column);
     for (; line > 0; --line) {
-        const qsizetype end = rest.indexOf(lineBreak);
+        const qsizetype end = rest.indexOf(LineBreak);
         if (end < 0)
             return {};
-        rest = rest.sliced(end + lineBreak.size());
+        rest = rest.sliced(end + LineBreak.size());
     }
-    const qsizetype end = rest.indexOf(lineBreak);
+    const qsizetype end = rest.indexOf(LineBreak);
     return end < 0 ? rest : rest.first(end);
 }
 

@@ -61,8 +61,15 @@ double Val(QStringView text)
     const qsizetype start = at;
     if (at < text.size() && (text[at] == u'+' || text[at] == u'-'))
         ++at;
-    while (at < text.size() && IsDigit(text[at]))
-        ++at;
+    const qsizetype digitsStart = at;
+    qint64 whole = 0;
+    constexpr qsizetype ExactDigits = 15;
+    for (; at < text.size() && IsDigit(text[at]); ++at)
+        whole = at - digitsStart < ExactDigits ? whole * 10 + (text[at].unicode() - u'0') : whole;
+    const bool isWhole = at - digitsStart <= ExactDigits && (at == text.size() || text[at] != u'.');
+    if (isWhole)
+        return start < digitsStart && text[start] == u'-' ? double(-whole) : double(whole);
+
     if (at < text.size() && text[at] == u'.')
         ++at;
     while (at < text.size() && IsDigit(text[at]))

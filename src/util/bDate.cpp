@@ -75,6 +75,11 @@ QString StoredDate(const QString &text)
 
 QString ShownDate(const QString &stored)
 {
+    if (stored.size() == 8 && Trimmed(stored).size() >= 2) {
+        const QChar shown[]
+            = {stored[2], stored[3], u'/', stored[4], stored[5], u'/', stored[6], stored[7]};
+        return QString(shown, std::size(shown));
+    }
     return FormatDateText(DropCentury(stored), 1);
 }
 

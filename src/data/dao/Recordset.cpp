@@ -18,9 +18,10 @@ T Load(const char *data)
 }
 
 template <typename T>
-void Store(QByteArray &block, T value)
+void Store(std::vector<char> &row, T value)
 {
-    block.append(reinterpret_cast<const char *>(&value), sizeof value);
+    const auto *bytes = reinterpret_cast<const char *>(&value);
+    row.insert(row.end(), bytes, bytes + sizeof value);
 }
 
 } // namespace
@@ -41,21 +42,23 @@ Recordset::Recordset(sqlite3_stmt *statement, const QString &source)
 void Recordset::ReadRow(sqlite3_stmt *statement)
 {
     m_rows.push_back(m_block.size());
+    m_newRow.clear();
     for (int field = 0; field < int(m_names.size()); ++field) {
         const char type = char(sqlite3_column_type(statement, field));
-        m_block.append(type);
+        m_newRow.push_back(type);
         if (type == SQLITE_INTEGER) {
-            Store(m_block, sqlite3_column_int64(statement, field));
+            Store(m_newRow, sqlite3_column_int64(statement, field));
         } else if (type == SQLITE_FLOAT) {
-            Store(m_block, sqlite3_column_double(statement, field));
+            Store(m_newRow, sqlite3_column_double(statement, field));
         } else if (type != SQLITE_NULL) {
             const auto *text
                 = reinterpret_cast<const char *>(sqlite3_column_text(statement, field));
             const int length = sqlite3_column_bytes(statement, field);
-            Store(m_block, length);
-            m_block.append(text, length);
+            Store(m_newRow, length);
+            m_newRow.insert(m_newRow.end(), text, text + length);
         }
     }
+    m_block.append(m_newRow.data(), qsizetype(m_newRow.size()));
 }
 
 void Recordset::Select(size_t row)

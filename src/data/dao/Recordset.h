@@ -52,6 +52,7 @@ private:
     QString m_source;
     std::vector<QString> m_names;
     QByteArray m_block; ///< per field: a type byte, then an 8-byte number or length and text
+    std::vector<char> m_newRow;    ///< the row being read
     std::vector<qsizetype> m_rows; ///< where each row begins in the block
     std::vector<Field> m_fields;   ///< of the current row
     size_t m_row = 0;
