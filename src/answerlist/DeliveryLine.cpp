@@ -8,7 +8,7 @@
 
 #include <QHash>
 #include <QStringList>
-#include <algorithm>
+#include <set>
 
 namespace {
 
@@ -99,11 +99,15 @@ QString NextPayKey(const QString &sourceKey, int payKeySubNp,
     const QString key = RTrim(sourceKey);
     if (payKeySubNp <= 0 || key.size() < NumberLength)
         return key;
+    constexpr int Numbers = 10'000;
     const QString stem = key.chopped(NumberLength);
-    int highest = int(Val(QStringView(key).right(NumberLength)));
+    const int own = int(Val(QStringView(key).right(NumberLength)));
+    std::set<int> taken = {own};
     for (const QString &other : keysOfOrder)
         if (RTrim(other).size() == key.size() && other.startsWith(stem))
-            highest = std::max(highest, int(Val(RTrim(other).right(NumberLength))));
-    return stem
-           + QString::number(highest + 1).rightJustified(NumberLength, '0').right(NumberLength);
+            taken.insert(int(Val(RTrim(other).right(NumberLength))));
+    int next = (*taken.rbegin() + 1) % Numbers;
+    while (taken.contains(next) && int(taken.size()) < Numbers)
+        next = (next + 1) % Numbers;
+    return stem + QString::number(next).rightJustified(NumberLength, '0');
 }
