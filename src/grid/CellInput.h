@@ -34,8 +34,8 @@ public:
     bool ToShown(const QString &typed, QString &shown) const override;
 };
 
-/// A quantity of the spec "9.3": typed without separators, shown "#,##0.000". Message 9 for a text
-/// that is no such number. An emptied cell shows 0.
+/// A quantity of the digit spec "9.3": typed without separators, shown "#,##0.000". Message 9 for a
+/// text that is no such number. An emptied cell shows 0.
 class QuantityCellInput : public CellInput
 {
 public:

@@ -15,14 +15,15 @@ inline constexpr auto RecordNumber = "5.0";
 } // namespace DigitSpec
 
 /// Display text. Mode 1: natural width, with blanks in place of a missing decimal part; any other
-/// mode: right-aligned in the width that the spec allows. A malformed spec gives the number's text.
+/// mode: right-aligned in the width that the digit spec allows. A malformed spec gives the number's
+/// text.
 QString FormatBySpec(const Decimal &value, const QString &spec, int mode, bool useComma);
 
 /// Fixed-width digits without a decimal point or sign, for record fields: "9.3" and 12.5 give
 /// "000000012500". Keeps the last I integer digits. A malformed spec gives the number's text.
 QString ZeroFillBySpec(const Decimal &value, const QString &spec);
 
-/// True when the typed text is digits with at most one needed ".", and fits the spec.
+/// True when the typed text is digits with at most one needed ".", and fits the digit spec.
 bool IsNumberInSpec(const QString &value, const QString &spec);
 
 /// The exact value of a displayed number, thousands separators allowed; nothing for an empty text.
