@@ -342,7 +342,11 @@ TEST_F(SearchScreen, ABadDateIsShownOnceAndKeepsTheFocus)
         {"another box", [&] { Click("txtOdrNo"); }},
         {"the name box", [&] { Click("txtCustName"); }},
         {"a sort key", [&] { Click("optSortKey1_3"); }},
-        {"a picker", [&] { Click("cmdSSansho"); }},
+        {"a picker",
+         [&] {
+             Box("txtAccHinCD")->setText("NONE"); // would be message 13
+             Click("cmdSSansho");
+         }},
         {"the other tab",
          [&] {
              auto *tabs = Find<QTabBar>("tabDate");
