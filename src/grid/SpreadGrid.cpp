@@ -67,6 +67,10 @@ SpreadGrid::SpreadGrid(QWidget *parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
+    // A press on a heading leaves a cell in edit as one on another cell does.
+    for (QHeaderView *header : {horizontalHeader(), verticalHeader()})
+        header->viewport()->installEventFilter(this);
+
     const auto forgetSelection = [this] { m_isSelectionKnown = false; };
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, forgetSelection);
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, forgetSelection);
@@ -315,6 +319,9 @@ QString SpreadGrid::SelectedText() const
         firstColumn = std::min(firstColumn, range.left() + 1);
         lastColumn = std::max(lastColumn, range.right() + 1);
     }
+    const bool isOneBlock = std::ranges::all_of(selection, [&](const auto &range) {
+        return range.left() + 1 == firstColumn && range.right() + 1 == lastColumn;
+    });
     std::vector<std::pair<int, int>> rows = SelectedRowRanges();
     if (rows.empty() && currentIndex().isValid())
         rows.emplace_back(ActiveRow(), ActiveRow());
@@ -326,7 +333,9 @@ QString SpreadGrid::SelectedText() const
             for (int column = firstColumn; column <= lastColumn; ++column) {
                 if (isColumnHidden(column - 1))
                     continue;
-                QString cell = m_model.Text(column, row);
+                const bool isTaken
+                    = isOneBlock || selection.contains(m_model.index(row - 1, column - 1));
+                QString cell = isTaken ? m_model.Text(column, row) : QString();
                 if (cell.contains('\r') || cell.contains('\n') || cell.contains('"'))
                     cell = '"' + cell.replace("\r\n", "\n").replace('"', "\"\"") + '"';
                 cells += cell;
@@ -383,6 +392,13 @@ bool SpreadGrid::FinishEdit()
     return true;
 }
 
+void SpreadGrid::FinishLeftEdit()
+{
+    // The focus has come back when the press that took it has refused the text already.
+    if (m_editor && !m_editor->hasFocus())
+        FinishEdit();
+}
+
 void SpreadGrid::CancelEdit()
 {
     if (!m_editor)
@@ -390,6 +406,7 @@ void SpreadGrid::CancelEdit()
     QLineEdit *editor = m_editor;
     m_editor = nullptr;
     const bool hadFocus = editor->hasFocus();
+    editor->setObjectName({}); // it lives on for a moment, and is not the next editor
     closeEditor(editor, QAbstractItemDelegate::NoHint);
     if (hadFocus)
         setFocus();
@@ -451,6 +468,10 @@ bool SpreadGrid::HandleEditorKey(QKeyEvent *event)
 
 bool SpreadGrid::eventFilter(QObject *object, QEvent *event)
 {
+    const bool isHeading
+        = object == horizontalHeader()->viewport() || object == verticalHeader()->viewport();
+    if (isHeading && event->type() == QEvent::MouseButtonPress)
+        return !FinishEdit();
     if (object != m_editor)
         return QTableView::eventFilter(object, event);
     if (event->type() == QEvent::KeyPress)
@@ -463,7 +484,7 @@ bool SpreadGrid::eventFilter(QObject *object, QEvent *event)
     if (event->type() == QEvent::FocusOut) {
         const auto reason = static_cast<QFocusEvent *>(event)->reason();
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason)
-            QMetaObject::invokeMethod(this, &SpreadGrid::FinishEdit, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &SpreadGrid::FinishLeftEdit, Qt::QueuedConnection);
     }
     return false;
 }
@@ -500,6 +521,13 @@ void SpreadGrid::keyPressEvent(QKeyEvent *event)
         return;
     }
     QTableView::keyPressEvent(event);
+}
+
+void SpreadGrid::keyboardSearch(const QString &search)
+{
+    // In a list to pick from a letter goes to its entry; elsewhere keys are for the cells.
+    if (m_isRowMode)
+        QTableView::keyboardSearch(search);
 }
 
 void SpreadGrid::mousePressEvent(QMouseEvent *event)

@@ -95,8 +95,10 @@ public:
     bool FinishEdit();
     void CancelEdit();
     bool IsEditing() const { return !m_editor.isNull(); }
+    void keyboardSearch(const QString &search) override;
 
-    /// The selected cells, or the active one, as tab-separated lines.
+    /// The selected cells, or the active one, as tab-separated lines. Rows and columns between them
+    /// that are not selected: rows are left out, cells stay empty.
     QString SelectedText() const;
 
     const SpreadModel &Model() const { return m_model; }
@@ -131,6 +133,7 @@ private:
     Block Target() const;
     QLineEdit *BeginEdit(QWidget *parent, const QModelIndex &index);
     bool HandleEditorKey(QKeyEvent *event);
+    void FinishLeftEdit(); ///< once the focus has gone elsewhere
     void MoveAfterEdit(int columns, int rows);
     void ClearBlockText(const Block &block);
     void CopyBlock(const Block &block);

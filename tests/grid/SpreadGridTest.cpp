@@ -1,0 +1,418 @@
+#include "grid/SpreadGrid.h"
+
+#include "support/QtPrinters.h"
+#include "support/ScriptedBoxes.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QSignalSpy>
+#include <QTest>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int Quantity = 2; ///< the columns that can be typed into
+constexpr int Date = 3;
+constexpr int Hidden = 5;
+
+/// A shown grid of 12 rows and 5 columns; row 4 is locked.
+class SpreadGridTest : public testing::Test
+{
+protected:
+    SpreadGridTest()
+    {
+        grid.SetColumnCount(5);
+        grid.SetRowCount(12);
+        grid.SetTextLines(1);
+        for (int column = 1; column <= 5; ++column)
+            grid.SetColumnLook(column, column == Hidden ? 0 : 90, Qt::AlignLeft);
+        grid.SetColumnInput(Quantity, std::make_unique<QuantityCellInput>());
+        grid.SetColumnInput(Date, std::make_unique<DateCellInput>());
+        for (int row = 1; row <= 12; ++row)
+            grid.Model().SetRowText(row, QString("r%1\t1,234.500\t26/05/20\tx\thidden").arg(row));
+        grid.SetBlock(1, 4, 5, 4);
+        grid.SetBlockMode(true);
+        grid.SetLock(true);
+        grid.SetBlockMode(false);
+        QObject::connect(&grid, &SpreadGrid::CellChanged, [this](int column, int row) {
+            changes += QString("%1,%2").arg(column).arg(row);
+        });
+        grid.resize(700, 600);
+        grid.show();
+        grid.activateWindow();
+        grid.setFocus();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&grid));
+    }
+
+    QPoint At(int column, int row) const
+    {
+        return grid.visualRect(grid.model()->index(row - 1, column - 1)).center();
+    }
+    void Click(int column, int row, Qt::KeyboardModifiers keys = Qt::NoModifier)
+    {
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, keys, At(column, row));
+    }
+    void ClickHeading(int row, Qt::KeyboardModifiers keys = Qt::NoModifier)
+    {
+        QHeaderView *header = grid.verticalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, keys,
+                          QPoint(5, header->sectionViewportPosition(row - 1) + 5));
+    }
+    void Drag(int fromRow, int toRow)
+    {
+        QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, At(1, fromRow));
+        QTest::mouseMove(grid.viewport(), At(2, toRow));
+        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, At(2, toRow));
+    }
+    /// To whatever has the focus.
+    static void Key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier)
+    {
+        QTest::keyClick(QApplication::focusWidget(), key, keys);
+    }
+    static void Type(const QString &text)
+    {
+        for (const QChar c : text)
+            QTest::keyClick(QApplication::focusWidget(), c.toLatin1());
+    }
+
+    QString Selected() const
+    {
+        QStringList ranges;
+        for (const auto &[first, last] : grid.SelectedRowRanges())
+            ranges
+                += first == last ? QString::number(first) : QString("%1-%2").arg(first).arg(last);
+        return ranges.join(' ');
+    }
+    QString Active() const
+    {
+        return QString("%1,%2").arg(grid.ActiveColumn()).arg(grid.ActiveRow());
+    }
+    QString Text(int column, int row) const { return grid.Model().Text(column, row); }
+
+    ScriptedBoxes boxes;
+    SpreadGrid grid;
+    QStringList changes;
+};
+
+} // namespace
+
+TEST_F(SpreadGridTest, RowsTouchedByTheSelection)
+{
+    const struct
+    {
+        const char *what;
+        std::function<void()> act;
+        const char *rows;
+        const char *active;
+    } cases[] = {
+        {"click", [&] { Click(1, 3); }, "3", "1,3"},
+        {"a second click moves it", [&] { Click(1, 3), Click(2, 5); }, "5", "2,5"},
+        {"drag", [&] { Drag(2, 6); }, "2-6", "2,6"},
+        {"Shift", [&] { Click(1, 2), Click(1, 4, Qt::ShiftModifier); }, "2-4", "1,4"},
+        {"Ctrl", [&] { Click(1, 2), Click(2, 5, Qt::ControlModifier); }, "2 5", "2,5"},
+        {"Ctrl takes away",
+         [&] { Drag(2, 3), Click(1, 3, Qt::ControlModifier), Click(2, 3, Qt::ControlModifier); },
+         "2", "2,3"},
+        {"neighbours are one range",
+         [&] { Click(1, 2), Click(1, 3, Qt::ControlModifier), Click(3, 4, Qt::ControlModifier); },
+         "2-4", "3,4"},
+        {"heading", [&] { ClickHeading(3); }, "3", "1,3"},
+        {"headings", [&] { ClickHeading(3), ClickHeading(6, Qt::ShiftModifier); }, "3-6", "1,6"},
+        {"Ctrl+A", [&] { Click(1, 3), Key(Qt::Key_A, Qt::ControlModifier); }, "1-12", "1,3"},
+        {"arrows", [&] { Click(1, 3), Key(Qt::Key_Down), Key(Qt::Key_Right); }, "4", "2,4"},
+        {"Shift+arrow", [&] { Click(1, 3), Key(Qt::Key_Down, Qt::ShiftModifier); }, "3-4", "1,4"},
+        {"Shift+Space",
+         [&] { Click(1, 3), Key(Qt::Key_Return), Key(Qt::Key_Space, Qt::ShiftModifier); }, "4",
+         "1,4"},
+        {"Enter leaves it", [&] { Click(1, 3), Key(Qt::Key_Return); }, "3", "1,4"},
+        {"Shift+Enter", [&] { Click(1, 3), Key(Qt::Key_Return, Qt::ShiftModifier); }, "3", "1,2"},
+        {"Enter in the last row", [&] { Click(1, 12), Key(Qt::Key_Return); }, "12", "1,12"},
+        {"a letter looks for nothing", [&] { Click(1, 3), Type("r"); }, "3", "1,3"},
+        {"a row inserted above",
+         [&] { Drag(2, 3), grid.SetRowCount(13), grid.Model().InsertRow(2); }, "3-4", "2,4"},
+        {"a row removed", [&] { Drag(2, 4), grid.Model().DeleteRows(3, 3); }, "2-3", "2,3"},
+    };
+    for (const auto &[what, act, rows, active] : cases) {
+        grid.clearSelection();
+        act();
+        EXPECT_EQ(Selected(), rows) << what;
+        EXPECT_EQ(Active(), active) << what;
+        for (int row = 1; row <= 12; ++row)
+            EXPECT_EQ(grid.IsRowSelected(row),
+                      grid.selectionModel()->rowIntersectsSelection(row - 1, {}))
+                << what << row;
+        grid.SetRowCount(12);
+    }
+}
+
+TEST_F(SpreadGridTest, AWholeRowIsMarkedByItsHeadingAndByShiftSpace)
+{
+    for (const bool isByKey : {false, true}) {
+        grid.clearSelection();
+        if (isByKey)
+            Click(2, 3), Key(Qt::Key_Space, Qt::ShiftModifier);
+        else
+            ClickHeading(3);
+        EXPECT_TRUE(grid.selectionModel()->isRowSelected(2, {})) << isByKey;
+    }
+}
+
+TEST_F(SpreadGridTest, WhatStartsAnEditAndWhatItBeginsWith)
+{
+    const struct
+    {
+        const char *what;
+        int column, row;
+        std::function<void()> act;
+        const char *editor; ///< null: no edit
+    } cases[] = {
+        {"F2", Quantity, 1, [] { Key(Qt::Key_F2); }, "1234.5"},
+        {"F2", Date, 1, [] { Key(Qt::Key_F2); }, "260520"},
+        {"a digit replaces", Quantity, 1, [] { Type("7"); }, "7"},
+        {"digits", Date, 1, [] { Type("2606"); }, "2606"},
+        {"the point", Quantity, 1, [] { Type("."); }, "0."},
+        {"the point and more", Quantity, 1, [] { Type(".5"); }, "0.5"},
+        {"the point within an edit", Quantity, 1, [] { Type("5."); }, "5."},
+        {"one point only", Quantity, 1, [] { Type(".5."); }, "0.5"},
+        {"no point in a date", Date, 1, [] { Type("."); }, "260520"},
+        {"four decimals", Quantity, 1, [] { Type("1.2345"); }, "1.234"},
+        {"seven digits", Date, 1, [] { Type("2606011"); }, "260601"},
+        {"a locked row", Quantity, 4, [] { Type("7"); }, nullptr},
+        {"the point in a locked row", Quantity, 4, [] { Type("."); }, nullptr},
+        {"another column", 1, 1, [] { Type("7"), Key(Qt::Key_F2); }, nullptr},
+    };
+    for (const auto &[what, column, row, act, text] : cases) {
+        Click(column, row);
+        act();
+        ASSERT_EQ(grid.IsEditing(), text != nullptr) << what;
+        if (!text)
+            continue;
+        EXPECT_EQ(grid.findChild<QLineEdit *>("cellEditor")->text(), text) << what;
+        Key(Qt::Key_Escape);
+        EXPECT_FALSE(grid.IsEditing()) << what;
+        EXPECT_EQ(Text(column, row), column == Date ? "26/05/20" : "1,234.500") << what;
+    }
+    EXPECT_TRUE(changes.isEmpty());
+}
+
+TEST_F(SpreadGridTest, WhatEndsAnEdit)
+{
+    const struct
+    {
+        const char *what;
+        std::function<void()> act;
+        const char *active;
+        const char *selected;
+    } cases[] = {
+        {"Enter", [] { Key(Qt::Key_Return); }, "2,3", "2"},
+        {"Shift+Enter", [] { Key(Qt::Key_Return, Qt::ShiftModifier); }, "2,1", "2"},
+        {"Down", [] { Key(Qt::Key_Down); }, "2,3", "2"},
+        {"Tab", [] { Key(Qt::Key_Tab); }, "3,2", "2"},
+        {"Shift+Tab", [] { Key(Qt::Key_Backtab, Qt::ShiftModifier); }, "3,1", "2"},
+        {"Tab twice, past the row's end",
+         [] { Key(Qt::Key_Tab), Type("260601"), Key(Qt::Key_Tab); }, "2,3", "2"},
+        {"another cell", [&] { Click(1, 6); }, "1,6", "6"},
+        {"a heading", [&] { ClickHeading(7); }, "1,7", "7"},
+        {"a command", [&] { EXPECT_TRUE(grid.FinishEdit()); }, "2,2", "2"},
+    };
+    for (const auto &[what, act, active, selected] : cases) {
+        Click(Quantity, 2);
+        Type("8.5");
+        act();
+        EXPECT_FALSE(grid.IsEditing()) << what;
+        EXPECT_EQ(Text(Quantity, 2), "8.500") << what;
+        EXPECT_EQ(Active(), active) << what;
+        EXPECT_EQ(Selected(), selected) << what;
+        EXPECT_EQ(changes.value(0), "2,2") << what;
+        EXPECT_EQ(QApplication::focusWidget(), &grid) << what;
+        changes.clear();
+        grid.Model().SetText(Quantity, 2, "1,234.500");
+    }
+}
+
+TEST_F(SpreadGridTest, AWrongTextKeepsTheCellInEditHoweverItIsLeft)
+{
+    const struct
+    {
+        const char *what;
+        std::function<void()> leave;
+    } cases[] = {
+        {"Enter", [] { Key(Qt::Key_Return); }},
+        {"Tab", [] { Key(Qt::Key_Tab); }},
+        {"another cell", [&] { Click(1, 6); }},
+        {"a heading", [&] { ClickHeading(7); }},
+        {"a command", [&] { EXPECT_FALSE(grid.FinishEdit()); }},
+    };
+    for (const auto &[what, leave] : cases) {
+        Click(Date, 2);
+        Type("260230");
+        leave();
+        QTest::qWait(0); // whatever the leaving has queued
+        ASSERT_TRUE(grid.IsEditing()) << what;
+        EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{"日付の入力が間違っています\r"}) << what;
+        EXPECT_EQ(Active(), "3,2") << what;
+        EXPECT_EQ(QApplication::focusWidget()->objectName(), "cellEditor") << what;
+        Type("260601"); // replaces the wrong one
+        Key(Qt::Key_Return);
+        EXPECT_EQ(Text(Date, 2), "26/06/01") << what;
+        grid.Model().SetText(Date, 2, "26/05/20");
+    }
+}
+
+TEST_F(SpreadGridTest, AnUnchangedTextIsNoChange)
+{
+    Click(Quantity, 2);
+    Type("1234.5");
+    Key(Qt::Key_Return);
+    Click(Quantity, 2);
+    Key(Qt::Key_F2);
+    Key(Qt::Key_Return);
+    Click(Date, 2);
+    Type("2");
+    Key(Qt::Key_Escape);
+    EXPECT_EQ(changes, QStringList());
+}
+
+TEST_F(SpreadGridTest, SelectedCellsGoToTheClipboard)
+{
+    grid.Model().SetText(1, 2, "two\r\nlines \"a\"");
+    const struct
+    {
+        const char *what;
+        std::function<void()> select;
+        const char *text;
+    } cases[] = {
+        {"the active cell", [&] { Click(4, 1), grid.clearSelection(); }, "x\n"},
+        {"a block", [&] { Drag(3, 4); }, "r3\t1,234.500\nr4\t1,234.500\n"},
+        {"a row, without hidden columns", [&] { ClickHeading(3); }, "r3\t1,234.500\t26/05/20\tx\n"},
+        {"rows apart", [&] { Click(1, 3), Click(1, 5, Qt::ControlModifier); }, "r3\nr5\n"},
+        {"cells apart", [&] { Click(1, 3), Click(3, 5, Qt::ControlModifier); },
+         "r3\t\t\n\t\t26/05/20\n"},
+        {"several lines in a cell", [&] { Click(1, 2); }, "\"two\nlines \"\"a\"\"\"\n"},
+    };
+    for (const auto &[what, select, text] : cases) {
+        grid.clearSelection();
+        select();
+        Key(Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QApplication::clipboard()->text(), text) << what;
+    }
+}
+
+TEST_F(SpreadGridTest, ADoubleClickIsOnARow)
+{
+    QStringList clicks;
+    QObject::connect(&grid, &SpreadGrid::CellDoubleClicked,
+                     [&](int column, int row) { clicks += QString("%1,%2").arg(column).arg(row); });
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, At(Quantity, 3));
+    QTest::mouseDClick(grid.viewport(), Qt::RightButton, {}, At(Quantity, 3));
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, At(1, 12) + QPoint(0, 60));
+    EXPECT_EQ(clicks.join(' '), "2,3");
+    EXPECT_FALSE(grid.IsEditing()) << "a double click opens no cell";
+}
+
+TEST_F(SpreadGridTest, LeavingACellIsTold)
+{
+    QStringList moves;
+    QObject::connect(
+        &grid, &SpreadGrid::CellLeft, [&](int column, int row, int toColumn, int toRow) {
+            moves += QString("%1,%2>%3,%4").arg(column).arg(row).arg(toColumn).arg(toRow);
+        });
+    Click(2, 3);
+    Key(Qt::Key_Return);
+    Click(2, 4); // is there already
+    grid.SetCurrentCell(1, 12);
+    grid.Perform(SpreadGrid::Action::ActivateCell);
+    EXPECT_EQ(moves.join(' ').section(' ', 1), "2,3>2,4 2,4>1,12");
+}
+
+TEST_F(SpreadGridTest, RedrawOffTellsTheViewsInOnePiece)
+{
+    QSignalSpy inserted(&grid.Model(), &QAbstractItemModel::rowsInserted);
+    QSignalSpy changed(&grid.Model(), &QAbstractItemModel::dataChanged);
+    grid.SetRedraw(false);
+    for (const int count : {13, 14, 15})
+        grid.SetRowCount(count);
+    for (const int row : {9, 3, 15})
+        grid.Model().SetText(1, row, "new");
+    EXPECT_EQ(inserted.count() + changed.count(), 0);
+    EXPECT_EQ(grid.model()->rowCount(), 12) << "the views know of none yet";
+    EXPECT_EQ(Text(1, 15), "new") << "the program does";
+    grid.SetRedraw(true);
+    EXPECT_EQ(grid.model()->rowCount(), 15);
+    ASSERT_EQ(inserted.count(), 1);
+    EXPECT_EQ(inserted[0][1].toInt(), 12);
+    EXPECT_EQ(inserted[0][2].toInt(), 14);
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed[0][0].toModelIndex().row(), 2);
+    EXPECT_EQ(changed[0][1].toModelIndex().row(), 14);
+    grid.SetRedraw(true);
+    EXPECT_EQ(inserted.count() + changed.count(), 2) << "nothing is left to tell";
+}
+
+TEST_F(SpreadGridTest, RowsComeAndGoWhileRedrawIsOff)
+{
+    grid.SetRowCount(3);
+    const struct
+    {
+        const char *what;
+        std::function<void()> act;
+        const char *rows;
+    } cases[] = {
+        {"inserted above", [&] { grid.SetRowCount(4), grid.Model().InsertRow(2); }, "r1--r2-r3"},
+        {"inserted behind", [&] { grid.SetRowCount(4), grid.Model().InsertRow(4); }, "r1-r2-r3-"},
+        {"inserted among new ones",
+         [&] {
+             grid.SetRowCount(6);
+             grid.Model().SetText(1, 5, "r5");
+             grid.Model().InsertRow(5);
+         },
+         "r1-r2-r3---r5"},
+        {"removed", [&] { grid.Model().DeleteRows(2, 2), grid.SetRowCount(2); }, "r1-r3"},
+        {"added and removed",
+         [&] { grid.SetRowCount(5), grid.Model().DeleteRows(1, 4), grid.SetRowCount(1); }, ""},
+        {"changed, then gone", [&] { grid.Model().SetText(1, 3, "x"), grid.SetRowCount(1); }, "r1"},
+    };
+    for (const auto &[what, act, rows] : cases) {
+        grid.SetRowCount(0);
+        grid.SetRowCount(3);
+        for (int row = 1; row <= 3; ++row)
+            grid.Model().SetText(1, row, QString("r%1").arg(row));
+        grid.SetRedraw(false);
+        act();
+        grid.SetRedraw(true);
+        ASSERT_EQ(grid.model()->rowCount(), grid.RowCount()) << what;
+        QStringList shown;
+        for (int row = 0; row < grid.model()->rowCount(); ++row)
+            shown += grid.model()->index(row, 0).data().toString();
+        EXPECT_EQ(shown.join('-'), rows) << what;
+    }
+}
+
+TEST_F(SpreadGridTest, ManyRowsTakeABreath)
+{
+    constexpr int Rows = 100'000;
+    QElapsedTimer timer;
+    timer.start();
+    grid.SetRedraw(false);
+    for (int row = 13; row <= Rows; ++row) {
+        grid.SetRowCount(row);
+        grid.Model().SetRowText(row, QString("r%1\t1.000").arg(row));
+    }
+    grid.SetRedraw(true);
+    Key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(Selected(), QString("1-%1").arg(Rows));
+    int selected = 0;
+    for (int row = 1; row <= Rows; ++row)
+        selected += grid.IsRowSelected(row);
+    EXPECT_EQ(selected, Rows);
+    for (int row = 1; row <= 50; ++row) {
+        grid.SetRowCount(grid.RowCount() + 1);
+        grid.Model().InsertRow(Rows / 2);
+    }
+    EXPECT_EQ(Text(1, Rows / 2 + 50), QString("r%1").arg(Rows / 2));
+    EXPECT_EQ(Text(1, Rows + 50), QString("r%1").arg(Rows));
+    EXPECT_LT(timer.elapsed(), 10'000);
+}
