@@ -27,6 +27,16 @@ int At(ListColumn column)
     return int(column);
 }
 
+/// Changes how a whole row looks and behaves.
+template <typename Change>
+void StyleRow(SpreadGrid *grid, int row, Change &&change)
+{
+    grid->SetBlock(1, row, ListColumnCount, row);
+    grid->SetBlockMode(true);
+    change();
+    grid->SetBlockMode(false);
+}
+
 } // namespace
 
 void AnswerList::Create(SpreadGrid *grid)
@@ -72,12 +82,6 @@ int AnswerList::SelectedRowCount() const
     return count;
 }
 
-int AnswerList::FirstSelectedRow() const
-{
-    const auto &ranges = Grid()->SelectedRowRanges();
-    return ranges.empty() ? 0 : ranges.front().first;
-}
-
 void AnswerList::SetCell(int row, ListColumn column, const QString &text)
 {
     m_spread.SetValue(At(column), row, text);
@@ -98,17 +102,17 @@ void AnswerList::Append(const ListLine &line, bool isDefective)
 {
     m_spread.AddItem(RowText(line));
     m_isIndexed = false;
-    const int row = RowCount();
+    if (!line.isShipped && !isDefective)
+        return;
     SpreadGrid *grid = Grid();
-    grid->SetBlock(1, row, ListColumnCount, row);
-    grid->SetBlockMode(true);
-    if (line.isShipped) {
-        grid->SetLock(true);
-        grid->SetBackColor(Silver);
-    }
-    if (isDefective)
-        grid->SetForeColor(Purple);
-    grid->SetBlockMode(false);
+    StyleRow(grid, RowCount(), [&] {
+        if (line.isShipped) {
+            grid->SetLock(true);
+            grid->SetBackColor(Silver);
+        }
+        if (isDefective)
+            grid->SetForeColor(Purple);
+    });
 }
 
 void AnswerList::InsertBelow(int row, const QString &rowText)
@@ -117,10 +121,8 @@ void AnswerList::InsertBelow(int row, const QString &rowText)
     m_spread.AddItem(rowText, row + 1);
     if (m_isIndexed)
         m_index.Insert(Row(row + 1).AccNo(), row + 1);
-    if (!isDefective)
-        return;
-    for (int column = 1; column <= ListColumnCount; ++column)
-        m_spread.SetForeColor(Purple, row + 1, column);
+    if (isDefective)
+        StyleRow(Grid(), row + 1, [this] { Grid()->SetForeColor(Purple); });
 }
 
 void AnswerList::Remove(int row)

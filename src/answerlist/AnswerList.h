@@ -21,7 +21,6 @@ public:
 
     bool IsSelected(int row) const;
     int SelectedRowCount() const;
-    int FirstSelectedRow() const; ///< 0: none
 
     void SetCell(int row, ListColumn column, const QString &text);
 

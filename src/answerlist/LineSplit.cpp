@@ -2,9 +2,10 @@
 
 #include "answerlist/AnswerList.h"
 #include "data/bDAO.h"
-#include "grid/SpreadGrid.h"
 #include "messages/bMessage.h"
 #include "platform/MsgBox.h"
+
+#include <algorithm>
 
 bool CheckSingleRow(const AnswerList &list)
 {
@@ -20,7 +21,7 @@ int SingleRow(const AnswerList &list)
         ShowMessage(22);
         return 0;
     }
-    return CheckSingleRow(list) ? list.FirstSelectedRow() : 0;
+    return CheckSingleRow(list) ? list.ActiveRow() : 0;
 }
 
 Decimal RemainderOf(const AnswerList &list, int row)

@@ -10,8 +10,8 @@ class bDAO;
 /// True when not more than one row is selected; tells the operator when more are.
 bool CheckSingleRow(const AnswerList &list);
 
-/// The row that the single-row commands work on: the one selected row. 0, and message 22, when none
-/// is selected.
+/// The row that copy and delete work on: the active one, with not more than one row selected. 0,
+/// and message 22, when none is selected.
 int SingleRow(const AnswerList &list);
 
 /// What is left to answer of a row's order sub-line: the instructed quantity of the row less the

@@ -109,6 +109,7 @@ LoadedList LoadList(bDAO &db, const SearchConditions &conditions, AnswerList &li
     LoadedList loaded;
     list.Clear();
     const auto rows = db.OpenRS(BuildListSql(conditions));
+    loaded.isRead = rows != nullptr;
     if (db.IsEOF(rows.get()))
         return loaded;
     loaded.lineCount = int(db.GetRecordCount(rows.get()));

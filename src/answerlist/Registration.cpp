@@ -1,5 +1,6 @@
 #include "answerlist/Registration.h"
 
+#include "answerlist/AnswerDates.h"
 #include "answerlist/AnswerList.h"
 #include "data/bDAO.h"
 #include "messages/bMessage.h"
@@ -92,6 +93,7 @@ bool Registration::Commit(RegistrationCounts &counts)
             m_list.SetCell(written.row, ListColumn::ShpSubNo, QString::number(written.shpSubNo));
         m_list.SetCell(written.row, ListColumn::LoadedDate, written.answeredDate);
         m_list.SetCell(written.row, ListColumn::LoadedQuantity, written.quantity);
+        UpdateDifferenceMark(m_list, written.row); // it has been stored as well
     }
     m_written.clear();
     return true;
@@ -125,7 +127,7 @@ std::optional<LineAnswer> Registration::Answer(const Recordset &stored, const Li
     if (!shipDate)
         return std::nullopt;
     const bool isKept = isShipped || shipDate->isEmpty();
-    const bool isSpecified = line.AnsweredDate() == line.Cell(ListColumn::SpecifiedDate).left(8);
+    const bool isSpecified = line.AnsweredDate() == line.SpecifiedDate();
     LineAnswer answer;
     answer.answeredDate = StoredDate(line.AnsweredDate());
     answer.shipDate = isKept ? m_db.NullToRTrim(stored, u"ShpDate") : *shipDate;
