@@ -11,8 +11,6 @@
 #include "ui_SC030110.h"
 #include "util/bDate.h"
 
-#include <QLocale>
-
 SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent)
     : Form(parent)
     , m_ui(std::make_unique<Ui::SC030110>())
@@ -97,14 +95,15 @@ LoadedList SC030110::LoadLines()
         for (QPushButton *button :
              {m_ui->cmdCopy, m_ui->cmdDelete, m_ui->cmdMake, m_ui->cmdDetail, m_ui->cmdLimSet})
             button->setEnabled(false);
-        ShowMessage(13);
+        if (loaded.isRead)
+            ShowMessage(13);
     }
     return loaded;
 }
 
 void SC030110::ShowLineCount(int count)
 {
-    m_ui->txtSum->setText(QLocale::c().toString(count));
+    m_ui->txtSum->setText(Decimal(count).ToFixed(0, true));
 }
 
 void SC030110::ShowHint(int row)

@@ -134,11 +134,11 @@ protected:
             file.Run("UPDATE " + table + " SET " + changes + " WHERE " + where);
     }
 
-    /// Another program's lock on the database, which this program gives up on at once.
+    /// Another program's lock for writing, which this program gives up on at once.
     void LockDatabase()
     {
         state.db.OpenRS("PRAGMA busy_timeout = 1");
-        file.Run("BEGIN EXCLUSIVE");
+        file.Run("BEGIN IMMEDIATE");
     }
     void UnlockDatabase() { file.Run("ROLLBACK"); }
 
