@@ -4,11 +4,11 @@
 #include "messages/bMessage.h"
 #include "platform/System.h"
 #include "ui_SC030120.h"
-
 #include "util/FieldInput.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
 #include "util/bValue.h"
+
 #include <QShowEvent>
 
 SC030120::SC030120(ProgramState &state, QWidget *parent)
@@ -18,27 +18,19 @@ SC030120::SC030120(ProgramState &state, QWidget *parent)
 {
     m_ui->setupUi(this);
     SetEscapeButton(m_ui->cmdExit);
-    AddStatusPanels(*m_ui->stbMain, {"MSG", "DATE"});
+    AddStatusPanels(*m_ui->stbMain, {"DATE"});
     SetPanelText(*m_ui->stbMain, "DATE", NowDateText());
     FieldInput::AttachDate(*m_ui->txtAnsLimDate, 1);
     FieldInput::AttachNumber(*m_ui->txtAnsVal, DigitSpec::Quantity);
     FieldInput::AttachByteLength(*m_ui->txtBiko);
     OnFocus(
-        m_ui->txtAnsLimDate,
-        [this] {
-            UnformatDateField(*m_ui->txtAnsLimDate, 1);
-            m_ui->txtAnsLimDate->selectAll();
-        },
+        m_ui->txtAnsLimDate, [this] { EnterDate(); },
         [this](QWidget *newFocus, Qt::FocusReason) {
             if (newFocus != m_ui->cmdExit)
                 CheckDate();
         });
     OnFocus(
-        m_ui->txtAnsVal,
-        [this] {
-            m_ui->txtAnsVal->setText(QuantityOf(Trim(m_ui->txtAnsVal->text())).ToText());
-            m_ui->txtAnsVal->selectAll();
-        },
+        m_ui->txtAnsVal, [this] { EnterQuantity(); },
         [this](QWidget *newFocus, Qt::FocusReason) {
             if (newFocus != m_ui->cmdExit)
                 CheckQuantity();
@@ -51,19 +43,26 @@ SC030120::~SC030120() = default;
 
 void SC030120::showEvent(QShowEvent *event)
 {
-    if (!event->spontaneous())
-        ShowLine();
     Form::showEvent(event);
+    // After the window itself has been painted.
+    if (!event->spontaneous())
+        QMetaObject::invokeMethod(this, &SC030120::ShowLine, Qt::QueuedConnection);
 }
 
 void SC030120::ShowLine()
 {
-    const Hourglass hourglass;
     const DetailLine &line = m_state.detail;
-    const auto detail = ReadDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo});
-    m_ui->cmdRegister->setEnabled(detail.has_value());
+    std::optional<DetailTexts> detail;
+    {
+        const Hourglass hourglass;
+        detail = ReadDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo});
+    }
     if (!detail) {
         ShowMessage(13);
+        // Nothing to answer; what is left is the way back.
+        m_ui->Frame6->setEnabled(false);
+        m_ui->cmdRegister->setEnabled(false);
+        m_ui->cmdExit->setFocus();
         return;
     }
     const std::pair<QLineEdit *, QString> texts[] = {
@@ -100,6 +99,23 @@ void SC030120::ShowLine()
     m_ui->txtAnsLimDate->setText(ShownDate(line.answeredDate));
     m_ui->txtAnsVal->setText(ShownQuantity(line.answeredQuantity));
     m_ui->txtBiko->setText(detail->biko);
+    m_ui->txtAnsLimDate->setFocus();
+    EnterDate();
+}
+
+void SC030120::EnterDate()
+{
+    UnformatDateField(*m_ui->txtAnsLimDate, 1);
+    m_ui->txtAnsLimDate->selectAll();
+}
+
+void SC030120::EnterQuantity()
+{
+    // A text that has been refused comes back as it was typed.
+    const QString shown = Trim(m_ui->txtAnsVal->text()).remove(',');
+    if (IsNumberInSpec(shown, DigitSpec::Quantity))
+        m_ui->txtAnsVal->setText(QuantityOf(shown).ToText());
+    m_ui->txtAnsVal->selectAll();
 }
 
 bool SC030120::CheckDate()

@@ -25,6 +25,10 @@ protected:
 
 private:
     void ShowLine();
+    void EnterDate();
+    void EnterQuantity();
+
+    // Show what has been typed in its form. False, told why and back in the box, when it is wrong.
     bool CheckDate();
     bool CheckQuantity();
     void cmdRegister_Click();
