@@ -124,11 +124,20 @@ private:
             "answer list", [] { return Operator::Front("SC030110") && ListRows() > AnsweredRows; },
             [this] {
                 Shoot("list");
-                m_operator.ClickRow("spdList", 1);
-                m_operator.ClickRow("spdList", AnsweredRows, Qt::ShiftModifier);
-                Shoot("selection");
-                m_operator.Click("cmdLimSet");
+                m_operator.Key(Qt::Key_Space, Qt::ShiftModifier);
+                m_operator.Key(Qt::Key_I, Qt::AltModifier);
             });
+        m_operator.At("SC030120", "detail", [this] {
+            Expect(!m_operator.Find<QLineEdit>("txtOdrNo")->text().isEmpty(), "an order number");
+            Shoot("detail");
+            m_operator.Key(Qt::Key_Escape);
+        });
+        m_operator.At("SC030110", "list again", [this] {
+            m_operator.ClickRow("spdList", 1);
+            m_operator.ClickRow("spdList", AnsweredRows, Qt::ShiftModifier);
+            Shoot("selection");
+            m_operator.Click("cmdLimSet");
+        });
         m_operator.At("InputBox", "date question", [this] {
             m_operator.Keys(QDate::currentDate().addDays(20).toString("yyMMdd"));
             Shoot("date");
