@@ -140,8 +140,9 @@ bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry)
     // A shipped line keeps its dates, and an answer without a date has none to give.
     std::optional<LineAnswer> dates;
     if (db.NullToZero(*stored, u"ShpSts") != Shipped && !entry.answeredDate.isEmpty()) {
-        const auto shipDate = ShipDate(db, entry.answeredDate, db.NullToRTrim(*stored, u"CustCD"),
-                                       db.NullToRTrim(*stored, u"PayDstCD"));
+        const auto shipDate
+            = ShipDate(db, ShownDate(entry.answeredDate), db.NullToRTrim(*stored, u"CustCD"),
+                       db.NullToRTrim(*stored, u"PayDstCD"));
         if (!shipDate)
             return false;
         dates = LineAnswer();
