@@ -4,8 +4,6 @@
 #include "platform/System.h"
 #include "util/VbText.h"
 
-#include <algorithm>
-
 namespace {
 
 struct TextColumn
@@ -102,10 +100,7 @@ bool LoadCompany(bDAO &db, const QString &executableName, CompanyRecord &company
             company.*column.member = FixedText(rows->Text(QString(column.name)), column.width);
         });
     for (const WholeColumn &column : WholeColumns)
-        Ignoring([&] {
-            company.*column.member
-                = int(std::clamp(rows->Number(QString(column.name)), -32768.0, 32767.0));
-        });
+        Ignoring([&] { company.*column.member = IntVal(rows->Text(QString(column.name))); });
     for (const NumberColumn &column : NumberColumns)
         Ignoring([&] { company.*column.member = rows->Number(QString(column.name)); });
     // The suite has always kept the closing day here; nothing reads the time of the record.

@@ -15,10 +15,12 @@ constexpr QByteArrayView LineEnd("\r\n");
 
 int NextRecordSeqNo(const Files &files, const QString &path, int recordLength)
 {
+    // The long layout's receivers take every record for a first one.
+    if (recordLength != ShortRecordLength)
+        return 0;
     int error = RuntimeError::None;
     const auto file = files.Open(Trim(path), FileMode::Read, FileLock::None, error);
-    // The long layout's receivers take every record for a first one.
-    if (!file || recordLength != ShortRecordLength)
+    if (!file)
         return 0;
     const qint64 lastLine = std::max<qint64>(file->Size() - recordLength - LineEnd.size(), 0);
     const QByteArray line = file->ReadAt(lastLine, recordLength + LineEnd.size());
@@ -27,7 +29,8 @@ int NextRecordSeqNo(const Files &files, const QString &path, int recordLength)
 
 QByteArray BlankLineBreaks(QByteArray line, const QByteArray &replacement)
 {
-    const char blank = replacement.trimmed().isEmpty() ? ' ' : replacement[0];
+    const bool isBlank = replacement.count(' ') == replacement.size();
+    const char blank = isBlank ? ' ' : replacement[0];
     // Neither byte can be the second half of a double-byte character.
     return line.replace('\r', blank).replace('\n', blank);
 }

@@ -8,28 +8,22 @@
 
 namespace {
 
-struct Opening
-{
-    FileMode mode;
-    FileLock lock;
-};
-
-std::optional<Opening> OpeningOf(int mode, int access)
+std::optional<FileMode> FileModeOf(int mode, int access)
 {
     switch (mode) {
     case OutputFiles::Append:
-        return Opening{FileMode::Append, FileLock::Exclusive};
+        return FileMode::Append;
     case OutputFiles::Input:
-        return Opening{FileMode::Read, FileLock::Shared};
+        return FileMode::Read;
     case OutputFiles::Output:
-        return Opening{FileMode::Output, FileLock::Exclusive};
+        return FileMode::Output;
     default:
         break;
     }
     if (access == OutputFiles::Read)
-        return Opening{FileMode::Read, FileLock::Shared};
+        return FileMode::Read;
     if (access == OutputFiles::Write || access == OutputFiles::ReadWrite)
-        return Opening{FileMode::ReadWrite, FileLock::Exclusive};
+        return FileMode::ReadWrite;
     return std::nullopt;
 }
 
@@ -42,12 +36,13 @@ int OutputFiles::OpenFileNo(const QString &path, int mode, int access, bool isLo
         ++fileNo;
     if (mode < Append || mode > Random)
         return fileNo;
-    const auto opening = OpeningOf(mode, access);
-    if (!opening)
+    const auto fileMode = FileModeOf(mode, access);
+    if (!fileMode)
         return 0;
+    // Denying others what this open does itself: a locked reader keeps out the next one, too.
+    const FileLock lock = isLocked ? FileLock::Exclusive : FileLock::None;
     int error = RuntimeError::None;
-    auto file
-        = m_files.Open(Trim(path), opening->mode, isLocked ? opening->lock : FileLock::None, error);
+    auto file = m_files.Open(Trim(path), *fileMode, lock, error);
     if (!file) {
         ShowFileError(error, path);
         return 0;

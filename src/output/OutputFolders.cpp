@@ -37,9 +37,7 @@ QStringList FolderNames(const QString &path, QChar separator)
 /// Names the first customer that uses the path.
 QString CustomerOfPath(bDAO &db, const InfoKind &kind, const QString &path)
 {
-    const auto rows = db.OpenRS(QString("Select * From TLMT0040 ") + " Where " + kind.switchColumn
-                                + "  <> 0 " + " And   " + kind.pathColumn + " = '" + SqlText(path)
-                                + "' " + " Order By CustCD ");
+    const auto rows = db.OpenRS(BuildPathUsersSql(kind, path));
     if (db.IsEOF(rows.get()))
         return {};
     return QString("\r\n\r\n得意先コード：%1\r\n得意先名　　：%2\r\n情報種名　　：%"
@@ -57,6 +55,19 @@ const InfoKind *FindInfoKind(const QString &code)
     return nullptr;
 }
 
+QString BuildPathsSql(const InfoKind &kind)
+{
+    const QString path = kind.pathColumn;
+    return "Select Distinct " + path + " From TLMT0040 " + " Where " + kind.switchColumn + " <> 0 "
+           + " And   " + path + " <> '' ";
+}
+
+QString BuildPathUsersSql(const InfoKind &kind, const QString &path)
+{
+    return QString("Select * From TLMT0040 ") + " Where " + kind.switchColumn + "  <> 0 "
+           + " And   " + kind.pathColumn + " = '" + SqlText(path) + "' " + " Order By CustCD ";
+}
+
 bool CheckInfoOutputPaths(bDAO &db, const Files &files, const QString &infoKindCode,
                           QString &message)
 {
@@ -64,9 +75,7 @@ bool CheckInfoOutputPaths(bDAO &db, const Files &files, const QString &infoKindC
     const InfoKind *kind = FindInfoKind(infoKindCode);
     if (!kind)
         return false;
-    const QString column = kind->pathColumn;
-    const auto rows = db.OpenRS("Select Distinct " + column + " From TLMT0040 " + " Where "
-                                + kind->switchColumn + " <> 0 " + " And   " + column + " <> '' ");
+    const auto rows = db.OpenRS(BuildPathsSql(*kind));
     if (!rows)
         return false;
     for (; !db.IsEOF(rows.get()); db.MoveNext(*rows)) {
@@ -116,6 +125,7 @@ bool CheckAnswerOutputPaths(bDAO &db, const Files &files)
     QString message;
     if (CheckInfoOutputPaths(db, files, AnswerInfoKind, message))
         return true;
-    ShowMessage(0, message);
+    if (!message.isEmpty()) // else the database's error boxes have told why
+        ShowMessage(0, message);
     return false;
 }

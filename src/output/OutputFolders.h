@@ -16,6 +16,12 @@ struct InfoKind
 /// The kind of this code ("0702", ...); null for an unknown one.
 const InfoKind *FindInfoKind(const QString &code);
 
+/// The distinct output paths in use for the kind.
+QString BuildPathsSql(const InfoKind &kind);
+
+/// The customers that use a path for the kind, by their code.
+QString BuildPathUsersSql(const InfoKind &kind, const QString &path);
+
 /// True when every output path in use for the kind can be written. Else False with the reason and
 /// the first customer concerned in `message`; an unknown kind fails with an empty message.
 bool CheckInfoOutputPaths(bDAO &db, const Files &files, const QString &infoKindCode,
