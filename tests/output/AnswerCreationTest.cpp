@@ -1,0 +1,360 @@
+#include "output/AnswerRun.h"
+#include "output/ExpectedRecord.h"
+
+#include <cerrno>
+
+namespace {
+
+class AnswerCreationTest : public AnswerRun
+{
+protected:
+    /// The order number of each record.
+    QString Orders(const QString &name) const
+    {
+        QStringList orders;
+        for (const QByteArray &record : Records(name))
+            orders += record.mid(47, 23).trimmed();
+        return orders.join(' ');
+    }
+
+    /// The delivery numbers in the slots of a record.
+    static QString Slots(const QByteArray &record)
+    {
+        QStringList numbers;
+        for (int slot = 0; slot < 31; ++slot)
+            numbers += record.mid(163 + 33 * slot + 6, 8).trimmed();
+        return numbers.join(' ').trimmed();
+    }
+
+    QString Marked()
+    {
+        return file.Rows("SELECT AccNo, ShpSubNo FROM TLSP0010 WHERE AnsLimUmu = 3 "
+                         "ORDER BY AccNo, ShpSubNo");
+    }
+};
+
+} // namespace
+
+TEST_F(AnswerCreationTest, AWholeRun)
+{
+    AddCustomer("C1");
+    AddCustomer("C2", "HenpVerPath = 'X1 SIDE', CustKBN = 2, LinKBN = 2");
+    AddOrder(1, "C1");
+    AddLine(1, 1, "Unit = 'PCS', CustSecCD = 'SEC', CustSecName = '資材', MfactNo = 'MAKER'");
+    AddLine(1, 2, "AnsVal = 2.5, AnsLimDate = '', AnsMark = ' ', IndVal = 5");
+    AddOrder(2, "C2", 100, true);
+    AddLine(2, 1, "HinCD = 'A\r\nB\tC', AccVal = 1234.5678, AnsLimDate = '20261201'");
+    Load();
+    SelectAll();
+    list.SetCell(3, ListColumn::AnswerDate, "26/12/03");
+    const auto counts = Make();
+
+    EXPECT_EQ(counts.records, 2);
+    ASSERT_EQ(Records("C1.TXT").size(), 1);
+    ASSERT_EQ(Records("C2.TXT").size(), 1);
+    ExpectedRecord first;
+    first.At(1, "000010702261124VANC1       SIDEC1      SEC     PO-1")
+        .At(71, "MAKER              1 PCS000000100000")
+        .At(114, "1")
+        .At(139, "OWN")
+        .Slot(1, "261201P1      2612020000000100002")
+        .Slot(2, "261201P2      9999990000000025002")
+        .At(1217, "\x8e\x91\x8d\xde");
+    ExpectSameBytes(Records("C1.TXT")[0], first.Short());
+    ExpectedRecord second;
+    second.At(1, "000010702261124VANC2       SIDE                KEY-2")
+        .At(90, "1K   000001234567TANTO  2")
+        .At(139, "A  B\tC")
+        .Slot(1, "261201P1      2612030000000100002")
+        .WideReserves();
+    ExpectSameBytes(Records("C2.TXT")[0], second.bytes);
+
+    EXPECT_EQ(file.Rows("SELECT AnsLimUmu, UpdPGName, UpdDate, UpdTime FROM TLSP0010"),
+              "3|TL030101|20261124|093000 3|TL030101|20261124|093000 3|TL030101|20261124|093000");
+    for (int row = 1; row <= 3; ++row)
+        EXPECT_EQ(list.Row(row).Cell(ListColumn::States), "済\r\n ") << row;
+    EXPECT_TRUE(grid.Redraw());
+    EXPECT_EQ(status,
+              (QStringList{"回答数が 0でないかチェックしています…",
+                           "回答数合計が、注残数を超えているかチェックしています…",
+                           "納期回答出力パスの正当性をチェックしています…", "",
+                           "画面の内容を登録しています…", "納期回答情報を作成しています…", ""}));
+
+    ASSERT_EQ(boxes.Shown().size(), 1u);
+    EXPECT_EQ(boxes.Shown()[0].title, "納期回答入力");
+    EXPECT_EQ(boxes.Shown()[0].style, 64);
+    EXPECT_EQ(boxes.Shown()[0].text,
+              "納期回答作成処理が終了しました\r\r"
+              "追加された件数\t\t： 0 件\r"
+              "変更された件数\t\t： 1 件\r"
+              "行を選択された件数\t\t： 3 件\r"
+              "納期回答処理件数\t\t： 3 件\r"
+              "―――――――――――――――――――――――――――――\r"
+              "納期回答情報作成件数\t\t： 2 件\r"
+              "\r＜補足説明＞\r"
+              "行を選択された件数、納期回答処理件数、納期回答情報作成件数は\r"
+              "得意先ごとの設定により、件数が異なることがあります");
+}
+
+TEST_F(AnswerCreationTest, OneRecordForRowsNextToEachOther)
+{
+    AddCustomer("C1");
+    AddOrder(1, "C1");
+    AddLine(1, 1, {}, "A");
+    AddLine(1, 2, {}, "B");
+    AddLine(1, 3, {}, "D");
+    AddOrder(2, "C1");
+    AddLine(2, 1, {}, "C");
+    Load();
+    Select({1, 2, 3, 4});
+    auto counts = Make();
+    EXPECT_EQ(Orders("C1.TXT"), "PO-1 PO-2 PO-1") << "apart from each other: answered again";
+    EXPECT_EQ(counts.records, 3);
+    EXPECT_EQ(counts.lines, 7);
+    const auto records = Records("C1.TXT");
+    const QByteArray numbersAndKinds[] = {"000011", "000021", "000032"};
+    for (int at = 0; at < 3; ++at)
+        EXPECT_EQ(records[at].left(5) + records[at].mid(89, 1), numbersAndKinds[at]);
+
+    Select({2}); // one selected row answers all of the order's lines
+    counts = Make();
+    EXPECT_EQ(counts.participants, 1);
+    EXPECT_EQ(counts.lines, 3);
+    EXPECT_EQ(Slots(Records("C1.TXT").last()), "P1 P2 P3");
+    EXPECT_EQ(Records("C1.TXT").last().mid(89, 1), "2");
+}
+
+TEST_F(AnswerCreationTest, WhichLinesAreAnsweredAndMarked)
+{
+    const struct
+    {
+        const char *what;
+        const char *customer;
+        const char *line; ///< the second of two
+        QString answered; ///< in the slots of the record; empty: no record
+        QString marked;
+        QString states;
+    } cases[] = {
+        {"both", "LinKBN = 1", "IndVal = 10", "P1 P2", "1|1 1|2", "済- 済-"},
+        {"rule 1, no date", "LinKBN = 1", "AnsLimDate = ''", "P2 P1", "1|1 1|2", "済- 済-"},
+        {"rule 2, no date", "LinKBN = 2", "AnsLimDate = ''", "P1", "1|1", "-- 済-"},
+        {"no quantity", "LinKBN = 1", "AnsVal = 0, IndVal = 0", "P1", "1|1", "済- --"},
+        {"shipped", "LinKBN = 1", "ShpSts = 3", "P1", "1|1", "済- -済"},
+        {"between", "LinKBN = 1", "ShpSts = 2", "P1 P2", "1|1", "済- 済-"},
+        {"larger instruction first", "LinKBN = 1", "IndVal = 11", "P2 P1", "1|1 1|2", "済- 済-"},
+        {"earlier sub-line first", "LinKBN = 1", "AccSubNo = 0, IndVal = 1", "P2 P1", "1|1 1|2",
+         "済- 済-"},
+        {"deleted", "LinKBN = 1", "DpoFlg = 1", "P1", "1|1", "済-"},
+        {"no records", "NokiInfKBN = 0", "IndVal = 10", "", "1|1 1|2", "済- 済-"},
+        {"another switch value", "NokiInfKBN = 2", "IndVal = 10", "", "1|1 1|2", "済- 済-"},
+    };
+    AddCustomer("C1");
+    AddOrder(1, "C1");
+    AddLine(1, 1);
+    file.Open(db);
+    for (const auto &[what, customer, line, answered, marked, states] : cases) {
+        SCOPED_TRACE(what);
+        file.Run("DELETE FROM TLSP0010");
+        file.Run("UPDATE TLMT0040 SET NokiInfKBN = 1, LinKBN = 1");
+        file.Run(QString("UPDATE TLMT0040 SET ") + customer);
+        file.folder.Write("C1.TXT", "");
+        AddLine(1, 1);
+        AddLine(1, 2, line);
+        Reload();
+        // The first line alone: a row without an answer would stop the run.
+        for (int row = 1; row <= list.RowCount(); ++row)
+            if (list.Row(row).ShpSubNo() == 1)
+                Select({row});
+        list.SetCell(1, ListColumn::LoadedQuantity, list.Row(1).Cell(ListColumn::AnswerQuantity));
+        list.SetCell(list.RowCount(), ListColumn::LoadedQuantity,
+                     list.Row(list.RowCount()).Cell(ListColumn::AnswerQuantity));
+        const auto counts = Make();
+        EXPECT_EQ(boxes.TakeTexts().size(), 1u) << "the summary";
+        EXPECT_EQ(counts.records, answered.isEmpty() ? 0 : 1);
+        EXPECT_EQ(counts.lines, states.count("済-"));
+        EXPECT_EQ(Slots(Records("C1.TXT").value(0)), answered);
+        EXPECT_EQ(Marked(), marked);
+        EXPECT_EQ(States(), states);
+    }
+}
+
+TEST_F(AnswerCreationTest, AFailingOrderEndsTheRun)
+{
+    const QString notMade = "作成できませんでした\r";
+    const QString notUpdated = "更新されませんでした\r";
+    const struct
+    {
+        const char *what;
+        std::function<void()> arrange;
+        FileOp failing;
+        int error;
+        QStringList boxes; ///< how each begins
+        bool isAppended;   ///< the record of the failing order
+    } cases[] = {
+        {"no EIAJ row",
+         [&] { file.Run("DELETE FROM TLEI0010"); },
+         FileOp::Open,
+         0,
+         {"データが存在しません\r", notMade},
+         false},
+        {"file can't be opened",
+         [&] {
+             file.Run("UPDATE TLMT0040 SET NokiInfPath = 'C:\\NONE\\X.TXT' WHERE CustCD = 'C2'");
+         },
+         FileOp::Open,
+         0,
+         {"ｴﾗｰｺｰﾄﾞ：76\r\n", notMade},
+         false},
+        {"disk full", [] {}, FileOp::Sync, ENOSPC, {"ｴﾗｰｺｰﾄﾞ：61\r\n", notMade}, false},
+        {"32 lines",
+         [&] {
+             for (int line = 2; line <= 32; ++line)
+                 AddLine(2, line, "CustCD = 'C2', AnsVal = 1");
+             Reload();
+         },
+         FileOp::Open,
+         0,
+         {"実行時エラー '9':\r\rインデックスが有効範囲にありません。", notMade},
+         false},
+        {"marking fails",
+         [&] {
+             file.Run("CREATE TRIGGER Refuse BEFORE UPDATE OF AnsLimUmu ON TLSP0010 "
+                      "WHEN NEW.AccNo = 2 BEGIN SELECT RAISE(ABORT, 'refused'); END");
+         },
+         FileOp::Open,
+         0,
+         {"ｴﾗｰｺｰﾄﾞ：", notUpdated, notMade},
+         true},
+        {"nothing to mark",
+         [&] { file.Run("UPDATE TLSP0010 SET ShpSts = 2 WHERE AccNo = 2"); },
+         FileOp::Open,
+         0,
+         {"不明なｴﾗｰによりﾃﾞｰﾀﾍﾞｰｽへの更新はｷｬﾝｾﾙされました。", "UPDATE TLSP0010  INNER JOIN",
+          notUpdated, notMade},
+         true},
+        {"the table is gone",
+         [&] { file.Run("ALTER TABLE TLEI0010 RENAME TO Gone"); },
+         FileOp::Open,
+         0,
+         {"ｴﾗｰｺｰﾄﾞ：", notMade},
+         false},
+    };
+    file.Open(db);
+    for (const auto &[what, arrange, failing, error, expected, isAppended] : cases) {
+        SCOPED_TRACE(what);
+        file.Run("DROP TRIGGER IF EXISTS Refuse; DELETE FROM TLSP0010; DELETE FROM TLAC0010;"
+                 "DELETE FROM TLMT0040; DELETE FROM TLEI0010");
+        AddCustomer("C1");
+        AddCustomer("C2");
+        AddOrder(1, "C1");
+        AddLine(1, 1);
+        AddOrder(3, "C1");
+        AddLine(3, 1);
+        AddOrder(2, "C2", 100, true);
+        AddLine(2, 1);
+        file.folder.Write("C1.TXT", "");
+        file.folder.Write("C2.TXT", "");
+        Reload();
+        arrange();
+        SelectAll();
+        SetFileFault([failing = failing, error = error](FileOp op, const QString &path) {
+            return op == failing && path == "C:\\C2.TXT" ? error : 0;
+        });
+        const auto counts = Make();
+        SetFileFault({});
+
+        const auto texts = boxes.TakeTexts();
+        ASSERT_EQ(texts.size(), size_t(expected.size())) << texts.front().toStdString();
+        for (qsizetype at = 0; at < expected.size(); ++at)
+            EXPECT_TRUE(texts[size_t(at)].startsWith(expected[at]))
+                << texts[size_t(at)].toStdString();
+        EXPECT_EQ(Orders("C1.TXT"), "PO-1") << "before the failing order, not after it";
+        EXPECT_EQ(Orders("C2.TXT"), isAppended ? "PO-2" : "");
+        EXPECT_EQ(Marked(), "1|1");
+        EXPECT_EQ(States(), "済-" + QString(" --").repeated(list.RowCount() - 1));
+        EXPECT_EQ(counts.records, 1);
+        EXPECT_EQ(status.last(), "");
+        EXPECT_TRUE(grid.Redraw());
+        EXPECT_TRUE(db.BeginTrans() && db.Rollback()) << "no transaction is left open";
+    }
+}
+
+TEST_F(AnswerCreationTest, AnOrderOfWhichTheRecordWasNotMarkedIsAnsweredAsNew)
+{
+    AddCustomer("C1");
+    AddOrder(1, "C1");
+    AddLine(1, 1);
+    Load();
+    SelectAll();
+    file.Run("CREATE TRIGGER Refuse BEFORE UPDATE OF AnsLimUmu ON TLSP0010 "
+             "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    Make();
+    file.Run("DROP TRIGGER Refuse");
+    Make();
+    Make();
+    QByteArray kinds;
+    for (const QByteArray &record : Records("C1.TXT"))
+        kinds += record.left(5) + record.mid(89, 1) + ' ';
+    EXPECT_EQ(kinds, "000011 000021 000032 ");
+}
+
+TEST_F(AnswerCreationTest, FullRecords)
+{
+    AddCustomer("C1");
+    AddOrder(1, "C1");
+    for (int line = 1; line <= 31; ++line)
+        AddLine(1, line, QString("AnsVal = %1, IndVal = %2").arg(line / 10.0).arg(100 - line));
+    file.folder.Write("C1.TXT", QByteArray("99999").leftJustified(1236, 'x') + "\r\n");
+    Load();
+    SelectAll();
+    EXPECT_EQ(Make().lines, 31);
+    ExpectedRecord expected;
+    expected.At(1, "000000702261124VANC1       SIDEC1              PO-1")
+        .At(90, "1    000000100000")
+        .At(114, "1")
+        .At(139, "OWN");
+    for (int line = 1; line <= 31; ++line)
+        expected.Slot(line, "261201P" + QByteArray::number(line).leftJustified(7) + "261202"
+                                + QByteArray::number(line * 100).rightJustified(12, '0') + '2');
+    ExpectSameBytes(Records("C1.TXT").last(), expected.Short());
+}
+
+TEST_F(AnswerCreationTest, NothingIsMadeOfWhatCannotBeSaved)
+{
+    AddCustomer("C1");
+    AddOrder(1, "C1");
+    AddLine(1, 1);
+    Load();
+    SelectAll();
+    file.Run("DELETE FROM TLSP0010");
+    const auto counts = Make();
+    EXPECT_EQ(boxes.TakeTexts(),
+              (std::vector<QString>{"データが存在しません\r", "登録されませんでした\r注文№ PO-1"}));
+    EXPECT_FALSE(files.FileExists("C:\\C1.TXT"));
+    EXPECT_EQ(counts.participants, 1);
+    EXPECT_EQ(States(), "--");
+    EXPECT_TRUE(grid.Redraw());
+    EXPECT_EQ(status.last(), "");
+}
+
+TEST_F(AnswerCreationTest, NullsAndRowsThatAreSkipped)
+{
+    AddCustomer("C1", "VanCD = NULL, HenpVerPath = NULL");
+    AddOrder(1, "C1");
+    AddLine(1, 1, "OdrNo = NULL, CustSecName = NULL, PayNo = NULL, AnsLimDate = NULL, Unit = NULL");
+    AddOrder(2, "C1");
+    AddLine(2, 1);
+    Load();
+    SelectAll();
+    list.SetCell(2, ListColumn::Skipped, "x");
+    EXPECT_EQ(Make().records, 1);
+    ExpectedRecord expected;
+    expected.At(1, "000010702261124")
+        .At(90, "1    000000100000")
+        .At(114, "1")
+        .At(139, "OWN")
+        .Slot(1, "261201        9999990000000100002")
+        .WideReserves();
+    ExpectSameBytes(Records("C1.TXT").value(0), expected.bytes);
+    EXPECT_EQ(States(), "済- --");
+}

@@ -1,0 +1,236 @@
+#include "output/AnswerFile.h"
+
+#include "output/OutputFiles.h"
+#include "support/QtPrinters.h"
+#include "support/ScriptedBoxes.h"
+#include "support/TestFolder.h"
+
+#include <QFile>
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int Short = 1236;
+constexpr int Long = 1350;
+
+QByteArray Line(const QByteArray &number, int length)
+{
+    return number.leftJustified(length, 'x') + "\r\n";
+}
+
+class AnswerFileTest : public testing::Test
+{
+protected:
+    const TestFolder folder;
+    const Files files = folder.OnDriveC();
+    OutputFiles output{files};
+    ScriptedBoxes boxes;
+};
+
+} // namespace
+
+TEST_F(AnswerFileTest, NumberOfTheLastRecord)
+{
+    const struct
+    {
+        QByteArray content;
+        int length;
+        int number;
+    } cases[] = {
+        {"", Short, 0},
+        {Line("00001", Short), Short, 1},
+        {Line("00040", Short) + Line("00041", Short), Short, 41},
+        {Line("99998", Short) + Line("99999", Short), Short, 99999},
+        {Line("00000", Short), Short, 0},
+        {Line("12 45", Short), Short, 12}, // leading digits
+        {Line("x0041", Short), Short, 0},
+        {"00041", Short, 41}, // shorter than a record: read from its start
+        {Line("00041", Short - 1), Short, 41},
+        {Line("00041", Long), Long, 0}, // the long layout never counts
+        {Line("00041", Short), Long, 0},
+    };
+    for (const auto &[content, length, number] : cases) {
+        folder.Write("A.TXT", content);
+        EXPECT_EQ(NextRecordSeqNo(files, " C:\\A.TXT ", length), number)
+            << content.size() << ' ' << content.left(5).constData();
+    }
+    EXPECT_EQ(NextRecordSeqNo(files, "C:\\NONE.TXT", Short), 0);
+    EXPECT_EQ(NextRecordSeqNo(files, "C:\\NONE\\A.TXT", Short), 0);
+    EXPECT_FALSE(files.FileExists("C:\\NONE.TXT"));
+    EXPECT_TRUE(boxes.Shown().empty()) << "the read-back complains of nothing";
+}
+
+TEST_F(AnswerFileTest, LineBreaksBecomeBlanks)
+{
+    const struct
+    {
+        QByteArray line;
+        QByteArray replacement;
+        QByteArray result;
+    } cases[] = {
+        {"A\r\nB\rC\nD", "", "A  B C D"},
+        {"A\r\nB", "   ", "A  B"},
+        {"A\r\nB", "*+", "A**B"},
+        {"A\r\nB", " +", "A  B"}, // the first byte is a blank
+        {"A\nB", "\t", "A\tB"},   // a tab is no blank
+        {"A\tB", "*", "A\tB"},
+        {"\x8d\n\x8e\x91", "", "\x8d \x8e\x91"}, // half a character, then a line break
+        {"", "", ""},
+    };
+    for (const auto &[line, replacement, result] : cases)
+        EXPECT_EQ(BlankLineBreaks(line, replacement), result) << line.constData();
+}
+
+TEST_F(AnswerFileTest, LinesAreAddedToTheEnd)
+{
+    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "first"));
+    EXPECT_TRUE(AppendAnswerLine(output, " C:\\A.TXT ", "second"));
+    EXPECT_EQ(folder.Read("A.TXT"), "first\r\nsecond\r\n");
+    folder.Write("A.TXT", "no line end");
+    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", ""));
+    EXPECT_EQ(folder.Read("A.TXT"), "no line end\r\n");
+    EXPECT_TRUE(boxes.Shown().empty());
+}
+
+TEST_F(AnswerFileTest, EveryLineIsOnTheDiskBeforeTheFileIsClosed)
+{
+    std::vector<FileOp> operations;
+    SetFileFault([&](FileOp op, const QString &) {
+        operations.push_back(op);
+        return 0;
+    });
+    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "first"));
+    SetFileFault({});
+    EXPECT_EQ(operations, (std::vector{FileOp::Open, FileOp::Write, FileOp::Sync}));
+}
+
+TEST_F(AnswerFileTest, WhatFailsIsShownAndLeavesTheFileAlone)
+{
+    const struct
+    {
+        FileOp op;
+        int error;
+        const char *path;
+        const char *box;
+    } cases[] = {
+        {FileOp::Write, ENOSPC, "C:\\A.TXT",
+         "ｴﾗｰｺｰﾄﾞ：61\r\nｴﾗｰ内容：ディスクの空き容量が不足しています。\r\nﾌｧｲﾙ名：C:\\A.TXT"},
+        {FileOp::Sync, ENOSPC, "C:\\A.TXT",
+         "ｴﾗｰｺｰﾄﾞ：61\r\nｴﾗｰ内容：ディスクの空き容量が不足しています。\r\nﾌｧｲﾙ名：C:\\A.TXT"},
+        {FileOp::Open, EACCES, " C:\\A.TXT ",
+         "ｴﾗｰｺｰﾄﾞ：75\r\nｴﾗｰ内容：パス名が無効です。\r\nﾌｧｲﾙ名：C:\\A.TXT"},
+        {FileOp::Open, 0, "C:\\NONE\\A.TXT",
+         "ｴﾗｰｺｰﾄﾞ：76\r\nｴﾗｰ内容：パスが見つかりません。\r\nﾌｧｲﾙ名：C:\\NONE\\A.TXT"},
+    };
+    folder.Write("A.TXT", "first\r\n");
+    for (const auto &[op, error, path, box] : cases) {
+        SetFileFault([op = op, error = error](FileOp asked, const QString &) {
+            return asked == op ? error : 0;
+        });
+        EXPECT_FALSE(AppendAnswerLine(output, path, "second")) << path;
+        SetFileFault({});
+        ASSERT_EQ(boxes.Shown().size(), 1u);
+        EXPECT_EQ(boxes.Shown()[0].title, "ﾌｧｲﾙｵ-ﾌﾟﾝｴﾗｰ");
+        EXPECT_EQ(boxes.Shown()[0].style, 16 + 4096);
+        EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{box});
+        EXPECT_EQ(folder.Read("A.TXT"), "first\r\n");
+    }
+    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "second")) << "no lock is left behind";
+}
+
+TEST_F(AnswerFileTest, AFileThatAnotherProgramHolds)
+{
+    folder.Write("A.TXT", "first\r\n");
+    const QByteArray path = QFile::encodeName(folder.Path("A.TXT"));
+    int ready[2] = {};
+    int done[2] = {};
+    ASSERT_EQ(::pipe(ready) + ::pipe(done), 0);
+    const pid_t other = ::fork();
+    if (other == 0) {
+        const int file = ::open(path, O_RDWR);
+        char byte = ::flock(file, LOCK_EX) == 0 ? 'y' : 'n';
+        const bool isTold = ::write(ready[1], &byte, 1) == 1 && ::read(done[0], &byte, 1) == 1;
+        ::_exit(isTold ? 0 : 1);
+    }
+    char byte = 0;
+    ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+    ASSERT_EQ(byte, 'y');
+    EXPECT_FALSE(AppendAnswerLine(output, "C:\\A.TXT", "second"));
+    EXPECT_EQ(
+        boxes.TakeTexts(),
+        std::vector<QString>{"ｴﾗｰｺｰﾄﾞ：70\r\nｴﾗｰ内容：書き込みできません。\r\nﾌｧｲﾙ名：C:\\A.TXT"});
+    EXPECT_EQ(folder.Read("A.TXT"), "first\r\n");
+    ASSERT_EQ(::write(done[1], &byte, 1), 1);
+    ASSERT_EQ(::waitpid(other, nullptr, 0), other);
+    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "second"));
+    EXPECT_EQ(folder.Read("A.TXT"), "first\r\nsecond\r\n");
+    for (const int end : {ready[0], ready[1], done[0], done[1]})
+        ::close(end);
+}
+
+TEST_F(AnswerFileTest, ModesAndAccessesOfNumberedFiles)
+{
+    const struct
+    {
+        int mode;
+        int access;
+        bool opensMissing;
+        QByteArray content; ///< of a file "old" after "new" was appended; null: not opened
+    } cases[] = {
+        {OutputFiles::Append, 0, true, "oldnew"}, {OutputFiles::Append, 9, true, "oldnew"},
+        {OutputFiles::Binary, 0, false, "old"},   {OutputFiles::Binary, 1, true, "oldnew"},
+        {OutputFiles::Binary, 2, true, "oldnew"}, {OutputFiles::Binary, 3, false, {}},
+        {OutputFiles::Binary, -1, false, {}},     {OutputFiles::Input, 1, false, "old"},
+        {OutputFiles::Output, 0, true, "new"},    {OutputFiles::Random, 0, false, "old"},
+        {OutputFiles::Random, 1, true, "oldnew"}, {OutputFiles::Random, 2, true, "oldnew"},
+        {OutputFiles::Random, 3, false, {}},
+    };
+    for (const auto &[mode, access, opensMissing, content] : cases) {
+        SCOPED_TRACE(testing::Message() << "mode " << mode << " access " << access);
+        QFile::remove(folder.Path("A.TXT"));
+        const int created = output.OpenFileNo("C:\\A.TXT", mode, access, false, 10);
+        EXPECT_EQ(created, opensMissing ? 1 : 0);
+        EXPECT_EQ(QFile::exists(folder.Path("A.TXT")), opensMissing);
+        output.CloseFileNo(created);
+        EXPECT_EQ(boxes.TakeTexts().size(), opensMissing || content.isNull() ? 0u : 1u);
+
+        folder.Write("A.TXT", "old");
+        const int fileNo = output.OpenFileNo("C:\\A.TXT", mode, access, true, 10);
+        EXPECT_EQ(fileNo, content.isNull() ? 0 : 1);
+        EXPECT_EQ(output.File(fileNo) != nullptr, !content.isNull());
+        if (OpenFile *file = output.File(fileNo)) {
+            file->Append("new");
+            EXPECT_EQ(folder.Read("A.TXT"), content);
+            // What the lock is for: whoever wants to do the same has to wait.
+            EXPECT_EQ(output.OpenFileNo("C:\\A.TXT", mode, access, true, 10), 0);
+            EXPECT_EQ(boxes.TakeTexts().size(), 1u);
+        }
+        EXPECT_TRUE(output.CloseFileNo(fileNo));
+        EXPECT_TRUE(boxes.Shown().empty());
+    }
+}
+
+TEST_F(AnswerFileTest, NumbersOfOpenFiles)
+{
+    const auto open = [&](const QString &name) {
+        return output.OpenFileNo("C:\\" + name, OutputFiles::Output, 0, false);
+    };
+    EXPECT_EQ(open("A.TXT"), 1);
+    EXPECT_EQ(open("B.TXT"), 2);
+    EXPECT_EQ(open("C.TXT"), 3);
+    EXPECT_TRUE(output.CloseFileNo(2));
+    EXPECT_EQ(output.File(2), nullptr);
+    for (const int unknownMode : {-1, 5})
+        EXPECT_EQ(output.OpenFileNo("C:\\D.TXT", unknownMode, 0, false), 2);
+    EXPECT_FALSE(files.FileExists("C:\\D.TXT"));
+    EXPECT_EQ(open("D.TXT"), 2) << "the lowest free number";
+    EXPECT_EQ(open("E.TXT"), 4);
+    for (const int unknown : {0, 5, 2, 2})
+        EXPECT_TRUE(output.CloseFileNo(unknown));
+    EXPECT_NE(output.File(1), nullptr);
+    EXPECT_TRUE(boxes.Shown().empty());
+}
