@@ -1,0 +1,159 @@
+#include "app/Main.h"
+#include "app/ProgramFolder.h"
+#include "grid/SpreadGrid.h"
+#include "platform/System.h"
+#include "support/Operator.h"
+#include "support/QtPrinters.h"
+#include "support/ScriptedBoxes.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <cerrno>
+
+namespace {
+
+class MainTest : public testing::Test
+{
+protected:
+    MainTest()
+    {
+        file.folder.Write("TALVEN.INI", "[DRIVES]\r\nC=" + file.folder.Path().toUtf8() + "\r\n");
+        file.Insert("TLMT0010", {{"CoCD", "CO"}, {"DefCustCD", "C1"}});
+        file.Insert("TLMT0040", {{"CustCD", "C1"},
+                                 {"CustName", "顧客一"},
+                                 {"LinKBN", 1},
+                                 {"NokiInfKBN", 1},
+                                 {"NokiInfPath", "C:\\OUT\\C1.TXT"}});
+        file.Insert("TLAC0010", {{"AccNo", 1}, {"CustCD", "C1"}, {"ZanVal", 10}});
+        file.Insert("TLSP0010", {{"AccNo", 1},
+                                 {"AccSubNo", 1},
+                                 {"ShpSubNo", 1},
+                                 {"CustCD", "C1"},
+                                 {"OdrNo", "PO-1"},
+                                 {"LimDate", "20261201"},
+                                 {"AnsLimDate", "20261202"},
+                                 {"AnsVal", 10},
+                                 {"DenKBN", 2},
+                                 {"ShpSts", 1}});
+    }
+    ~MainTest() override { SetFileFault({}); }
+
+    /// Runs the program with the operator at its windows.
+    void Run()
+    {
+        hands.Start();
+        Main(file.folder.Path());
+        EXPECT_EQ(hands.Failure(), "");
+        EXPECT_TRUE(hands.IsDone());
+        // Nobody holds the database any more.
+        SetLockTimeout(file.Other(), 0);
+        EXPECT_NO_THROW(file.Run("BEGIN EXCLUSIVE; ROLLBACK"));
+    }
+
+    void EndSearch()
+    {
+        hands.At("SC030010", "exit", [this] { hands.Click("cmdExit"); });
+    }
+
+    static int ListRows()
+    {
+        const auto *grid = Operator::Front({})->findChild<SpreadGrid *>("spdList");
+        return grid && grid->Redraw() ? grid->RowCount() : 0;
+    }
+
+    ScriptedBoxes boxes;
+    const Machine machine;
+    TestDatabase file;
+    Operator hands;
+};
+
+} // namespace
+
+TEST_F(MainTest, ExitEndsTheProgram)
+{
+    hands.At("SC030010", "search screen", [this] {
+        EXPECT_EQ(hands.Find<QLineEdit>("txtCustCD")->text(), "C1");
+        EXPECT_EQ(hands.Find<QLineEdit>("txtCustName")->text(), "顧客一");
+        hands.Click("cmdExit");
+    });
+    Run();
+    EXPECT_TRUE(QFile::exists(file.folder.Path("OUT"))) << "made by the check at start-up";
+}
+
+TEST_F(MainTest, SearchAndListTakeTurnsAndAnswersAreMade)
+{
+    hands.At("SC030010", "conditions", [this] {
+        hands.Type("txtOdrNo", "PO");
+        hands.Click("cmdList");
+    });
+    hands.Then(
+        "list", [] { return Operator::Front("SC030110") && ListRows() == 1; },
+        [this] {
+            hands.ClickRow("spdList", 1);
+            hands.Click("cmdMake");
+            EXPECT_EQ(boxes.Shown().size(), 1u);
+            hands.Click("cmdExit");
+        });
+    hands.At("SC030010", "conditions kept", [this] {
+        EXPECT_EQ(hands.Find<QLineEdit>("txtOdrNo")->text(), "PO");
+        EXPECT_EQ(hands.Find<QLineEdit>("txtCustCD")->text(), "C1");
+        hands.Type("txtOdrNo", "X");
+        hands.Click("cmdList");
+    });
+    hands.At("SC030010", "no lines, so search again", [this] {
+        EXPECT_EQ(hands.Find<QLineEdit>("txtOdrNo")->text(), "X");
+        hands.Type("txtOdrNo", "");
+        hands.Click("cmdList");
+    });
+    hands.Then(
+        "list anew", [] { return Operator::Front("SC030110") && ListRows() == 1; },
+        [this] { hands.Front({})->close(); });
+    EndSearch();
+    Run();
+    const auto texts = boxes.TakeTexts();
+    ASSERT_EQ(texts.size(), 2u);
+    EXPECT_TRUE(texts[0].startsWith("納期回答作成処理が終了しました"));
+    EXPECT_EQ(texts[1], "データが存在しません\r");
+    EXPECT_EQ(file.folder.Read("OUT/C1.TXT").size(), 1352);
+    EXPECT_EQ(file.Rows("SELECT AnsLimUmu, UpdPGName FROM TLSP0010"), "3|TL030101");
+}
+
+TEST_F(MainTest, ARowInErrorIsShownInTheListAndNothingIsMade)
+{
+    file.Run("UPDATE TLSP0010 SET AnsVal = 10.001");
+    hands.At("SC030010", "conditions", [this] { hands.Click("cmdList"); });
+    hands.Then(
+        "list", [] { return Operator::Front("SC030110") && ListRows() == 1; },
+        [this] {
+            hands.ClickRow("spdList", 1);
+            hands.Click("cmdMake");
+            const auto *status = hands.Find<QLabel>("MSG");
+            EXPECT_EQ(status->text(), "回答数量合計が、注残数を超えています");
+            hands.Click("cmdExit");
+        });
+    EndSearch();
+    Run();
+    EXPECT_TRUE(boxes.Shown().empty());
+    EXPECT_FALSE(QFile::exists(file.folder.Path("OUT/C1.TXT")));
+    EXPECT_EQ(file.Rows("SELECT AnsLimUmu, UpdPGName FROM TLSP0010"), "0|");
+}
+
+TEST_F(MainTest, AFolderThatCannotBeWrittenEndsTheProgram)
+{
+    SetFileFault([](FileOp op, const QString &) { return op == FileOp::Open ? EACCES : 0; });
+    Run(); // without a window
+    EXPECT_EQ(boxes.TakeTexts(),
+              std::vector<QString>{"ファイルの書き込みが出来ません。\r\n"
+                                   "出力フォルダの設定、属性を確認してください。"
+                                   "\r\n\r\n得意先コード：C1\r\n得意先名　　：顧客一\r\n"
+                                   "情報種名　　：納期回答情報\r\n出力パス　　：C:\\OUT\\C1.TXT"});
+}
+
+TEST_F(MainTest, ASecondCopyEndsAtOnce)
+{
+    const PreviousInstance running("TL030101");
+    ASSERT_TRUE(running.IsFirst());
+    Run();
+    EXPECT_TRUE(boxes.Shown().empty());
+    EXPECT_FALSE(QFile::exists(file.folder.Path("OUT"))) << "it does not even look around";
+}

@@ -1,0 +1,170 @@
+#include "app/Main.h"
+#include "app/ProgramFolder.h"
+#include "support/QtPrinters.h"
+#include "support/ScriptedBoxes.h"
+
+#include <functional>
+
+namespace {
+
+class StartUpTest : public testing::Test
+{
+protected:
+    StartUpTest() { file.Insert("TLMT0010", {{"CoCD", "CO"}, {"DefCustCD", "C1"}}); }
+
+    /// Starts in the folder of the database.
+    bool Start() { return InitApp(state, file.folder.Path()); }
+
+    ScriptedBoxes boxes;
+    const Machine machine;
+    TestDatabase file;
+    ProgramState state;
+};
+
+} // namespace
+
+TEST_F(StartUpTest, WhereTheDatabaseIsLookedFor)
+{
+    const TestFolder other;
+    const QString here = file.folder.Path();
+    ASSERT_TRUE(QFile::copy(file.LocalPath(), other.Path("TLDB0010.MDB")));
+    const QString there = other.Path();
+    const QString none = machine.program.Path("none");
+    const struct
+    {
+        const char *what;
+        QString programIni; ///< null: no such file
+        QString windowsIni;
+        bool isInProgramFolder; ///< the database
+        QString dbPath;         ///< empty: the program ends
+        bool isProgramIni = true;
+    } cases[] = {
+        {"nothing at all", {}, {}, false, "", false},
+        {"version 4.1 first", "DBPATH_V4.1=" + here + "\nDBPATH=" + there, {}, false, here},
+        {"the second key", "DBPATH=" + there, {}, false, there},
+        {"blank first key", "DBPATH_V4.1=\nDBPATH=" + there, {}, false, there},
+        {"no database there", "DBPATH_V4.1=" + none + "\nDBPATH=" + there, {}, false, there},
+        {"nowhere", "DBPATH_V4.1=" + none + "\nDBPATH=" + none, {}, false, ""},
+        {"both empty", "DBPATH_V4.1=\nDBPATH=", {}, false, ""},
+        {"trailing backslash", "DBPATH_V4.1=" + here + "\\", {}, false, here},
+        {"and on the second", "DBPATH=" + here + "\\", {}, false, here},
+        {"a drive", "DBPATH=C:\\\n[DRIVES]\nC=" + here, {}, false, "C:"},
+        {"a folder of a drive",
+         "DBPATH_V4.1=c:\\db\\\n[DRIVES]\nC=" + machine.windows.Path(),
+         {},
+         false,
+         ""},
+        {"Windows directory", {}, "DBPATH=" + there, false, there, false},
+        {"the own file wins", "DBPATH=" + here, "DBPATH=" + there, false, here},
+        {"even without the keys", "", "DBPATH=" + there, false, ""},
+        {"database in the own folder", "DBPATH_V4.1=" + there, {}, true, "own"},
+        {"without settings", {}, {}, true, "own", false},
+    };
+    for (const auto &[what, programIni, windowsIni, isInProgramFolder, dbPath, isProgramIni] :
+         cases) {
+        SCOPED_TRACE(what);
+        for (const auto &[folder, ini] :
+             {std::pair(&machine.program, programIni), {&machine.windows, windowsIni}}) {
+            QFile::remove(folder->Path("TALVEN.INI"));
+            if (!ini.isNull())
+                folder->Write("TALVEN.INI", ("[PATH]\n" + ini).toUtf8());
+        }
+        const QString ownDatabase = machine.program.Path("TLDB0010.MDB");
+        QFile::remove(ownDatabase);
+        ASSERT_TRUE(!isInProgramFolder || QFile::copy(file.LocalPath(), ownDatabase));
+        ProgramState started;
+        EXPECT_EQ(InitApp(started, machine.program.Path()), !dbPath.isEmpty());
+        EXPECT_EQ(started.db.IsOpen(), !dbPath.isEmpty());
+        EXPECT_EQ(started.dbPath, dbPath == "own" ? machine.program.Path() : dbPath);
+        EXPECT_EQ(started.iniDir, isProgramIni ? machine.program.Path() : machine.windows.Path());
+    }
+    EXPECT_TRUE(boxes.Shown().empty()) << "a search that fails does so silently";
+}
+
+TEST_F(StartUpTest, ADatabaseThatCannotBeUsed)
+{
+    const auto overwrite = [this](const QByteArray &bytes) {
+        return [=, this] { file.folder.Write("TLDB0010.MDB", bytes); };
+    };
+    const auto property = [this](const char *name, const char *value) {
+        return [=, this] { file.Other().SetProperty(name, value); };
+    };
+    const QString tooOld = "データベースが以前のバージョンのため\r処理を続行できません。\r\r"
+                           "データコンバートで最新のバージョンにするか、\r"
+                           "データベースを復元するかをして下さい。";
+    const struct
+    {
+        const char *what;
+        std::function<void()> arrange;
+        QString box; ///< how it begins
+        const char *title;
+        int style;
+    } cases[] = {
+        {"company row", [this] { file.Run("DELETE FROM TLMT0010"); },
+         "ｼｽﾃﾑ管理ﾏｽﾀに会社情報が登録されていないため、\r処理を続行できません。\r\r"
+         "ｼｽﾃﾑ管理ﾏｽﾀﾒﾝﾃﾅﾝｽで会社情報を登録してください。",
+         "初期設定エラー", 64},
+        {"old format", property("AccessVersion", "07.90"), tooOld, "初期設定エラー", 64},
+        {"password", property("PasswordHash", "other"), "ｴﾗｰｺｰﾄﾞ：3031\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ",
+         4112},
+        {"old engine",
+         overwrite(QByteArray("\0\1\0\0Standard Jet DB\0", 20) + QByteArray(4096, 'x')),
+         "ｴﾗｰｺｰﾄﾞ：3343\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ", 4112},
+        {"no database", overwrite(QByteArray(4096, 'x')), "ｴﾗｰｺｰﾄﾞ：3049\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ",
+         4112},
+    };
+    for (const auto &[what, arrange, box, title, style] : cases) {
+        SCOPED_TRACE(what);
+        arrange();
+        EXPECT_FALSE(Start());
+        EXPECT_FALSE(state.db.IsOpen());
+        ASSERT_EQ(boxes.Shown().size(), 1u);
+        EXPECT_TRUE(boxes.Shown()[0].text.startsWith(box)) << boxes.Shown()[0].text.toStdString();
+        EXPECT_EQ(boxes.Shown()[0].title, title);
+        EXPECT_EQ(boxes.Shown()[0].style, style);
+        boxes.TakeTexts();
+    }
+}
+
+TEST_F(StartUpTest, ALockedDatabaseIsWaitedForAndThenReported)
+{
+    file.Run("BEGIN EXCLUSIVE");
+    EXPECT_FALSE(Start());
+    EXPECT_FALSE(state.db.IsOpen());
+    ASSERT_EQ(boxes.Shown().size(), 1u);
+    EXPECT_TRUE(boxes.Shown()[0].text.startsWith("ｴﾗｰｺｰﾄﾞ：3260\r\n"));
+    boxes.TakeTexts();
+    file.Run("ROLLBACK");
+    EXPECT_TRUE(Start());
+    EXPECT_TRUE(EndApp(state));
+    EXPECT_FALSE(state.db.IsOpen());
+    EXPECT_TRUE(boxes.Shown().empty());
+}
+
+TEST_F(StartUpTest, SearchBeginsWithTheDefaultCustomer)
+{
+    const struct
+    {
+        const char *customer; ///< of the company row
+        const char *code;
+        const char *name;
+    } cases[] = {{"C'1  ", "C'1", "顧客　一"}, {"C2", "C2", ""}, {"C3", "C3", ""}, {"", "", ""}};
+    file.Insert("TLMT0040", {{"CustCD", "C'1"}, {"CustName", " 顧客　一 "}});
+    file.Insert("TLMT0040", {{"CustCD", "C2"}, {"CustName", "deleted"}, {"DpoFlg", 1}});
+    for (const auto &[customer, code, name] : cases) {
+        file.Run("UPDATE TLMT0010 SET DefCustCD = '" + SqlText(customer) + "  '");
+        state.conditions.orderNo = "left over";
+        state.conditions.dateBasis = "ACCDATE";
+        ASSERT_TRUE(Start());
+        SetSearchDefaults(state);
+        EXPECT_EQ(state.conditions.customerCode, code);
+        EXPECT_EQ(state.conditions.customerName, name);
+        EXPECT_EQ(state.conditions.orderNo, "");
+        EXPECT_EQ(state.conditions.dateBasis, "SHPDATE");
+        EXPECT_EQ(state.conditions.sortKeys,
+                  (std::array<QString, 6>{"ACCHINCD", "ODRNO", "MFACTNO", "LIMDATE", "SHPDATE",
+                                          "CUSTSECCD"}));
+        EndApp(state);
+    }
+    EXPECT_TRUE(boxes.Shown().empty());
+}
