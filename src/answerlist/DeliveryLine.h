@@ -49,7 +49,7 @@ QString BuildUpdateSql(const LineKey &key, const LineAnswer &answer, const Write
 QString BuildInsertSql(const Recordset &source, int shpSubNo, const QString &payKeyNo,
                        const LineAnswer &answer, const WriteStamp &stamp);
 
-/// The day to ship for an answered date (shown or stored form): less the transport days of the
+/// The day to ship for an answered date (shown or typed form): less the transport days of the
 /// destination, or the date itself when there are none on record. Stored form; empty for no date;
 /// nothing after a database error, which has been shown.
 std::optional<QString> ShipDate(bDAO &db, const QString &answeredDate, const QString &customer,

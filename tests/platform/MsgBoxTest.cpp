@@ -8,6 +8,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QLabel>
 #include <QMessageBox>
 #include <QTest>
@@ -149,7 +150,7 @@ TEST(InputBox, GivesTheTypedTextOrNothing)
         const WhenShown<QInputDialog> type("InputBox", [key](QInputDialog &box) {
             EXPECT_EQ(box.windowTitle(), "納期設定");
             EXPECT_EQ(box.labelText(), "一行目\n二行目");
-            QTest::keyClicks(QApplication::focusWidget(), "970528");
+            QTest::keyClicks(box.findChild<QLineEdit *>(), "970528");
             QTest::keyClick(&box, key);
         });
         EXPECT_EQ(InputBox("一行目\r二行目", "納期設定"), key == Qt::Key_Return ? "970528" : "");
