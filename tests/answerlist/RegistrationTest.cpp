@@ -112,7 +112,7 @@ TEST_F(RegistrationTest, TheShipDateIsTheTransportDaysEarlier)
         {"no date keeps what is stored", "",
          "AnsLimDate = '20260601', ShpDate = '20260401', ArvExpDate = '20260404'",
          "|20260401|20260404|2"},
-        {"no date as specified", "", "AnsLimDate = '20260601', LimDate = ''", "|||1"},
+        {"no date, and none asked for", "", "AnsLimDate = '20260601', LimDate = ''", "|||1"},
         {"shipped meanwhile", "260602", "ShpDate = '20260401', ArvExpDate = '20260404'",
          "20260602|20260401|20260404|2"},
     };
