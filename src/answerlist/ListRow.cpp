@@ -51,7 +51,7 @@ bool IsSameDate(QStringView a, QStringView b)
 class RowWriter
 {
 public:
-    RowWriter() { m_text.reserve(320); }
+    RowWriter() { m_text.reserve(256); }
 
     RowWriter &Cell()
     {
