@@ -1,8 +1,5 @@
 #include "grid/SpreadGrid.h"
 
-#include <QApplication>
-#include <QClipboard>
-#include <QFocusEvent>
 #include <QHeaderView>
 #include <QPainter>
 #include <QStyledItemDelegate>
