@@ -17,6 +17,15 @@ QString Quoted(const QString &text)
     return '\'' + SqlText(text) + '\'';
 }
 
+/// The column of the delivery lines; null for one that only other programs know.
+const ColumnDefinition *FindColumn(const QString &name)
+{
+    for (const ColumnDefinition &column : FindTable("TLSP0010")->columns)
+        if (name.compare(QLatin1String(column.name), Qt::CaseInsensitive) == 0)
+            return &column;
+    return nullptr;
+}
+
 } // namespace
 
 WriteStamp WriteStamp::Now()
@@ -65,13 +74,18 @@ QString BuildInsertSql(const Recordset &source, int shpSubNo, const QString &pay
         {"UpdTime", stamp.time},
     };
     QStringList values;
-    for (const ColumnDefinition &column : FindTable("TLSP0010")->columns) {
-        const QString name = column.name;
-        const QString value = anew.contains(name) ? anew[name] : source.Text(name);
-        if (column.IsText())
-            values += Quoted(value);
+    for (int field = 0; field < source.FieldCount(); ++field) {
+        const ColumnDefinition *column = FindColumn(source.FieldName(field));
+        if (!column) {
+            values += source.SqlLiteral(field);
+            continue;
+        }
+        const auto value = anew.constFind(column->name);
+        const QString text = value == anew.cend() ? source.Text(field) : *value;
+        if (column->IsText())
+            values += Quoted(text);
         else
-            values += value.isEmpty() ? QString("0") : value;
+            values += text.isEmpty() ? QString("0") : text;
     }
     return "INSERT INTO TLSP0010 VALUES (" + values.join(',') + ");";
 }

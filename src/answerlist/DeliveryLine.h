@@ -43,9 +43,10 @@ QString BuildLineSql(const LineKey &key);
 
 QString BuildUpdateSql(const LineKey &key, const LineAnswer &answer, const WriteStamp &stamp);
 
-/// The statement that stores a split line: every column of the table in its order. `source` is at
-/// the line that it was split from; its columns are taken over except those of the answer, the
-/// stamps, the shipment sub-number, the pay key and the state of a new, open line.
+/// The statement that stores a split line: every column of the table in the file's own order.
+/// `source` is at the line that it was split from, with all its columns; they are taken over, those
+/// that only other programs know among them, except those of the answer, the stamps, the shipment
+/// sub-number, the pay key and the state of a new, open line.
 QString BuildInsertSql(const Recordset &source, int shpSubNo, const QString &payKeyNo,
                        const LineAnswer &answer, const WriteStamp &stamp);
 

@@ -95,6 +95,30 @@ TEST_F(DeliveryLineTest, AnInsertGivesEveryColumn)
                     .startsWith("INSERT INTO TLSP0010 VALUES (7,2,2,'KEY0001',0,'P''O',"));
 }
 
+TEST_F(DeliveryLineTest, AnInsertFollowsTheColumnsOfTheFile)
+{
+    // Columns in an order of their own, and some that only another program knows.
+    const QString columns = file.Rows("SELECT group_concat(name) FROM (SELECT name FROM "
+                                      "pragma_table_info('TLSP0010') ORDER BY name DESC)");
+    file.Run("CREATE TABLE Other AS SELECT " + columns
+             + " FROM TLSP0010; DROP TABLE TLSP0010; ALTER TABLE Other RENAME TO TLSP0010;"
+               "ALTER TABLE TLSP0010 ADD COLUMN LabelNo TEXT;"
+               "ALTER TABLE TLSP0010 ADD COLUMN Weight REAL;"
+               "ALTER TABLE TLSP0010 ADD COLUMN Boxes INTEGER;"
+               "ALTER TABLE TLSP0010 ADD COLUMN Seal BLOB;"
+               "INSERT INTO TLSP0010 (AccNo, AccSubNo, ShpSubNo, DpoFlg, OdrNo, LabelNo, Weight, "
+               "Seal) VALUES (7, 2, 1, 0, 'PO-7', 'L''1|2 ', 0.30000000000000004, x'00FF')");
+    const auto source = db.OpenRS(BuildLineSql({7, 2, 1}));
+    ASSERT_TRUE(source);
+    EXPECT_TRUE(db.DBExecute(
+        BuildInsertSql(*source, 2, "", {"20261210", "", "", Decimal::FromText(u"40.5"), "1"}, {})))
+        << boxes.TakeTexts()[0].toStdString();
+    EXPECT_EQ(file.Rows("SELECT AccNo, AccSubNo, OdrNo, AnsVal, LabelNo, Weight = 0.1 + 0.2, "
+                        "Boxes IS NULL, hex(Seal) FROM TLSP0010 WHERE ShpSubNo = 2"),
+              "7|2|PO-7|40.5|L'1|2 |1|1|00FF");
+    EXPECT_TRUE(boxes.Shown().empty());
+}
+
 TEST_F(DeliveryLineTest, ShipDateIsTheAnsweredDateLessTheTransportDays)
 {
     const auto customer = [&](const char *code, const char *vanCD, int deleted = 0) {

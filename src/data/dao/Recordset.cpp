@@ -4,6 +4,7 @@
 #include "util/Decimal.h"
 #include "util/VbText.h"
 
+#include <QLocale>
 #include <cstring>
 #include <sqlite3.h>
 
@@ -29,10 +30,11 @@ void Store(std::vector<char> &row, T value)
 Recordset::Recordset(sqlite3_stmt *statement, const QString &source)
     : m_source(source)
 {
+    // The first step looks at the tables anew, should another program have changed them.
+    int result = sqlite3_step(statement);
     for (int field = 0; field < sqlite3_column_count(statement); ++field)
         m_names.push_back(QString::fromUtf8(sqlite3_column_name(statement, field)));
-    int result = SQLITE_ROW;
-    while ((result = sqlite3_step(statement)) == SQLITE_ROW)
+    for (; result == SQLITE_ROW; result = sqlite3_step(statement))
         ReadRow(statement);
     if (result != SQLITE_DONE)
         throw DaoErrors::FromSqlite(sqlite3_db_handle(statement), m_source);
@@ -141,6 +143,23 @@ QString Recordset::Text(int field) const
         return Decimal::FromDouble(Load<double>(value.data)).ToText();
     default:
         return QString::fromUtf8(value.data, value.length);
+    }
+}
+
+QString Recordset::SqlLiteral(int field) const
+{
+    const Field &value = Current(field);
+    switch (value.type) {
+    case SQLITE_NULL:
+        return "NULL";
+    case SQLITE_INTEGER:
+        return Text(field);
+    case SQLITE_FLOAT:
+        return QString::number(Load<double>(value.data), 'e', QLocale::FloatingPointShortest);
+    case SQLITE_BLOB:
+        return "x'" + QByteArray::fromRawData(value.data, value.length).toHex() + '\'';
+    default:
+        return '\'' + Text(field).replace("'", "''") + '\'';
     }
 }
 

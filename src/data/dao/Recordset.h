@@ -34,6 +34,10 @@ public:
     bool IsNull(int field) const;
     QString Text(int field) const;  ///< "" for null; a number in its shortest 15-digit form
     double Number(int field) const; ///< 0 for null; the leading number of a text
+
+    /// The value as a statement gives it, so that it is stored again just as it is.
+    QString SqlLiteral(int field) const;
+
     QString Text(QStringView name) const { return Text(FieldIndex(name)); }
     double Number(QStringView name) const { return Number(FieldIndex(name)); }
 
