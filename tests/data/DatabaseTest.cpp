@@ -64,7 +64,10 @@ TEST(Database, RefusesWhatIsNoDatabaseOfTheSystem)
                  QByteArray("\0\1\0\0Standard Jet DB\0\1\0", 22) + QByteArray(4096, 'x'));
     const DaoError old = OpenError(folder.Path("OLD.MDB"));
     EXPECT_EQ(old.number, 3343);
-    EXPECT_TRUE(old.description.contains("インポート")) << old.description.toStdString();
+    EXPECT_TRUE(old.description.contains(QString("mv \"%1/OLD.MDB\" \"%1/OLD-OLD.MDB\"\r\n"
+                                                 "tldb import \"%1/OLD-OLD.MDB\" \"%1\"\r\n")
+                                             .arg(folder.Path(""))))
+        << old.description.toStdString();
 
     folder.Write("TEXT.MDB", QByteArray("注文情報").repeated(500));
     EXPECT_EQ(OpenError(folder.Path("TEXT.MDB")).number, 3049);

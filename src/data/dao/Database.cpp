@@ -6,6 +6,7 @@
 
 #include <QCryptographicHash>
 #include <QFile>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -33,15 +34,25 @@ QString PasswordHash(const QString &salt, const QString &password)
     return QString::fromLatin1(hash.toHex());
 }
 
+/// What to do with a file of the original engine's.
+QString HowToImport(const QString &localPath)
+{
+    const QFileInfo file(localPath);
+    const QString folder = file.absolutePath();
+    const QString oldName = folder + '/' + file.completeBaseName() + "-OLD." + file.suffix();
+    return QString(
+               "旧形式のデータベースです。ファイルの名前を変えてから、新しい形式にインポートして"
+               "ください:\r\nmv \"%1\" \"%2\"\r\ntldb import \"%2\" \"%3\"\r\n")
+        .arg(file.absoluteFilePath(), oldName, folder);
+}
+
 void CheckFile(const QString &localPath)
 {
     QFile file(localPath);
     if (!file.exists())
         throw DaoErrors::Make(DaoErrors::FileNotFound, Source, localPath);
     if (file.open(QIODevice::ReadOnly) && file.peek(OldEngineHeader.size()) == OldEngineHeader)
-        throw DaoErrors::Make(
-            DaoErrors::UnrecognizedFormat, Source,
-            QString("旧形式のデータベースです。新しい形式にインポートしてください"));
+        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, HowToImport(localPath));
 }
 
 /// A prepared statement, finalized when it goes out of scope.
@@ -144,6 +155,11 @@ void Database::SetProperty(const QString &name, const QString &value)
 {
     ExecuteNative("INSERT OR REPLACE INTO DBProperty VALUES (" + Literal(name) + ", "
                   + Literal(value) + ')');
+}
+
+bool Database::IsInTransaction() const
+{
+    return sqlite3_get_autocommit(m_connection) == 0;
 }
 
 void Database::ExecuteNative(const QString &sql)

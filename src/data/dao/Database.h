@@ -33,6 +33,8 @@ public:
     QString Property(const QString &name);
     void SetProperty(const QString &name, const QString &value);
 
+    bool IsInTransaction() const;
+
     /// Runs SQL of the engine itself, untranslated, several statements at once.
     void ExecuteNative(const QString &sql);
 
