@@ -49,6 +49,7 @@ void AnswerCreation::MakeAnswers()
         if (Registration(m_db, m_list).RegisterAnswers(m_counts.registered)) {
             m_showStatus("納期回答情報を作成しています…");
             RunAnswerCreation();
+            TellOfReplacedCharacters();
         }
         m_list.SetRedraw(true);
     }
@@ -94,7 +95,7 @@ void AnswerCreation::MakeOrderAnswer(const ListRow &row, bool &ok, bool &written
     const QString path = m_db.NullToTrim(*lines, u"NokiInfPath");
     if (m_db.NullToZero(*lines, u"NokiInfKBN") == IsWritten) {
         // A record that can't be written leaves the order unanswered.
-        if (!FillRecord(*lines, row) || !WriteRecord(path, settings))
+        if (!FillRecord(*lines, row) || !WriteRecord(path, settings, row.OrderNo()))
             return;
         written = true;
     }
@@ -148,13 +149,20 @@ bool AnswerCreation::FillRecord(Recordset &lines, const ListRow &row)
     return true;
 }
 
-bool AnswerCreation::WriteRecord(const QString &path, const QString &layoutSettings)
+bool AnswerCreation::WriteRecord(const QString &path, const QString &layoutSettings,
+                                 const QString &orderNo)
 {
     const int length = HasShortLayout(layoutSettings) ? ShortRecordLength : LongRecordLength;
+    if (!MendAnswerFile(m_fileSystem, path, length))
+        return false;
     m_record.recordNumber = Decimal(NextRecordSeqNo(m_fileSystem, path, length) + 1);
-    PackAnswerRecord(m_record, m_buffer);
+    const bool isComplete = PackAnswerRecord(m_record, m_buffer);
     const QByteArray line = BlankLineBreaks(QByteArray(m_buffer.data(), length), {});
-    return AppendAnswerLine(m_files, path, line);
+    if (!AppendAnswerLine(m_files, path, line))
+        return false;
+    if (!isComplete)
+        m_incompleteOrders += orderNo;
+    return true;
 }
 
 bool AnswerCreation::MarkAnswered(qint64 accNo)
@@ -197,4 +205,16 @@ void AnswerCreation::ShowSummary() const
                            "行を選択された件数、納期回答処理件数、納期回答情報作成件数は\r"
                            "得意先ごとの設定により、件数が異なることがあります";
     MsgBox(text, BoxStyle::Information, "納期回答入力");
+}
+
+void AnswerCreation::TellOfReplacedCharacters() const
+{
+    constexpr int MostNamed = 10;
+    if (m_incompleteOrders.isEmpty())
+        return;
+    const qsizetype others = m_incompleteOrders.size() - MostNamed;
+    MsgBox("シフトJISにない文字を、納期回答情報に「?」で出力しました。\r\r注文№ "
+               + m_incompleteOrders.mid(0, MostNamed).join("\r注文№ ")
+               + (others > 0 ? QString("\rほか %1 件").arg(others) : QString()),
+           BoxStyle::Exclamation, "注意");
 }

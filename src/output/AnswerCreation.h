@@ -6,6 +6,8 @@
 #include "output/OutputFiles.h"
 #include "output/PreOutputChecks.h"
 
+#include <QStringList>
+
 class AnswerList;
 
 /// Turns the answers on the list into records of the customers' answer files and marks their lines
@@ -20,8 +22,8 @@ public:
     /// The whole run: checks, registration, records and marks, summary.
     void MakeAnswers();
 
-    /// The part after the registration: one record for each selected order, and the summary. False when
-    /// an order failed; the operator has been told.
+    /// The part after the registration: one record for each selected order, and the summary. False
+    /// when an order failed; the operator has been told.
     bool RunAnswerCreation();
 
     struct Counts
@@ -36,10 +38,11 @@ public:
 private:
     void MakeOrderAnswer(const ListRow &row, bool &ok, bool &written);
     bool FillRecord(Recordset &lines, const ListRow &row);
-    bool WriteRecord(const QString &path, const QString &layoutSettings);
+    bool WriteRecord(const QString &path, const QString &layoutSettings, const QString &orderNo);
     bool MarkAnswered(qint64 accNo);
     void MarkRowsAnswered(qint64 accNo);
     void ShowSummary() const;
+    void TellOfReplacedCharacters() const;
 
     bDAO &m_db;
     const Files &m_fileSystem;
@@ -49,5 +52,6 @@ private:
     ShowStatusText m_showStatus;
     AnswerRecord m_record;
     AnswerBuffer m_buffer = {};
+    QStringList m_incompleteOrders; ///< whose records have "?" for characters without a code
     Counts m_counts;
 };

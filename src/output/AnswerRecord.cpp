@@ -26,7 +26,7 @@ public:
         if (isAscii) {
             Put(member, length);
         } else {
-            const QByteArray bytes = ToShiftJis(member);
+            const QByteArray bytes = ToShiftJis(member, &m_isComplete);
             Put(QByteArrayView(bytes).first(std::min<qsizetype>(bytes.size(), length)), length);
         }
     }
@@ -48,6 +48,9 @@ public:
         Put(QStringView(digits), int(digits.size()));
     }
 
+    /// True while every character has been one of Shift-JIS.
+    bool IsComplete() const { return m_isComplete; }
+
 private:
     /// Left-aligned in blanks.
     template <typename Characters>
@@ -64,6 +67,7 @@ private:
     static char ByteOf(QChar ascii) { return ascii.toLatin1(); }
 
     char *m_at;
+    bool m_isComplete = true;
 };
 
 } // namespace
@@ -73,7 +77,7 @@ void ClearAnswerRecord(AnswerRecord &record)
     record = AnswerRecord();
 }
 
-void PackAnswerRecord(const AnswerRecord &record, AnswerBuffer &buffer)
+bool PackAnswerRecord(const AnswerRecord &record, AnswerBuffer &buffer)
 {
     static const QString quantity = DigitSpec::Quantity;
     static const QString recordNumber = DigitSpec::RecordNumber;
@@ -105,6 +109,7 @@ void PackAnswerRecord(const AnswerRecord &record, AnswerBuffer &buffer)
     writer.PutText(record.reserve2, 14);
     writer.PutText(record.reserve3, 60);
     writer.PutText(record.reserve4, 40);
+    return writer.IsComplete();
 }
 
 namespace {

@@ -53,8 +53,9 @@ void ClearAnswerRecord(AnswerRecord &record);
 using AnswerBuffer = std::array<char, LongRecordLength>;
 
 /// Writes the record's 1350 bytes. A double-byte character that does not fit at the end of its
-/// field keeps only its lead byte there.
-void PackAnswerRecord(const AnswerRecord &record, AnswerBuffer &buffer);
+/// field keeps only its lead byte there. False when a character that Shift-JIS does not have was
+/// written as "?".
+bool PackAnswerRecord(const AnswerRecord &record, AnswerBuffer &buffer);
 
 /// The text in full-width characters, filled with full-width blanks to this many bytes.
 QString ToWideText(const QString &text, int bytes);

@@ -2,9 +2,11 @@
 
 #include "platform/RuntimeError.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -44,10 +46,8 @@ int FlagsOf(FileMode mode)
 }
 
 /// Takes the lock in both of the machine's ways, so that a holder of either kind is seen.
-bool TakeLock(int descriptor, FileLock lock)
+bool TryLock(int descriptor, FileLock lock)
 {
-    if (lock == FileLock::None)
-        return true;
     if (::flock(descriptor, (lock == FileLock::Exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0)
         return false;
     struct flock range = {};
@@ -57,9 +57,23 @@ bool TakeLock(int descriptor, FileLock lock)
     range.l_whence = SEEK_SET;
     if (::fcntl(descriptor, F_SETLK, &range) == 0)
         return true;
-    if (errno == EACCES)
-        errno = EAGAIN;
+    const int error = errno == EACCES ? EAGAIN : errno;
+    ::flock(descriptor, LOCK_UN);
+    errno = error;
     return false;
+}
+
+/// Takes the lock, if need be after waiting for its holder.
+bool TakeLock(int descriptor, FileLock lock, int waitMs)
+{
+    constexpr int RetryMs = 10;
+    const QDeadlineTimer deadline(waitMs);
+    while (lock != FileLock::None && !TryLock(descriptor, lock)) {
+        if (errno != EWOULDBLOCK || deadline.hasExpired())
+            return false;
+        QThread::msleep(RetryMs);
+    }
+    return true;
 }
 
 } // namespace
@@ -123,9 +137,16 @@ int OpenFile::Append(QByteArrayView bytes)
     const qint64 before = Size();
     ::lseek(m_descriptor, 0, SEEK_END);
     const int error = WriteAll(bytes);
-    if (error != 0 && ::ftruncate(m_descriptor, before) != 0)
+    if (error != 0 && Truncate(before) != RuntimeError::None)
         return RuntimeError::DeviceIo;
     return RuntimeError::FromErrno(error);
+}
+
+int OpenFile::Truncate(qint64 length)
+{
+    if (IsFaulty(FileOp::Truncate, m_path) || ::ftruncate(m_descriptor, length) != 0)
+        return RuntimeError::FromErrno(errno);
+    return RuntimeError::None;
 }
 
 namespace {
@@ -188,10 +209,9 @@ std::unique_ptr<OpenFile> Files::Open(const QString &path, FileMode mode, FileLo
         return nullptr;
     }
     auto file = std::make_unique<OpenFile>(descriptor, path);
-    if (!TakeLock(descriptor, lock)
-        || (mode == FileMode::Output && ::ftruncate(descriptor, 0) != 0)) {
+    if (!TakeLock(descriptor, lock, m_lockWaitMs))
         error = RuntimeError::FromErrno(errno);
-        return nullptr;
-    }
-    return file;
+    else if (mode == FileMode::Output)
+        error = file->Truncate(0);
+    return error == RuntimeError::None ? std::move(file) : nullptr;
 }

@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 
-enum class FileOp { Open, Write, Sync, MakeFolder, Remove };
+enum class FileOp { Open, Write, Sync, Truncate, MakeFolder, Remove };
 
 /// Test seam: while set, it is asked before each operation on a file (path as the system writes
 /// it); a result other than 0 is the errno with which the operation then fails.
@@ -40,6 +40,9 @@ public:
     /// error number; after an error the file is as long as it was before.
     int Append(QByteArrayView bytes);
 
+    /// Cuts the file off at this length. Returns 0 or the run-time's error number.
+    int Truncate(qint64 length);
+
 private:
     int WriteAll(QByteArrayView bytes);
 
@@ -63,8 +66,11 @@ public:
     int MakeFolder(const QString &path) const;
     int Remove(const QString &path) const;
 
+    /// How long Open waits for another program to give up its lock.
+    void SetLockWait(int milliseconds) { m_lockWaitMs = milliseconds; }
+
     /// Opens a file; nothing, and the number in `error`, when it can't be opened or another program
-    /// holds a lock against it.
+    /// holds a lock against it for longer than the wait.
     std::unique_ptr<OpenFile> Open(const QString &path, FileMode mode, FileLock lock,
                                    int &error) const;
 
@@ -73,4 +79,5 @@ public:
 
 private:
     DrivePaths m_drives;
+    int m_lockWaitMs = 2'000;
 };

@@ -28,7 +28,7 @@ QByteArray Encode(QStringView text, bool &complete)
 
 } // namespace
 
-QByteArray ToShiftJis(QStringView text)
+QByteArray ToShiftJis(QStringView text, bool *isComplete)
 {
     if (IsAscii(text))
         return text.toLatin1();
@@ -36,6 +36,8 @@ QByteArray ToShiftJis(QStringView text)
     const QByteArray whole = Encode(text, complete);
     if (complete)
         return whole;
+    if (isComplete)
+        *isComplete = false;
 
     QByteArray bytes;
     for (qsizetype at = 0; at < text.size();) {

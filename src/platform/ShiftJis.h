@@ -3,8 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
-/// The text in Windows code page 932. A character outside of it becomes "?".
-QByteArray ToShiftJis(QStringView text);
+/// The text in Windows code page 932. A character outside of it becomes "?", and `isComplete`, when
+/// given, false.
+QByteArray ToShiftJis(QStringView text, bool *isComplete = nullptr);
 
 /// The text that bytes in Windows code page 932 stand for. A byte that begins no character, or half
 /// a character at the end, becomes U+FFFD.

@@ -298,6 +298,49 @@ TEST_F(AnswerCreationTest, AnOrderOfWhichTheRecordWasNotMarkedIsAnsweredAsNew)
     EXPECT_EQ(kinds, "000011 000021 000032 ");
 }
 
+TEST_F(AnswerCreationTest, ATornRecordIsReplacedAndNotCounted)
+{
+    AddCustomer("C1");
+    AddOrder(1, "C1");
+    AddLine(1, 1);
+    Load();
+    SelectAll();
+    Make();
+    const QByteArray whole = file.folder.Read("C1.TXT");
+    file.folder.Write("C1.TXT", whole + "000020702" + QByteArray(400, 'x'));
+    Make();
+    ASSERT_EQ(Records("C1.TXT").size(), 2);
+    EXPECT_TRUE(file.folder.Read("C1.TXT").startsWith(whole));
+    EXPECT_EQ(Records("C1.TXT")[1].left(9), "000020702");
+    EXPECT_EQ(Orders("C1.TXT"), "PO-1 PO-1");
+}
+
+TEST_F(AnswerCreationTest, TheOperatorIsToldOfCharactersThatWereReplaced)
+{
+    AddCustomer("C1");
+    AddOrder(1, "C1");
+    AddLine(1, 1, "MfactNo = '①髙～'"); // all of the code page
+    AddOrder(2, "C1");
+    AddLine(2, 1, "MfactNo = 'A한😀B'");
+    for (int order = 3; order <= 14; ++order) {
+        AddOrder(order, "C1");
+        AddLine(order, 1, "CustSecName = 'é'", QString("9%1").arg(order));
+    }
+    Load();
+    Select({1, 2});
+    Make();
+    EXPECT_EQ(Records("C1.TXT")[0].mid(70, 19), "\x87\x40\xfb\xfc\x81\x60             ");
+    EXPECT_EQ(Records("C1.TXT")[1].mid(70, 19), "A??B               ");
+    ASSERT_EQ(boxes.Shown().size(), 2u) << "the summary, and one more";
+    EXPECT_EQ(boxes.Shown()[1].title, "注意");
+    EXPECT_EQ(boxes.TakeTexts()[1], "シフトJISにない文字を、納期回答情報に「?」で出力しました。\r\r"
+                                    "注文№ PO-2");
+    SelectAll();
+    Make();
+    const QString box = boxes.TakeTexts().at(1);
+    EXPECT_TRUE(box.endsWith("\r注文№ PO-6\rほか 3 件")) << box.toStdString();
+}
+
 TEST_F(AnswerCreationTest, FullRecords)
 {
     AddCustomer("C1");

@@ -26,7 +26,7 @@ class AnswerFileTest : public testing::Test
 {
 protected:
     const TestFolder folder;
-    const Files files = folder.OnDriveC();
+    Files files = folder.OnDriveC();
     OutputFiles output{files};
     ScriptedBoxes boxes;
 };
@@ -62,6 +62,53 @@ TEST_F(AnswerFileTest, NumberOfTheLastRecord)
     EXPECT_EQ(NextRecordSeqNo(files, "C:\\NONE\\A.TXT", Short), 0);
     EXPECT_FALSE(files.FileExists("C:\\NONE.TXT"));
     EXPECT_TRUE(boxes.Shown().empty()) << "the read-back complains of nothing";
+}
+
+TEST_F(AnswerFileTest, WhatACrashLeftBehindTheLastLineIsMended)
+{
+    const QByteArray record = QByteArray("000020702").leftJustified(Short, 'x');
+    const QByteArray first = Line("000010702", Short);
+    const struct
+    {
+        const char *what;
+        QByteArray end; ///< behind the first record
+        QByteArray mended;
+    } cases[] = {
+        {"nothing", "", ""},
+        {"first byte", record.left(1), ""},
+        {"record number", record.left(5), ""},
+        {"half a kind", record.left(7), ""},
+        {"half a record", record.left(700), ""},
+        {"all but a byte", record.chopped(1), ""},
+        {"zeros that were never written", QByteArray(300, '\0'), ""},
+        {"the rest zeros", record.left(100) + QByteArray(300, '\0'), ""},
+        {"half the line end", record + '\r', record + "\r\n"},
+        {"no line end", record, record + "\r\n"},
+        {"longer than a record", record + "00003", record + "00003\r\n"},
+        {"another kind", "000020603", "000020603\r\n"},
+        {"a remark", "see below", "see below\r\n"},
+        {"half of its line end", "see below\r", "see below\r\n"},
+    };
+    for (const auto &[what, end, mended] : cases) {
+        for (const QByteArray &before : {first, QByteArray()}) {
+            folder.Write("A.TXT", before + end);
+            EXPECT_TRUE(MendAnswerFile(files, " C:\\A.TXT ", Short)) << what;
+            EXPECT_TRUE(folder.Read("A.TXT") == before + mended) << what;
+        }
+    }
+    EXPECT_TRUE(MendAnswerFile(files, "C:\\NONE.TXT", Short));
+    EXPECT_FALSE(files.FileExists("C:\\NONE.TXT"));
+    EXPECT_TRUE(boxes.Shown().empty());
+
+    for (const auto &[end, op] :
+         {std::pair{"00002", FileOp::Truncate}, {"see below", FileOp::Write}}) {
+        folder.Write("A.TXT", first + end);
+        SetFileFault([op = op](FileOp asked, const QString &) { return asked == op ? EIO : 0; });
+        EXPECT_FALSE(MendAnswerFile(files, "C:\\A.TXT", Short)) << end;
+        SetFileFault({});
+        EXPECT_EQ(folder.Read("A.TXT"), first + end);
+        EXPECT_EQ(boxes.TakeTexts().size(), 1u);
+    }
 }
 
 TEST_F(AnswerFileTest, LineBreaksBecomeBlanks)
@@ -154,6 +201,7 @@ TEST_F(AnswerFileTest, AFileThatAnotherProgramHolds)
         const int file = ::open(path, O_RDWR);
         char byte = ::flock(file, LOCK_EX) == 0 ? 'y' : 'n';
         const bool isTold = ::write(ready[1], &byte, 1) == 1 && ::read(done[0], &byte, 1) == 1;
+        ::usleep(50'000);
         ::_exit(isTold ? 0 : 1);
     }
     char byte = 0;
@@ -164,9 +212,10 @@ TEST_F(AnswerFileTest, AFileThatAnotherProgramHolds)
         boxes.TakeTexts(),
         std::vector<QString>{"ｴﾗｰｺｰﾄﾞ：70\r\nｴﾗｰ内容：書き込みできません。\r\nﾌｧｲﾙ名：C:\\A.TXT"});
     EXPECT_EQ(folder.Read("A.TXT"), "first\r\n");
+    files.SetLockWait(10'000);
     ASSERT_EQ(::write(done[1], &byte, 1), 1);
+    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "second")) << "a short lock is waited out";
     ASSERT_EQ(::waitpid(other, nullptr, 0), other);
-    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "second"));
     EXPECT_EQ(folder.Read("A.TXT"), "first\r\nsecond\r\n");
     for (const int end : {ready[0], ready[1], done[0], done[1]})
         ::close(end);

@@ -35,7 +35,9 @@ void TestFolder::MakeFolder(const QString &name) const
 
 Files TestFolder::OnDriveC() const
 {
-    return Files(DrivesOf("C=" + Path().toUtf8()));
+    Files files(DrivesOf("C=" + Path().toUtf8()));
+    files.SetLockWait(0);
+    return files;
 }
 
 DrivePaths DrivesOf(const QByteArray &lines)

@@ -19,7 +19,7 @@ public:
     QByteArray Read(const QString &name) const;
     void MakeFolder(const QString &name) const;
 
-    /// Files in which "C:\" is this folder.
+    /// Files in which "C:\" is this folder, and which wait for no lock.
     Files OnDriveC() const;
 
 private:
