@@ -6,6 +6,26 @@ Database &Workspace::OpenDatabase(const QString &localPath, bool isReadOnly, con
     return *m_database;
 }
 
+void Workspace::BeginTrans()
+{
+    Run("BEGIN IMMEDIATE");
+    m_isBegun = true;
+}
+
+void Workspace::CommitTrans()
+{
+    Run("COMMIT");
+    m_isBegun = false;
+}
+
+void Workspace::Rollback()
+{
+    const bool isEnded = m_isBegun && m_database && !m_database->IsInTransaction();
+    m_isBegun = false;
+    if (!isEnded)
+        Run("ROLLBACK");
+}
+
 void Workspace::Run(const char *sql)
 {
     if (!m_database)

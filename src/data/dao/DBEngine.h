@@ -17,14 +17,15 @@ public:
 
     /// A transaction takes the file's write lock at once, so that it can't fail for another's
     /// writes half way; a lock held by another program is waited for, then reported.
-    void BeginTrans() { Run("BEGIN IMMEDIATE"); }
-    void CommitTrans() { Run("COMMIT"); }
-    void Rollback() { Run("ROLLBACK"); }
+    void BeginTrans();
+    void CommitTrans();
+    void Rollback(); ///< nothing is left to do when an error has ended the transaction itself
 
 private:
     void Run(const char *sql);
 
     std::unique_ptr<Database> m_database;
+    bool m_isBegun = false; ///< a transaction, not yet committed or rolled back
 };
 
 /// The engine: its workspaces and the errors of the last operation that failed.
