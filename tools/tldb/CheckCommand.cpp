@@ -6,6 +6,7 @@
 #include "tldb/NewDatabase.h"
 
 #include <QCommandLineParser>
+#include <QFile>
 
 namespace {
 
@@ -23,7 +24,9 @@ void Guarded(const QString &table, const FindingSink &found, Check &&check)
 /// Runs every check. Returns the number of rows that were read.
 qint64 CheckDatabase(const QString &path, const FindingSink &found, const FindingSink &noted)
 {
-    Database database(path, true, ConnectText);
+    // What a crash interrupted is rolled back by the next one who opens the file for writing.
+    const bool isInterrupted = QFile::exists(path + "-journal");
+    Database database(path, !isInterrupted, ConnectText);
     Guarded({}, found, [&] { CheckIntegrity(database, found); });
     Guarded({}, found, [&] { CheckProperties(database, found); });
     Guarded({}, found, [&] { CheckSchema(database, found, noted); });

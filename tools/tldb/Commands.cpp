@@ -44,7 +44,7 @@ const std::vector<Command> &Commands()
          "DIR",
          "check DIR/TLDB0010.MDB and list what is wrong",
          "One line per finding: table, key, column, what is wrong. Nothing is written to the\n"
-         "database.",
+         "database, but a write that a crash interrupted is rolled back.",
          {},
          RunCheck},
         {"show-answers",
