@@ -15,7 +15,7 @@ struct Option
 struct Command
 {
     const char *name;
-    const char *operand; ///< the name of the one operand that every command takes
+    const char *operands; ///< their names
     const char *summary;
     const char *details;
     std::vector<Option> options;
@@ -47,6 +47,16 @@ const std::vector<Command> &Commands()
          "database, but a write that a crash interrupted is rolled back.",
          {},
          RunCheck},
+        {"import",
+         "OLD.MDB DIR",
+         "bring a database of the original engine's format 4 over",
+         "Makes a new TLDB0010.MDB in DIR from the old file, which is only read. Tables and "
+         "columns\n"
+         "are found by their names; what the system does not know is kept. Blanks at the end of a\n"
+         "text are left out in the system's tables. Rows that break a rule are listed, rows whose\n"
+         "key is there already are left out.",
+         {},
+         RunImport},
         {"show-answers",
          "FILE",
          "show the records of a delivery-date answer file",
@@ -64,7 +74,7 @@ void ShowToolHelp(QTextStream &out)
 {
     out << "Usage: tldb COMMAND [OPTIONS] ...\n\nCommands:\n";
     for (const Command &command : Commands())
-        out << "  " << QString("%1 %2").arg(command.name, command.operand).leftJustified(20)
+        out << "  " << QString("%1 %2").arg(command.name, command.operands).leftJustified(20)
             << command.summary << '\n';
     out << "\n" << ExitCodeHelp << "\n\"tldb COMMAND --help\" tells more about a command.\n";
 }
@@ -79,7 +89,7 @@ void ShowCommandHelp(const Command &command, QTextStream &out)
     out << "Usage: tldb " << command.name;
     for (const Option &option : command.options)
         out << " [" << SyntaxOf(option) << ']';
-    out << ' ' << command.operand << "\n\n"
+    out << ' ' << command.operands << "\n\n"
         << command.name << ": " << command.summary << ".\n"
         << command.details << "\n\n";
     for (const Option &option : command.options)
@@ -109,8 +119,10 @@ int RunCommand(const Command &command, const QStringList &arguments, QTextStream
         ShowCommandHelp(command, out);
         return ExitCode::Ok;
     }
-    if (parser.positionalArguments().size() != 1 || parser.positionalArguments().first().isEmpty())
-        return complain(QString("one %1 is wanted").arg(command.operand));
+    const QStringList operands = QString(command.operands).split(' ');
+    if (parser.positionalArguments().size() != operands.size()
+        || parser.positionalArguments().contains(QString()))
+        return complain("one " + operands.join(" and one ") + " is wanted");
     return command.run(parser, out, err);
 }
 
