@@ -146,7 +146,7 @@ protected:
         QFile answers(file.folder.Path(CustomerOf(order) + ".TXT"));
         QByteArray bytes = answers.open(QIODevice::ReadOnly) ? answers.readAll() : QByteArray();
         if (isTornAllowed)
-            bytes.truncate(bytes.lastIndexOf("\r\n") + 2);
+            bytes.truncate(bytes.contains("\r\n") ? bytes.lastIndexOf("\r\n") + 2 : 0);
         QStringList records;
         for (const DecodedAnswer &answer : DecodeAnswers(bytes)) {
             EXPECT_TRUE(answer.faults.empty()) << answer.position;
