@@ -38,21 +38,31 @@ bool CheckDateSelection(const AnswerList &list)
     return false;
 }
 
-void SetAnswerDates(AnswerList &list, const QString &storedDate)
+namespace {
+
+/// Gives every selected open row the date (shown form) that `dateOf` gives for it.
+template <typename DateOf>
+void SetDates(AnswerList &list, const ShowStatusText &showStatus, DateOf &&dateOf)
 {
-    const QString shown = ShownDate(storedDate);
+    LongWork work(showStatus, "回答納期を設定しています…", list.SelectedRowCount());
     ForSelectedOpenRows(list, [&](int row) {
-        list.SetAnswerDate(row, shown);
+        list.SetAnswerDate(row, dateOf(row));
+        work.Step();
         return true;
     });
 }
 
-void SetSpecifiedDates(AnswerList &list)
+} // namespace
+
+void SetAnswerDates(AnswerList &list, const QString &storedDate, const ShowStatusText &showStatus)
 {
-    ForSelectedOpenRows(list, [&](int row) {
-        list.SetAnswerDate(row, list.Row(row).SpecifiedDate());
-        return true;
-    });
+    const QString shown = ShownDate(storedDate);
+    SetDates(list, showStatus, [&](int) { return shown; });
+}
+
+void SetSpecifiedDates(AnswerList &list, const ShowStatusText &showStatus)
+{
+    SetDates(list, showStatus, [&](int row) { return list.Row(row).SpecifiedDate(); });
 }
 
 void UpdateDifferenceMark(AnswerList &list, int row)

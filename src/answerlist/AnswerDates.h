@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/LongWork.h"
+
 #include <QString>
 
 class AnswerList;
@@ -10,10 +12,11 @@ class AnswerList;
 bool CheckDateSelection(const AnswerList &list);
 
 /// Gives every selected open row this answered date (stored form), as if it had been typed.
-void SetAnswerDates(AnswerList &list, const QString &storedDate);
+void SetAnswerDates(AnswerList &list, const QString &storedDate,
+                    const ShowStatusText &showStatus = {});
 
 /// Gives every selected open row its own specified date.
-void SetSpecifiedDates(AnswerList &list);
+void SetSpecifiedDates(AnswerList &list, const ShowStatusText &showStatus = {});
 
 /// Marks the row when its answered date differs from the specified one.
 void UpdateDifferenceMark(AnswerList &list, int row);

@@ -104,17 +104,29 @@ private:
 
 } // namespace
 
-LoadedList LoadList(bDAO &db, const SearchConditions &conditions, AnswerList &list)
+LoadedList LoadList(bDAO &db, const SearchConditions &conditions, AnswerList &list,
+                    const ShowStatusText &showStatus)
 {
     LoadedList loaded;
     list.Clear();
+    LongWork search(showStatus, LoadingText);
+    db.SetProgress([&] { return search.Step(); });
     const auto rows = db.OpenRS(BuildListSql(conditions));
+    db.SetProgress({});
     loaded.isRead = rows != nullptr;
+    loaded.isStopped = search.IsStopped();
     if (db.IsEOF(rows.get()))
         return loaded;
     loaded.lineCount = int(db.GetRecordCount(rows.get()));
     const LineReader reader(*rows);
+    LongWork fill(showStatus, LoadingText, loaded.lineCount);
     while (!db.IsEOF(rows.get())) {
+        if (!fill.Step()) {
+            list.Clear();
+            loaded.isStopped = true;
+            loaded.lineCount = 0;
+            return loaded;
+        }
         const bool isDefective = reader.IsDefective();
         list.Append(reader.Read(), isDefective);
         loaded.hasDefectiveLines |= isDefective;

@@ -50,7 +50,7 @@ Registration::Registration(bDAO &db, AnswerList &list)
 {
 }
 
-bool Registration::RegisterAnswers(RegistrationCounts &counts)
+bool Registration::RegisterAnswers(RegistrationCounts &counts, const ShowStatusText &showStatus)
 {
     if (m_list.RowCount() == 0)
         return true;
@@ -58,7 +58,9 @@ bool Registration::RegisterAnswers(RegistrationCounts &counts)
     int lastWritten = 1;
     if (!m_db.BeginTrans())
         return Fail(m_list.Row(1));
+    LongWork work(showStatus, RegistrationText, m_list.RowCount());
     for (int row = 1; row <= m_list.RowCount(); ++row) {
+        work.Step();
         const ListRow line = m_list.Row(row);
         if (line.AccNo() != accNo && !m_written.empty()) {
             if (!Commit(counts) || !m_db.BeginTrans())

@@ -2,12 +2,16 @@
 
 #include "answerlist/DeliveryLine.h"
 #include "answerlist/ListRow.h"
+#include "platform/LongWork.h"
 
 #include <functional>
 #include <vector>
 
 class AnswerList;
 class bDAO;
+
+/// The status text while the list is registered.
+inline constexpr auto RegistrationText = "画面の内容を登録しています…";
 
 /// Whether the registration writes a row, and as what.
 enum class RowKind {
@@ -36,7 +40,7 @@ public:
     Registration(bDAO &db, AnswerList &list);
 
     /// False after a failure: the failing order is rolled back and message 15 has been shown.
-    bool RegisterAnswers(RegistrationCounts &counts);
+    bool RegisterAnswers(RegistrationCounts &counts, const ShowStatusText &showStatus = {});
 
 private:
     struct WrittenRow

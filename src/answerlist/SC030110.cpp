@@ -68,7 +68,7 @@ void SC030110::Activate()
     {
         const Hourglass hourglass;
         m_list.SetRedraw(false);
-        ShowStatus("該当データを表示しています･･･");
+        ShowStatus(LoadingText);
         loaded = LoadLines();
         m_list.SetRedraw(true);
     }
@@ -89,13 +89,13 @@ LoadedList SC030110::LoadLines()
     m_ui->txtCustName->setText(conditions.customerName);
     m_ui->txtFromAccDate->setText(FormatDateText(conditions.fromDate, 3));
     m_ui->txtToAccDate->setText(FormatDateText(conditions.toDate, 3));
-    const LoadedList loaded = LoadList(m_state.db, conditions, m_list);
+    const LoadedList loaded = LoadList(m_state.db, conditions, m_list, StatusBar());
     ShowLineCount(loaded.lineCount);
     if (loaded.lineCount == 0) {
         for (QPushButton *button :
              {m_ui->cmdCopy, m_ui->cmdDelete, m_ui->cmdMake, m_ui->cmdDetail, m_ui->cmdLimSet})
             button->setEnabled(false);
-        if (loaded.isRead)
+        if (loaded.isRead && !loaded.isStopped)
             ShowMessage(13);
     }
     return loaded;
@@ -117,9 +117,26 @@ void SC030110::ShowStatus(const QString &text)
     SetPanelText(*m_ui->stbMain, "MSG", text);
 }
 
+ShowStatusText SC030110::StatusBar()
+{
+    return [this](const QString &text) { ShowStatus(text); };
+}
+
 bool SC030110::MayRun()
 {
     return m_ui->spdList->FinishEdit();
+}
+
+/// Runs a command that sets dates; the status bar then tells what it told before.
+template <typename Command>
+void SC030110::SetDates(Command &&command)
+{
+    const Hourglass hourglass;
+    const QString status = PanelText(*m_ui->stbMain, "MSG");
+    m_list.SetRedraw(false);
+    command();
+    m_list.SetRedraw(true);
+    ShowStatus(status);
 }
 
 void SC030110::cmdLimSet_Click()
@@ -129,20 +146,14 @@ void SC030110::cmdLimSet_Click()
     const QString date = AskAnswerDate();
     if (date.isEmpty())
         return;
-    const Hourglass hourglass;
-    m_list.SetRedraw(false);
-    SetAnswerDates(m_list, date);
-    m_list.SetRedraw(true);
+    SetDates([&] { SetAnswerDates(m_list, date, StatusBar()); });
 }
 
 void SC030110::cmbLimDef_Click()
 {
     if (!MayRun() || !CheckDateSelection(m_list))
         return;
-    const Hourglass hourglass;
-    m_list.SetRedraw(false);
-    SetSpecifiedDates(m_list);
-    m_list.SetRedraw(true);
+    SetDates([&] { SetSpecifiedDates(m_list, StatusBar()); });
 }
 
 void SC030110::cmdCopy_Click()
@@ -194,7 +205,7 @@ void SC030110::cmdMake_Click()
         return;
     {
         const Hourglass hourglass;
-        m_makeAnswers(m_list, m_stamp, [this](const QString &text) { ShowStatus(text); });
+        m_makeAnswers(m_list, m_stamp, StatusBar());
     }
     ShowHint(m_list.ActiveRow());
 }

@@ -23,7 +23,7 @@ public:
     /// Creates the answers of the list. `stamp` is the date and time the screen was loaded at;
     /// `showStatus` shows a text in the status bar at once.
     using MakeAnswers = std::function<void(AnswerList &list, const WriteStamp &stamp,
-                                           const std::function<void(const QString &)> &showStatus)>;
+                                           const ShowStatusText &showStatus)>;
 
     SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent = nullptr);
     ~SC030110() override;
@@ -42,6 +42,9 @@ private:
     void ShowLineCount(int count);
     void ShowHint(int row);
     void ShowStatus(const QString &text);
+    ShowStatusText StatusBar(); ///< ShowStatus for others
+    template <typename Command>
+    void SetDates(Command &&command);
     bool MayRun(); ///< a cell in edit is finished first
 
     void cmdLimSet_Click();

@@ -20,8 +20,10 @@ Result bDAO::Guarded(Result onError, Operation &&operation)
     try {
         return operation();
     } catch (const DaoError &error) {
-        m_engine.Errors = {error};
-        ShowDBErrors();
+        if (error.number != DaoErrors::Cancelled) {
+            m_engine.Errors = {error};
+            ShowDBErrors();
+        }
         return onError;
     }
 }
@@ -55,6 +57,12 @@ std::unique_ptr<Recordset> bDAO::OpenRS(const QString &sql, bool)
             throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
         return m_database->OpenRecordset(EscapePipes(sql));
     });
+}
+
+void bDAO::SetProgress(std::function<bool()> goOn)
+{
+    if (m_database)
+        m_database->SetProgress(std::move(goOn));
 }
 
 bool bDAO::DBExecute(const QString &sql)

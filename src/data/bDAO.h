@@ -4,6 +4,7 @@
 #include "platform/Files.h"
 
 #include <QString>
+#include <functional>
 #include <memory>
 
 /// The one way to the database. Every routine catches the engine's errors, shows them to the
@@ -20,6 +21,10 @@ public:
     /// snapshot and a dynaset differ only in what the original engine would lock while a row is
     /// edited.
     std::unique_ptr<Recordset> OpenRS(const QString &sql, bool isSnapshot = true);
+
+    /// Called again and again while OpenRS runs: False cancels it, which shows no error. It must
+    /// not use the database. An empty one ends that.
+    void SetProgress(std::function<bool()> goOn);
 
     /// Runs an action query. An INSERT or UPDATE that changes no row is a failure, shown with the
     /// statement; a DELETE is not. Neither starts nor ends a transaction.

@@ -14,6 +14,7 @@ constexpr int IsWritten = 1;      ///< NokiInfKBN
 constexpr int AnswerOutput = 3;   ///< AnsLimUmu
 constexpr int OrdersByPayKey = 2; ///< CustKBN
 constexpr auto NoDate = "99999999";
+constexpr auto CreationText = "納期回答情報を作成しています…";
 
 /// The customer's composite setting: character 2 is the layout flag, 3 to 14 the customer-side
 /// code.
@@ -45,9 +46,9 @@ void AnswerCreation::MakeAnswers()
     m_counts = {};
     if (RunPreOutputChecks(m_list, m_showStatus, m_counts.participants)) {
         m_list.SetRedraw(false);
-        m_showStatus("画面の内容を登録しています…");
-        if (Registration(m_db, m_list).RegisterAnswers(m_counts.registered)) {
-            m_showStatus("納期回答情報を作成しています…");
+        m_showStatus(RegistrationText);
+        if (Registration(m_db, m_list).RegisterAnswers(m_counts.registered, m_showStatus)) {
+            m_showStatus(CreationText);
             RunAnswerCreation();
             TellOfReplacedCharacters();
         }
@@ -59,7 +60,9 @@ void AnswerCreation::MakeAnswers()
 bool AnswerCreation::RunAnswerCreation()
 {
     qint64 lastAccNo = 0;
+    LongWork work(m_showStatus, CreationText, m_list.RowCount());
     for (int row = 1; row <= m_list.RowCount(); ++row) {
+        work.Step();
         const ListRow line = m_list.Row(row);
         const bool isAnswered = !line.IsShipped() && line.View(ListColumn::Skipped).isEmpty()
                                 && m_list.IsSelected(row) && line.AccNo() != lastAccNo;

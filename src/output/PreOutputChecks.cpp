@@ -22,11 +22,13 @@ struct Participant
     bool hasDate;
 };
 
-std::vector<Participant> FindParticipants(AnswerList &list)
+std::vector<Participant> FindParticipants(AnswerList &list, const ShowStatusText &showStatus)
 {
+    LongWork work(showStatus, "回答をチェックしています…", list.RowCount());
     std::vector<Participant> found;
     found.reserve(size_t(list.RowCount()));
     for (int row = 1; row <= list.RowCount(); ++row) {
+        work.Step();
         const ListRow line = list.Row(row);
         if (DecideRow(line, list.IsSelected(row)) == RowKind::NotWritten)
             continue;
@@ -76,7 +78,7 @@ bool CheckRows(AnswerList &list, const std::vector<Participant> &lines, Check &&
 
 bool RunPreOutputChecks(AnswerList &list, const ShowStatusText &showStatus, int &participants)
 {
-    const std::vector<Participant> lines = FindParticipants(list);
+    const std::vector<Participant> lines = FindParticipants(list, showStatus);
     participants = int(lines.size());
     if (lines.empty()) {
         ShowMessage(22, "※ 出荷済のものは、納期回答作成対象にはなりません");

@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QString>
-#include <functional>
+#include "platform/LongWork.h"
 
 class AnswerList;
-
-using ShowStatusText = std::function<void(const QString &)>;
 
 /// Checks the answers on the list before anything is registered or written. Stops at the first row
 /// in error: its text goes into the row, which becomes the active one. `participants` receives the

@@ -109,6 +109,11 @@ void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
     }
 }
 
+QString PanelText(const QStatusBar &bar, const QString &key)
+{
+    return bar.findChild<QLabel *>(key)->text();
+}
+
 void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
 {
     auto *panel = bar.findChild<QLabel *>(key);

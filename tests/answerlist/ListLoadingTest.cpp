@@ -1,5 +1,8 @@
 #include "ListFixture.h"
 
+#include <QTest>
+#include <QTimer>
+
 #include <functional>
 
 namespace {
@@ -191,6 +194,26 @@ TEST_F(ListLoadingTest, ADatabaseErrorIsNoEmptyList)
     EXPECT_FALSE(failed.isRead);
     EXPECT_EQ(failed.lineCount, 0);
     EXPECT_EQ(boxes.TakeTexts().size(), 1u);
+}
+
+TEST_F(ListLoadingTest, TheOperatorCanStopALongSearch)
+{
+    AddOrder(1);
+    AddLine(1, 1, 1);
+    // A customer master that takes its time.
+    file.Run("ALTER TABLE TLMT0040 RENAME TO Customers; CREATE VIEW TLMT0040 AS SELECT * FROM "
+             "Customers WHERE (WITH RECURSIVE N(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM N "
+             "LIMIT 100000000) SELECT SUM(i) FROM N) > 0");
+    QStringList status;
+    QTimer::singleShot(0, &grid, [this] { QTest::keyClick(&grid, Qt::Key_Escape); });
+    const LoadedList loaded
+        = LoadList(state.db, state.conditions, list, [&](const QString &text) { status += text; });
+    EXPECT_TRUE(loaded.isStopped);
+    EXPECT_FALSE(loaded.isRead);
+    EXPECT_EQ(list.RowCount(), 0);
+    EXPECT_EQ(status, QStringList{"該当データを表示しています･･･（0 秒）"});
+    EXPECT_TRUE(boxes.TakeTexts().empty());
+    EXPECT_TRUE(state.db.OpenRS("SELECT * FROM TLSP0010;")) << "the next query is not stopped";
 }
 
 TEST_F(ListLoadingTest, HeadingsStandInEveryVisibleColumn)

@@ -72,9 +72,12 @@ void Operator::Fail(const QString &why)
 QWidget *Operator::Front(const QString &window)
 {
     QWidget *front = QApplication::activeModalWidget();
-    const bool isWanted = front && front->isVisible()
-                          && (window.isEmpty() || front->objectName() == window);
-    if (!isWanted)
+    const bool isWanted
+        = front && front->isVisible() && (window.isEmpty() || front->objectName() == window);
+    // The hourglass is waited for; a box is answered all the same.
+    const bool isBusy = front && QApplication::overrideCursor() && !front->inherits("QMessageBox")
+                        && front->objectName() != "InputBox";
+    if (!isWanted || isBusy)
         return nullptr;
     // Keys reach a window only when it is the active one; a virtual display has no window manager
     // that would see to it.

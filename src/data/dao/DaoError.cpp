@@ -42,6 +42,7 @@ QString DescriptionOf(int number)
         {RuleBroken, "入力規則に違反する値です。"},
         {DaoErrors::UnrecognizedFormat, "データベースの形式を認識できません。"},
         {DaoErrors::ObjectInvalid, "オブジェクトが正しくないか、または設定されていません。"},
+        {DaoErrors::Cancelled, "操作は取り消されました。"},
         {TypeMismatch, "データの型が一致しません。"},
     };
     for (const auto &entry : descriptions)
@@ -80,6 +81,8 @@ int NumberOf(int extendedCode)
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
         return CorruptFile;
+    case SQLITE_INTERRUPT:
+        return DaoErrors::Cancelled;
     case SQLITE_MISMATCH:
         return TypeMismatch;
     case SQLITE_ERROR:

@@ -24,6 +24,7 @@ constexpr int PropertyNotFound = 3270;
 constexpr int UnrecognizedFormat = 3343;
 constexpr int SyntaxError = 3075;
 constexpr int ObjectInvalid = 3420;
+constexpr int Cancelled = 3059;
 
 /// The error of this number with its description; `detail` (a name, a path, the library's own text)
 /// follows the description where there is one.

@@ -157,6 +157,15 @@ void Database::SetProperty(const QString &name, const QString &value)
                   + Literal(value) + ')');
 }
 
+void Database::SetProgress(std::function<bool()> goOn)
+{
+    constexpr int OperationsPerCall = 1'000;
+    m_goOn = std::move(goOn);
+    sqlite3_progress_handler(
+        m_connection, m_goOn ? OperationsPerCall : 0,
+        [](void *self) { return static_cast<Database *>(self)->m_goOn() ? 0 : 1; }, this);
+}
+
 bool Database::IsInTransaction() const
 {
     return sqlite3_get_autocommit(m_connection) == 0;

@@ -3,6 +3,7 @@
 #include "data/dao/Recordset.h"
 
 #include <QString>
+#include <functional>
 #include <memory>
 
 struct sqlite3;
@@ -35,6 +36,10 @@ public:
 
     bool IsInTransaction() const;
 
+    /// Called again and again while a statement runs: False cancels it. It must not use the
+    /// database. An empty one ends that.
+    void SetProgress(std::function<bool()> goOn);
+
     /// Runs SQL of the engine itself, untranslated, several statements at once.
     void ExecuteNative(const QString &sql);
 
@@ -45,4 +50,5 @@ private:
 
     sqlite3 *m_connection = nullptr;
     int m_recordsAffected = 0;
+    std::function<bool()> m_goOn;
 };

@@ -1,0 +1,58 @@
+#include "platform/LongWork.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLocale>
+
+LongWork::LongWork(ShowStatusText showStatus, const QString &text, qint64 total)
+    : m_showStatus(std::move(showStatus))
+    , m_text(text)
+    , m_total(total)
+{
+    m_sinceLook.start();
+    m_sinceStart.start();
+}
+
+QString LongWork::Progress() const
+{
+    constexpr int MsPerSecond = 1000;
+    const QLocale locale(QLocale::Japanese);
+    if (m_total == 0)
+        return QString("（%1 秒）").arg(m_sinceStart.elapsed() / MsPerSecond);
+    return QString("（%1 / %2 件）").arg(locale.toString(m_done), locale.toString(m_total));
+}
+
+void LongWork::Look()
+{
+    if (m_showStatus)
+        m_showStatus(m_text + Progress());
+    qApp->installEventFilter(this);
+    QCoreApplication::processEvents();
+    qApp->removeEventFilter(this);
+    m_sinceLook.restart();
+}
+
+bool LongWork::eventFilter(QObject *, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape)
+            m_isStopped = true;
+        return true;
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::InputMethod:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+        return true;
+    case QEvent::Close:
+        event->ignore();
+        return true;
+    default:
+        return false;
+    }
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <functional>
+
+using ShowStatusText = std::function<void(const QString &text)>;
+
+/// Long work with many pieces. While it lives, the window stays alive: it is painted and can be
+/// moved, and the status bar shows how far the work is. Keys and mouse do nothing meanwhile, but
+/// for Esc, which asks to stop.
+class LongWork : private QObject
+{
+public:
+    /// `text` is the status text of the work, `total` the number of pieces (0: not known).
+    LongWork(ShowStatusText showStatus, const QString &text, qint64 total = 0);
+
+    /// To be called for each piece. False once the operator has asked to stop; whoever can't stop
+    /// goes on all the same.
+    bool Step()
+    {
+        constexpr int StepsToLook = 16; // looking at the time costs more than a step
+        if (++m_done % StepsToLook == 0 && m_sinceLook.elapsed() >= LookMs)
+            Look();
+        return !m_isStopped;
+    }
+
+    bool IsStopped() const { return m_isStopped; }
+
+private:
+    static constexpr int LookMs = 50;
+
+    void Look();
+    QString Progress() const;
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+    const ShowStatusText m_showStatus;
+    const QString m_text;
+    const qint64 m_total;
+    qint64 m_done = 0;
+    bool m_isStopped = false;
+    QElapsedTimer m_sinceLook;
+    QElapsedTimer m_sinceStart;
+};
