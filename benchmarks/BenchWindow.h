@@ -3,6 +3,18 @@
 #include "answerlist/AnswerList.h"
 #include "grid/SpreadGrid.h"
 
+#include <QCoreApplication>
+#include <QWindow>
+
+/// Waits until a window is on the screen: before that nothing is painted.
+inline void ShowAndWait(QWidget &window)
+{
+    window.show();
+    while (!window.windowHandle() || !window.windowHandle()->isExposed())
+        QCoreApplication::processEvents();
+    window.repaint();
+}
+
 /// A shown window with the answer list's grid.
 class BenchWindow
 {
@@ -11,7 +23,7 @@ public:
     {
         grid.resize(1200, 600);
         list.Create(&grid);
-        grid.show();
+        ShowAndWait(grid);
     }
 
     /// Paints what has changed, as the event loop would.

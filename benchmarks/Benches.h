@@ -12,6 +12,7 @@ struct Sizes
     int database;   ///< lines in the large database
     int smallDatabase;
     std::vector<int> lists; ///< customers' line counts, ascending; the second is the standard
+    int longest;            ///< a list as long as a database
     int list;               ///< the list that commands work on
     int search;             ///< one customer's lines
     int orders;             ///< orders registered and created
@@ -27,6 +28,6 @@ void BenchStart(const Sizes &sizes, std::vector<Measurement> &results);
 /// The large database of these sizes.
 BenchDatabase LargeDatabase(const Sizes &sizes);
 
-/// Run in a process of its own: shows the search screen ("search") or an empty window ("empty") and
-/// ends when it has been painted.
+/// Run in a process of its own: shows the search screen ("search"), an empty window ("empty") or
+/// one with a Japanese word ("word"), and ends when it has been painted.
 int ShowFirstWindow(const QString &which, const QString &folder, int argc, char **argv);

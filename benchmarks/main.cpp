@@ -12,7 +12,8 @@ namespace {
 const Sizes Full = {.folder = {},
                     .database = 1'000'000,
                     .smallDatabase = 10'000,
-                    .lists = {1'000, 10'000, 100'000, 500'000},
+                    .lists = {1'000, 10'000, 100'000},
+                    .longest = 1'000'000,
                     .list = 100'000,
                     .search = 2'000,
                     .orders = 10'000,
@@ -22,9 +23,10 @@ const Sizes Quick = {.folder = {},
                      .database = 60'000,
                      .smallDatabase = 10'000,
                      .lists = {1'000, 5'000, 20'000},
+                     .longest = 100'000,
                      .list = 20'000,
                      .search = 2'000,
-                     .orders = 1'000,
+                     .orders = 200,
                      .products = 50'000};
 
 struct Group

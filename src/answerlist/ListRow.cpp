@@ -84,7 +84,9 @@ public:
         m_text += LineBreak;
         return *this;
     }
-    const QString &Result() const { return m_text; }
+
+    /// The text in no more room than it takes: a million of them stay in memory.
+    QString Result() const { return QString(m_text.constData(), m_text.size()); }
 
 private:
     QString m_text;

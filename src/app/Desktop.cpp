@@ -23,8 +23,6 @@ void PrepareDesktop(QApplication &application)
         application.setFont(font);
         break;
     }
-    // Boxes that only show look like the form, so that those to type in stand out.
-    application.setStyleSheet("QLineEdit[readOnly=\"true\"] { background: palette(window); }");
     auto *translator = new QTranslator(&application);
     if (translator->load("qtbase_ja", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         application.installTranslator(translator);

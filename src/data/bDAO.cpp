@@ -149,6 +149,16 @@ double bDAO::GetRecordCount(Recordset *rows)
     return rows->RecordCount();
 }
 
+std::vector<int> bDAO::FieldsOf(const Recordset &rows, const QStringList &columns)
+{
+    return Guarded(std::vector<int>(), [&] {
+        std::vector<int> fields;
+        for (const QString &column : columns)
+            fields.push_back(rows.FieldIndex(column));
+        return fields;
+    });
+}
+
 QString bDAO::NullToTrim(const Recordset &rows, QStringView column)
 {
     return Trim(Guarded(QString(), [&] { return rows.Text(column); }));

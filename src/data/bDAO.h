@@ -3,9 +3,10 @@
 #include "data/dao/DBEngine.h"
 #include "platform/Files.h"
 
-#include <QString>
+#include <QStringList>
 #include <functional>
 #include <memory>
+#include <vector>
 
 /// The one way to the database. Every routine catches the engine's errors, shows them to the
 /// operator and returns its failure value; none throws.
@@ -42,6 +43,10 @@ public:
 
     /// The number of rows, the first one current again; 0 at the end, -1 after an error.
     double GetRecordCount(Recordset *rows);
+
+    /// The positions of columns in the rows; empty after an error (an unknown column), which has
+    /// been shown.
+    std::vector<int> FieldsOf(const Recordset &rows, const QStringList &columns);
 
     /// A text column of the current row; "" for null. An unknown column shows the error and gives
     /// "".

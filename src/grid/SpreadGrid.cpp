@@ -110,6 +110,10 @@ void SpreadGrid::SetClip(const QString &text)
 {
     const auto [column1, row1, column2, row2] = m_block;
     const bool isWholeRow = column1 == 1 && column2 == ColumnCount();
+    if (isWholeRow && row1 == row2 && text.count('\t') < ColumnCount()) {
+        m_model.SetRowText(row1, text);
+        return;
+    }
     const QStringList lines = row1 == row2 ? QStringList(text) : text.split("\r\n");
     for (int row = row1; row <= row2 && row - row1 < lines.size(); ++row) {
         const QString &line = lines[row - row1];

@@ -4,6 +4,7 @@
 #include "util/VbText.h"
 
 #include <QStringList>
+#include <vector>
 
 QString BuildProductSql(const QString &code)
 {
@@ -26,18 +27,27 @@ QString BuildCustomerSql(const PickedCode &picked)
 
 namespace {
 
-/// Adds every row's columns as one grid row; the number of the first row that `isWanted`, else 1.
+/// Adds every row's columns as one grid row; the number of the first row that `isWanted` (by its
+/// first two columns), else 1. 0 after an error.
 template <typename IsWanted>
 int FillRows(bDAO &db, Recordset &rows, const QStringList &columns, SpreadX &grid,
              IsWanted &&isWanted)
 {
+    const std::vector<int> fields = db.FieldsOf(rows, columns);
+    if (fields.empty())
+        return 0;
     int wanted = 0;
+    std::vector<QString> cells(fields.size());
     for (int row = 1; !db.IsEOF(&rows); ++row, db.MoveNext(rows)) {
-        QStringList cells;
-        for (const QString &column : columns)
-            cells += db.NullToRTrim(rows, column);
-        grid.AddItem(cells.join('\t'));
-        if (wanted == 0 && isWanted(cells))
+        QString text;
+        for (size_t at = 0; at < fields.size(); ++at) {
+            cells[at] = RTrim(rows.Text(fields[at]));
+            text += cells[at].replace('\t', ' '); // a tab would end the cell
+            if (at + 1 < fields.size())
+                text += '\t';
+        }
+        grid.AddItem(text);
+        if (wanted == 0 && isWanted(cells[0], cells[1]))
             wanted = row;
     }
     db.CloseRS(&rows);
@@ -59,9 +69,10 @@ int FillProducts(bDAO &db, const PickedCode &picked, SpreadX &grid)
         if (!rows)
             return 0;
     }
-    return FillRows(db, *rows, {"AccHinCD", "HinName"}, grid, [&](const QStringList &cells) {
-        return Trim(cells[0]) == only.code && Trim(cells[1]) == only.name;
-    });
+    return FillRows(
+        db, *rows, {"AccHinCD", "HinName"}, grid, [&](const QString &code, const QString &name) {
+            return !only.code.isEmpty() && Trim(code) == only.code && Trim(name) == only.name;
+        });
 }
 
 int FillCustomers(bDAO &db, const PickedCode &picked, SpreadX &grid)
@@ -69,8 +80,10 @@ int FillCustomers(bDAO &db, const PickedCode &picked, SpreadX &grid)
     const auto rows = db.OpenRS(BuildCustomerSql(picked));
     if (db.IsEOF(rows.get()))
         return 0;
-    return FillRows(db, *rows, {"CustCD", "CustName", "TEL"}, grid, [&](const QStringList &cells) {
-        // As the database compares: the customer of a code typed in small letters is found too.
-        return Trim(cells[0]).compare(Trim(picked.code), Qt::CaseInsensitive) == 0;
-    });
+    const QString wanted = Trim(picked.code);
+    return FillRows(db, *rows, {"CustCD", "CustName", "TEL"}, grid,
+                    [&](const QString &code, const QString &) {
+                        // As the database compares: a code typed in small letters is found too.
+                        return Trim(code).compare(wanted, Qt::CaseInsensitive) == 0;
+                    });
 }

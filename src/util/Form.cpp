@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QFocusEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QStatusBar>
 
@@ -61,6 +62,13 @@ void Form::showEvent(QShowEvent *event)
         // No button is pressed by Enter in another field, and none may look like it.
         for (QPushButton *button : findChildren<QPushButton *>())
             button->setAutoDefault(false);
+        // Boxes that only show look like the form, so that those to type in stand out.
+        for (QLineEdit *box : findChildren<QLineEdit *>())
+            if (box->isReadOnly()) {
+                QPalette colors = box->palette();
+                colors.setColor(QPalette::Base, colors.color(QPalette::Window));
+                box->setPalette(colors);
+            }
     }
     m_isPlaced = true;
     QDialog::showEvent(event);
