@@ -4,6 +4,7 @@
 #include "support/FixedClock.h"
 #include "support/QtPrinters.h"
 #include "support/TestFolder.h"
+#include "support/Variable.h"
 
 #include <QFile>
 #include <QWidget>
@@ -11,38 +12,6 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-namespace {
-
-/// An environment variable's value while this object lives.
-class Variable
-{
-public:
-    Variable(const char *name, const QString &value)
-        : m_name(name)
-        , m_old(qgetenv(name))
-        , m_wasSet(qEnvironmentVariableIsSet(name))
-    {
-        if (value.isNull())
-            qunsetenv(name);
-        else
-            qputenv(name, value.toUtf8());
-    }
-    ~Variable()
-    {
-        if (m_wasSet)
-            qputenv(m_name, m_old);
-        else
-            qunsetenv(m_name);
-    }
-
-private:
-    const char *m_name;
-    QByteArray m_old;
-    bool m_wasSet;
-};
-
-} // namespace
 
 TEST(WindowsDir, ComesFromTheEnvironment)
 {
