@@ -4,7 +4,6 @@
 #include "support/ScriptedBoxes.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <gtest/gtest.h>
 #include <map>
 
@@ -21,7 +20,7 @@ struct CatalogueLine
 
 std::map<int, CatalogueLine> ReadCatalogue()
 {
-    QFile file(QFileInfo(__FILE__).path() + "/catalogue.txt");
+    QFile file(CATALOGUE);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
     std::map<int, CatalogueLine> lines;
     for (const QString &line : QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts)) {
