@@ -14,6 +14,27 @@ bool IsAscii(QStringView text)
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
 }
 
+/// The library's table of the code page has these three control characters in each other's places.
+/// None of them is half of a double-byte character.
+bool IsMisplaced(char byte)
+{
+    return byte == '\x1a' || byte == '\x1c' || byte == '\x7f';
+}
+
+char InItsPlace(char encoded)
+{
+    switch (encoded) {
+    case '\x7f':
+        return '\x1a';
+    case '\x1a':
+        return '\x1c';
+    case '\x1c':
+        return '\x7f';
+    default:
+        return encoded;
+    }
+}
+
 /// Encodes and tells through `complete` whether every character was in the code page.
 QByteArray Encode(QStringView text, bool &complete)
 {
@@ -23,7 +44,20 @@ QByteArray Encode(QStringView text, bool &complete)
         encoder.emplace(CodePage932, QStringConverter::Flag::Stateless);
     QByteArray bytes = encoder->encode(text);
     complete = !encoder->hasError();
+    std::transform(bytes.begin(), bytes.end(), bytes.begin(), InItsPlace);
     return bytes;
+}
+
+/// Decodes bytes without a misplaced one.
+QString Decode(QByteArrayView bytes)
+{
+    static thread_local QStringDecoder decoder(CodePage932, QStringConverter::Flag::Stateless);
+    decoder.resetState();
+    // Half a character at the end is only seen when something follows it. The decoder writes SUB
+    // for bad bytes.
+    QString text = decoder.decode(bytes.toByteArray() + '\n');
+    text.chop(1);
+    return text.replace(QChar(0x1a), QChar::ReplacementCharacter);
 }
 
 } // namespace
@@ -55,14 +89,15 @@ QString FromShiftJis(QByteArrayView bytes)
 {
     if (std::all_of(bytes.begin(), bytes.end(), [](char byte) { return uchar(byte) < 0x80; }))
         return QString::fromLatin1(bytes);
-    static thread_local QStringDecoder decoder(CodePage932, QStringConverter::Flag::Stateless);
-    decoder.resetState();
-    // Half a character at the end is only seen when something follows it. The decoder writes SUB
-    // for bad bytes.
-    QString text = decoder.decode(bytes.toByteArray() + '\n');
-    text.chop(1);
-    text.replace(QChar(0x1a), QChar::ReplacementCharacter);
-    return text;
+    QString text;
+    for (auto start = bytes.begin();;) {
+        const auto end = std::find_if(start, bytes.end(), IsMisplaced);
+        text += Decode(bytes.sliced(start - bytes.begin(), end - start));
+        if (end == bytes.end())
+            return text;
+        text += QLatin1Char(*end);
+        start = end + 1;
+    }
 }
 
 int ShiftJisLength(QStringView text)

@@ -65,6 +65,19 @@ TEST(ShiftJis, BadBytesAreReplaced)
     EXPECT_EQ(FromShiftJis(QByteArray("A\x1a")), "A\x1a") << "the end mark of old text files";
 }
 
+TEST(ShiftJis, ControlCharactersAreTheirOwnBytes)
+{
+    for (char control = 0; control < ' '; ++control) {
+        const QString text = QString("納") + QLatin1Char(control) + "期";
+        const QByteArray bytes = QByteArray("\x94\x5b") + control + "\x8a\xfa";
+        EXPECT_EQ(ToShiftJis(text), bytes) << int(control);
+        EXPECT_EQ(FromShiftJis(bytes), text) << int(control);
+    }
+    EXPECT_EQ(ToShiftJis(u"納\x7f"), QByteArray("\x94\x5b\x7f"));
+    EXPECT_EQ(FromShiftJis(QByteArray("\x94\x5b\x7f")), QStringLiteral("納\x7f"));
+    EXPECT_EQ(FromShiftJis(QByteArray("\x94\x1a\x94")), QStringLiteral("\uFFFD\x1a\uFFFD"));
+}
+
 TEST(ShiftJis, EveryTwoByteCharacterSurvivesAReadAndAWrite)
 {
     int count = 0;
