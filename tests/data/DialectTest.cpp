@@ -32,6 +32,7 @@ TEST(Dialect, Translations)
         {"x LIKE 'O''N*'", "x LIKE 'O''N%'"},
         {"T.x LIKE 'A?*'", "like_pattern('A?*', T.x )"},
         {"a = 1 AND T.x LIKE '*A*' AND b = 2", "a = 1 AND like_pattern('*A*', T.x ) AND b = 2"},
+        {"x LIKE '[]]*'", "like_pattern('[]]*', x )"},
         {"x NOT LIKE '#'", "NOT like_pattern('#', x )"},
         {"Left$(x, 2) LIKE '[ab]'", "like_pattern('[ab]', left_text(x, 2) )"},
         {"(x) LIKE '?'", "like_pattern('?', (x) )"},

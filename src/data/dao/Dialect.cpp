@@ -153,8 +153,8 @@ std::optional<QString> NativePattern(const QString &pattern)
             native += '%';
             break;
         }
-        if (c == '[' && at + 2 < pattern.size() && pattern[at + 2] == ']'
-            && pattern[at + 1] != '!') {
+        if (c == '[' && at + 2 < pattern.size() && pattern[at + 2] == ']' && pattern[at + 1] != '!'
+            && pattern[at + 1] != ']') {
             c = pattern[at + 1];
             at += 2;
         } else if (c == '*' || c == '?' || c == '#' || c == '[') {
