@@ -47,6 +47,8 @@ TEST(Dialect, Translations)
          "UPDATE A SET x = 'UPDATE B INNER JOIN C ON SET'"},
         {"x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('", // nothing in a literal is touched
          "x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('"},
+        {"x = 'a'\"b\"", "x = 'a' 'b'"},
+        {"x = 'a'Chr(66)", "x = 'a' 'B'"},
         {"x <> '' AND y >= 2.5", "x <> '' AND y >= 2.5"},
         {"", ""},
     };

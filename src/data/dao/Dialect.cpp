@@ -351,8 +351,9 @@ QString ToText(const Tokens &tokens)
 {
     QString sql;
     for (const Token &token : tokens) {
+        // Two literals side by side would be one with a quote in it.
         if (token.kind == Kind::Literal)
-            sql += Quoted(token.text);
+            sql += (sql.endsWith('\'') ? " " : "") + Quoted(token.text);
         else if (token.kind == Kind::Word)
             sql += NativeName(token.text);
         else
