@@ -47,6 +47,10 @@ TEST(Dialect, Translations)
          "UPDATE A SET x = 'UPDATE B INNER JOIN C ON SET'"},
         {"x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('", // nothing in a literal is touched
          "x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('"},
+        {"x = 'it''s", "x = 'it''s"}, // what is not closed is for SQLite to refuse
+        {"x = \"it's & 'a", "x = \"it's & 'a"},
+        {"UPDATE A INNER JOIN B ON A.k = \"b\" SET [x = 1",
+         "UPDATE A INNER JOIN B ON A.k = \"b\" SET [x = 1"},
         {"x = 'a'\"b\"", "x = 'a' 'b'"},
         {"x = 'a'Chr(66)", "x = 'a' 'B'"},
         {"x <> '' AND y >= 2.5", "x <> '' AND y >= 2.5"},

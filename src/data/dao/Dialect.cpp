@@ -6,7 +6,7 @@
 
 namespace {
 
-enum class Kind { Blank, Word, Number, Literal, Symbol };
+enum class Kind { Blank, Word, Number, Literal, Unclosed, Symbol };
 
 /// One token. A literal's text is its content without quotes.
 struct Token
@@ -40,13 +40,15 @@ Token ReadLiteral(QStringView sql, qsizetype &at)
     Token token{Kind::Literal, {}};
     for (; at < sql.size(); ++at) {
         if (sql[at] == quote) {
-            if (at + 1 == sql.size() || sql[at + 1] != quote)
-                break;
+            if (at + 1 == sql.size() || sql[at + 1] != quote) {
+                ++at;
+                return token;
+            }
             ++at;
         }
         token.text += sql[at];
     }
-    ++at;
+    token.kind = Kind::Unclosed;
     return token;
 }
 
@@ -82,6 +84,13 @@ Tokens Tokenize(QStringView sql)
             take(Kind::Symbol, [](QChar) { return false; });
     }
     return tokens;
+}
+
+/// Whether the text ends inside of this literal or this name in brackets.
+bool IsUnclosed(const Token &token)
+{
+    return token.kind == Kind::Unclosed
+           || (token.kind == Kind::Symbol && token.text[0] == '[' && !token.text.endsWith(']'));
 }
 
 qsizetype SkipBlanks(const Tokens &tokens, qsizetype at)
@@ -366,7 +375,10 @@ QString ToText(const Tokens &tokens)
 
 QString ToSqlite(const QString &statement)
 {
-    Tokens tokens = TranslateLike(JoinConstants(Tokenize(statement)));
+    Tokens tokens = Tokenize(statement);
+    if (!tokens.empty() && IsUnclosed(tokens.back()))
+        return statement;
+    tokens = TranslateLike(JoinConstants(tokens));
     TranslateTop(tokens);
     TranslateUpdateJoin(tokens);
     return ToText(tokens);
