@@ -43,6 +43,8 @@ TEST(Dialect, Translations)
         {"SELECT [Order Date], Top FROM T", "SELECT [Order Date], Top FROM T"},
         {"UPDATE A INNER JOIN B ON A.k = B.k SET A.x = 3,A.y = B.y WHERE A.n = 1 OR B.n = 2;",
          "UPDATE A SET x = 3,y = B.y FROM B WHERE (A.k = B.k) AND ( A.n = 1 OR B.n = 2);"},
+        {"UPDATE A INNER B JOIN C ON A.k = C.k SET A.x = 3",
+         "UPDATE A INNER B JOIN C ON A.k = C.k SET A.x = 3"},
         {"UPDATE A SET x = 'UPDATE B INNER JOIN C ON SET'",
          "UPDATE A SET x = 'UPDATE B INNER JOIN C ON SET'"},
         {"x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('", // nothing in a literal is touched

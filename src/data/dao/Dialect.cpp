@@ -320,7 +320,8 @@ void TranslateUpdateJoin(Tokens &tokens)
     const qsizetype join = FindWord(tokens, u"JOIN", update);
     const qsizetype on = FindWord(tokens, u"ON", update);
     const qsizetype set = FindWord(tokens, u"SET", update);
-    if (!(inner < join && join < on && on < set && set < end))
+    if (!(inner < join && join < on && on < set && set < end)
+        || SkipBlanks(tokens, inner + 1) != join)
         return;
     const bool hadSemicolon = TakeSemicolon(tokens);
     const qsizetype where = FindWord(tokens, u"WHERE", set);
