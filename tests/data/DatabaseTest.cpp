@@ -136,18 +136,22 @@ TEST(Database, ErrorsNameTheirCause)
     const struct
     {
         Database &database;
-        const char *sql;
+        QString sql;
         int number;
     } cases[] = {
         {engine, "UPDATE TLMT0099 SET A = 1", 3075},
         {engine, "SELEKT", 3075},
+        {engine, "DELETE FROM TLMT0010; DELETE FROM TLMT0020", 3075},
+        {engine, QString("DELETE FROM TLMT0010") + QChar(0) + " WHERE CoCD = 'A'", 3075},
+        {engine, "DELETE FROM TLMT0010 WHERE CoCD = 'A", 3075},
         {engine, "INSERT INTO TLMT0020 (AccHinCD) VALUES ('a')", 3022},
         {engine, "INSERT INTO TLMT0020 (AccHinCD) VALUES (NULL)", 3314},
         {readOnly, "DELETE FROM TLMT0020", 3027},
     };
     for (const auto &[on, sql, number] : cases) {
         const DaoError error = ErrorOf([&on = on, sql = sql] { on.Execute(sql); });
-        EXPECT_EQ(error.number, number) << sql << ' ' << error.description.toStdString();
+        EXPECT_EQ(error.number, number)
+            << sql.toStdString() << ' ' << error.description.toStdString();
         EXPECT_EQ(error.source, "DAO.Database");
     }
     EXPECT_EQ(database.Rows("SELECT AccHinCD FROM TLMT0020"), "A");

@@ -32,6 +32,7 @@ TEST(Dialect, Translations)
         {"x LIKE 'O''N*'", "x LIKE 'O''N%'"},
         {"T.x LIKE 'A?*'", "like_pattern('A?*', T.x )"},
         {"a = 1 AND T.x LIKE '*A*' AND b = 2", "a = 1 AND like_pattern('*A*', T.x ) AND b = 2"},
+        {"x LIKE '[]]*'", "like_pattern('[]]*', x )"},
         {"x NOT LIKE '#'", "NOT like_pattern('#', x )"},
         {"Left$(x, 2) LIKE '[ab]'", "like_pattern('[ab]', left_text(x, 2) )"},
         {"(x) LIKE '?'", "like_pattern('?', (x) )"},
@@ -42,10 +43,18 @@ TEST(Dialect, Translations)
         {"SELECT [Order Date], Top FROM T", "SELECT [Order Date], Top FROM T"},
         {"UPDATE A INNER JOIN B ON A.k = B.k SET A.x = 3,A.y = B.y WHERE A.n = 1 OR B.n = 2;",
          "UPDATE A SET x = 3,y = B.y FROM B WHERE (A.k = B.k) AND ( A.n = 1 OR B.n = 2);"},
+        {"UPDATE A INNER B JOIN C ON A.k = C.k SET A.x = 3",
+         "UPDATE A INNER B JOIN C ON A.k = C.k SET A.x = 3"},
         {"UPDATE A SET x = 'UPDATE B INNER JOIN C ON SET'",
          "UPDATE A SET x = 'UPDATE B INNER JOIN C ON SET'"},
         {"x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('", // nothing in a literal is touched
          "x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('"},
+        {"x = 'it''s", "x = 'it''s"}, // what is not closed is for SQLite to refuse
+        {"x = \"it's & 'a", "x = \"it's & 'a"},
+        {"UPDATE A INNER JOIN B ON A.k = \"b\" SET [x = 1",
+         "UPDATE A INNER JOIN B ON A.k = \"b\" SET [x = 1"},
+        {"x = 'a'\"b\"", "x = 'a' 'b'"},
+        {"x = 'a'Chr(66)", "x = 'a' 'B'"},
         {"x <> '' AND y >= 2.5", "x <> '' AND y >= 2.5"},
         {"", ""},
     };

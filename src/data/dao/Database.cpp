@@ -61,9 +61,16 @@ struct Statement
     Statement(sqlite3 *connection, const QString &sql)
     {
         const QByteArray utf8 = sql.toUtf8();
-        if (sqlite3_prepare_v2(connection, utf8.data(), int(utf8.size()), &handle, nullptr)
+        const char *tail = nullptr;
+        if (sqlite3_prepare_v2(connection, utf8.data(), int(utf8.size()), &handle, &tail)
             != SQLITE_OK)
             throw DaoErrors::FromSqlite(connection, Source);
+        // The library takes the first statement and stops at a NUL.
+        const QByteArrayView rest(tail, utf8.data() + utf8.size() - tail);
+        if (!rest.trimmed().isEmpty()) {
+            sqlite3_finalize(handle);
+            throw DaoErrors::Make(DaoErrors::SyntaxError, Source, QString::fromUtf8(rest));
+        }
     }
     ~Statement() { sqlite3_finalize(handle); }
     Statement(const Statement &) = delete;

@@ -6,7 +6,7 @@
 
 namespace {
 
-enum class Kind { Blank, Word, Number, Literal, Symbol };
+enum class Kind { Blank, Word, Number, Literal, Unclosed, Symbol };
 
 /// One token. A literal's text is its content without quotes.
 struct Token
@@ -40,13 +40,15 @@ Token ReadLiteral(QStringView sql, qsizetype &at)
     Token token{Kind::Literal, {}};
     for (; at < sql.size(); ++at) {
         if (sql[at] == quote) {
-            if (at + 1 == sql.size() || sql[at + 1] != quote)
-                break;
+            if (at + 1 == sql.size() || sql[at + 1] != quote) {
+                ++at;
+                return token;
+            }
             ++at;
         }
         token.text += sql[at];
     }
-    ++at;
+    token.kind = Kind::Unclosed;
     return token;
 }
 
@@ -82,6 +84,13 @@ Tokens Tokenize(QStringView sql)
             take(Kind::Symbol, [](QChar) { return false; });
     }
     return tokens;
+}
+
+/// Whether the text ends inside of this literal or this name in brackets.
+bool IsUnclosed(const Token &token)
+{
+    return token.kind == Kind::Unclosed
+           || (token.kind == Kind::Symbol && token.text[0] == '[' && !token.text.endsWith(']'));
 }
 
 qsizetype SkipBlanks(const Tokens &tokens, qsizetype at)
@@ -153,8 +162,8 @@ std::optional<QString> NativePattern(const QString &pattern)
             native += '%';
             break;
         }
-        if (c == '[' && at + 2 < pattern.size() && pattern[at + 2] == ']'
-            && pattern[at + 1] != '!') {
+        if (c == '[' && at + 2 < pattern.size() && pattern[at + 2] == ']' && pattern[at + 1] != '!'
+            && pattern[at + 1] != ']') {
             c = pattern[at + 1];
             at += 2;
         } else if (c == '*' || c == '?' || c == '#' || c == '[') {
@@ -311,7 +320,8 @@ void TranslateUpdateJoin(Tokens &tokens)
     const qsizetype join = FindWord(tokens, u"JOIN", update);
     const qsizetype on = FindWord(tokens, u"ON", update);
     const qsizetype set = FindWord(tokens, u"SET", update);
-    if (!(inner < join && join < on && on < set && set < end))
+    if (!(inner < join && join < on && on < set && set < end)
+        || SkipBlanks(tokens, inner + 1) != join)
         return;
     const bool hadSemicolon = TakeSemicolon(tokens);
     const qsizetype where = FindWord(tokens, u"WHERE", set);
@@ -351,8 +361,9 @@ QString ToText(const Tokens &tokens)
 {
     QString sql;
     for (const Token &token : tokens) {
+        // Two literals side by side would be one with a quote in it.
         if (token.kind == Kind::Literal)
-            sql += Quoted(token.text);
+            sql += (sql.endsWith('\'') ? " " : "") + Quoted(token.text);
         else if (token.kind == Kind::Word)
             sql += NativeName(token.text);
         else
@@ -365,7 +376,10 @@ QString ToText(const Tokens &tokens)
 
 QString ToSqlite(const QString &statement)
 {
-    Tokens tokens = TranslateLike(JoinConstants(Tokenize(statement)));
+    Tokens tokens = Tokenize(statement);
+    if (!tokens.empty() && IsUnclosed(tokens.back()))
+        return statement;
+    tokens = TranslateLike(JoinConstants(tokens));
     TranslateTop(tokens);
     TranslateUpdateJoin(tokens);
     return ToText(tokens);
