@@ -11,6 +11,9 @@
 #include "ui_SC030110.h"
 #include "util/bDate.h"
 
+#include <QTimer>
+#include <QWindow>
+
 SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent)
     : Form(parent)
     , m_ui(std::make_unique<Ui::SC030110>())
@@ -64,6 +67,15 @@ void SC030110::Activate()
 {
     if (!m_state.isReloadNeeded)
         return;
+    // A window that is on its way to the screen has to be painted first: the list is not painted
+    // while it is filled.
+    constexpr int MostWaits = 50;
+    constexpr int WaitMs = 10;
+    if (!windowHandle()->isExposed() && m_waits++ < MostWaits) {
+        QTimer::singleShot(WaitMs, this, &SC030110::Activate);
+        return;
+    }
+    repaint();
     LoadedList loaded;
     {
         const Hourglass hourglass;

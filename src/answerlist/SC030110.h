@@ -60,4 +60,5 @@ private:
     MakeAnswers m_makeAnswers;
     AnswerList m_list;
     WriteStamp m_stamp;
+    int m_waits = 0; ///< for the window to come to the screen
 };
