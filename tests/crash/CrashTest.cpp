@@ -44,6 +44,7 @@ public:
     /// Waits until the program has said this line.
     void WaitFor(const QByteArray &line)
     {
+        m_said += m_process.readAllStandardOutput();
         while (!m_said.contains(line + '\n') && m_process.waitForReadyRead(WaitMs))
             m_said += m_process.readAllStandardOutput();
         EXPECT_TRUE(m_said.contains(line + '\n'))

@@ -37,7 +37,8 @@ public:
 
     void WaitForReady()
     {
-        QByteArray said;
+        // Some may have come in while the program looked at its events.
+        QByteArray said = m_shell.readAllStandardOutput();
         while (!said.contains("ready") && m_shell.waitForReadyRead(WaitMs))
             said += m_shell.readAllStandardOutput();
         EXPECT_TRUE(said.contains("ready"));
