@@ -27,6 +27,10 @@ TEST(ToolCommands, WrongUseIsOneLineAndExitCode2)
         {{"create", folder.Path("a"), folder.Path("b")}, "one DIR is wanted"},
         {{"create", "--json", folder.Path("a")}, "json"},
         {{"check"}, "one DIR is wanted"},
+        {{"import"}, "OLD.MDB and DIR are wanted"},
+        {{"import", folder.Path("a")}, "OLD.MDB and DIR are wanted"},
+        {{"import", "", folder.Path("a")}, "OLD.MDB and DIR are wanted"},
+        {{"import", "x", folder.Path("a"), "y"}, "OLD.MDB and DIR are wanted"},
         {{"show-answers"}, "one FILE is wanted"},
         {{"show-answers", "--lines", "3", folder.Path("a")}, "lines"},
         {{"demo", "--lines"}, "lines"},
@@ -57,7 +61,7 @@ TEST(ToolCommands, HelpNamesWhatThereIs)
 {
     const ToolRun tool({"--help"});
     EXPECT_EQ(tool.exitCode, ExitCode::Ok);
-    for (const char *name : {"create", "demo", "check", "show-answers"}) {
+    for (const char *name : {"create", "demo", "check", "import", "show-answers"}) {
         SCOPED_TRACE(name);
         EXPECT_TRUE(tool.out.contains(name));
         // Help is given even where the command could not run.

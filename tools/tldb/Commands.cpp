@@ -15,7 +15,7 @@ struct Option
 struct Command
 {
     const char *name;
-    const char *operand; ///< the name of the one operand that every command takes
+    const char *operands; ///< names, with blanks between them
     const char *summary;
     const char *details;
     std::vector<Option> options;
@@ -47,6 +47,17 @@ const std::vector<Command> &Commands()
          "database.",
          {},
          RunCheck},
+        {"import",
+         "OLD.MDB DIR",
+         "make a TLDB0010.MDB in DIR from a database in the original engine's format",
+         "OLD.MDB, in format 4, is only read. DIR is made when it is missing; it must not have a\n"
+         "TLDB0010.MDB. Every table is taken over. Columns of the system that the old tables lack\n"
+         "are blank or 0; columns and tables that the system does not know are kept. Trailing\n"
+         "blanks of texts in the system's columns are removed, because the program's comparisons\n"
+         "expect none; all else stays as it is. A row that can't be written is named and left\n"
+         "out. Then the new database is checked as by \"tldb check\".",
+         {},
+         RunImport},
         {"show-answers",
          "FILE",
          "show the records of a delivery-date answer file",
@@ -64,7 +75,7 @@ void ShowToolHelp(QTextStream &out)
 {
     out << "Usage: tldb COMMAND [OPTIONS] ...\n\nCommands:\n";
     for (const Command &command : Commands())
-        out << "  " << QString("%1 %2").arg(command.name, command.operand).leftJustified(20)
+        out << "  " << QString("%1 %2").arg(command.name, command.operands).leftJustified(20)
             << command.summary << '\n';
     out << "\n" << ExitCodeHelp << "\n\"tldb COMMAND --help\" tells more about a command.\n";
 }
@@ -79,7 +90,7 @@ void ShowCommandHelp(const Command &command, QTextStream &out)
     out << "Usage: tldb " << command.name;
     for (const Option &option : command.options)
         out << " [" << SyntaxOf(option) << ']';
-    out << ' ' << command.operand << "\n\n"
+    out << ' ' << command.operands << "\n\n"
         << command.name << ": " << command.summary << ".\n"
         << command.details << "\n\n";
     for (const Option &option : command.options)
@@ -109,8 +120,11 @@ int RunCommand(const Command &command, const QStringList &arguments, QTextStream
         ShowCommandHelp(command, out);
         return ExitCode::Ok;
     }
-    if (parser.positionalArguments().size() != 1 || parser.positionalArguments().first().isEmpty())
-        return complain(QString("one %1 is wanted").arg(command.operand));
+    const QStringList operands = QString(command.operands).split(' ');
+    const QStringList given = parser.positionalArguments();
+    if (given.size() != operands.size() || given.contains(QString()))
+        return complain(operands.size() == 1 ? "one " + operands.first() + " is wanted"
+                                             : operands.join(" and ") + " are wanted");
     return command.run(parser, out, err);
 }
 

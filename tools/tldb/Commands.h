@@ -26,4 +26,5 @@ int Complain(QTextStream &err, const QString &text, int exitCode = ExitCode::Fou
 int RunCreate(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunDemo(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunCheck(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
+int RunImport(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunShowAnswers(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
