@@ -15,7 +15,7 @@ struct Option
 struct Command
 {
     const char *name;
-    const char *operands; ///< their names
+    const char *operands; ///< names, with blanks between them
     const char *summary;
     const char *details;
     std::vector<Option> options;
@@ -49,12 +49,13 @@ const std::vector<Command> &Commands()
          RunCheck},
         {"import",
          "OLD.MDB DIR",
-         "bring a database of the original engine's format 4 over",
-         "Makes a new TLDB0010.MDB in DIR from the old file, which is only read. Tables and "
-         "columns\n"
-         "are found by their names; what the system does not know is kept. Blanks at the end of a\n"
-         "text are left out in the system's tables. Rows that break a rule are listed, rows whose\n"
-         "key is there already are left out.",
+         "make a TLDB0010.MDB in DIR from a database in the original engine's format",
+         "OLD.MDB, in format 4, is only read. DIR is made when it is missing; it must not have a\n"
+         "TLDB0010.MDB. Every table is taken over. Columns of the system that the old tables lack\n"
+         "are blank or 0; columns and tables that the system does not know are kept. Trailing\n"
+         "blanks of texts in the system's columns are removed, because the program's comparisons\n"
+         "expect none; all else stays as it is. A row that can't be written is named and left\n"
+         "out. Then the new database is checked as by \"tldb check\".",
          {},
          RunImport},
         {"show-answers",
@@ -120,9 +121,10 @@ int RunCommand(const Command &command, const QStringList &arguments, QTextStream
         return ExitCode::Ok;
     }
     const QStringList operands = QString(command.operands).split(' ');
-    if (parser.positionalArguments().size() != operands.size()
-        || parser.positionalArguments().contains(QString()))
-        return complain("one " + operands.join(" and one ") + " is wanted");
+    const QStringList given = parser.positionalArguments();
+    if (given.size() != operands.size() || given.contains(QString()))
+        return complain(operands.size() == 1 ? "one " + operands.first() + " is wanted"
+                                             : operands.join(" and ") + " are wanted");
     return command.run(parser, out, err);
 }
 

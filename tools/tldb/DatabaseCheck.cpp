@@ -2,6 +2,7 @@
 
 #include "data/Tables.h"
 #include "data/dao/DaoError.h"
+#include "tldb/NewDatabase.h"
 #include "tldb/ValueRules.h"
 
 #include <QStringList>
@@ -120,6 +121,17 @@ void CheckRelation(Database &database, const Relation &relation, const FindingSi
                QString(relation.what) + ": " + Quoted(rows.Text(int(keys.size())))});
 }
 
+/// Runs one check; a file that can't be read further is a finding.
+template <typename Check>
+void Guarded(const QString &table, const FindingSink &found, Check &&check)
+{
+    try {
+        check();
+    } catch (const DaoError &error) {
+        found({table, {}, {}, "can't be read: " + ErrorText(error)});
+    }
+}
+
 } // namespace
 
 QString ToLine(const Finding &finding)
@@ -135,6 +147,30 @@ QString ToLine(const Finding &finding)
                      ? QString("\\u%1").arg(c.unicode(), 4, 16, QChar('0'))
                      : QString(c);
     return shown;
+}
+
+FindingReport::FindingReport(QTextStream &out)
+    : found([this, &out](const Finding &finding) {
+        out << ToLine(finding) << '\n';
+        ++findings;
+    })
+    , noted([this, &out](const Finding &note) {
+        out << "note: " << ToLine(note) << '\n';
+        ++notes;
+    })
+{
+}
+
+qint64 CheckDatabase(Database &database, const FindingSink &found, const FindingSink &noted)
+{
+    Guarded({}, found, [&] { CheckIntegrity(database, found); });
+    Guarded({}, found, [&] { CheckProperties(database, found); });
+    Guarded({}, found, [&] { CheckSchema(database, found, noted); });
+    qint64 rowCount = 0;
+    for (const TableDefinition &table : Tables())
+        Guarded(table.name, found, [&] { rowCount += CheckValues(database, table, found); });
+    Guarded({}, found, [&] { CheckRelations(database, found); });
+    return rowCount;
 }
 
 qint64 CheckValues(Database &database, const TableDefinition &table, const FindingSink &found)

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QTextStream>
 #include <functional>
 
 struct TableDefinition;
@@ -22,6 +23,24 @@ struct Finding
 QString ToLine(const Finding &finding);
 
 using FindingSink = std::function<void(const Finding &)>;
+
+/// Writes findings and notes to a stream, one line each, and counts them.
+class FindingReport
+{
+public:
+    explicit FindingReport(QTextStream &out);
+    FindingReport(const FindingReport &) = delete;
+    FindingReport &operator=(const FindingReport &) = delete;
+
+    FindingSink found;
+    FindingSink noted; ///< for what is worth knowing but breaks no rule
+    qint64 findings = 0;
+    qint64 notes = 0;
+};
+
+/// Runs every check below; a part that can't be read further is a finding, and the next check has
+/// its turn. Returns the number of rows that were read.
+qint64 CheckDatabase(Database &database, const FindingSink &found, const FindingSink &noted);
 
 // The checks of a database. Each only reads, hands every finding to `found`, and throws DaoError
 // when the file can't be read further.

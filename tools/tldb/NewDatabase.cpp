@@ -25,9 +25,11 @@ QString ErrorText(const DaoError &error)
         int number;
         const char *text;
     } texts[] = {
+        {DaoErrors::DuplicateKey, "another row has this key"},
         {DaoErrors::FileNotFound, "the database does not exist"},
         {DaoErrors::FileExists, "the database exists already"},
         {DaoErrors::InvalidPassword, "the password does not open the database"},
+        {DaoErrors::NullNotAllowed, "a column of the key is null"},
         {DaoErrors::UnrecognizedFormat, "the file is not a database of the system"},
         {DaoErrors::CannotUpdate, "the database can't be written"},
     };

@@ -1,260 +1,372 @@
 #include "tldb/OldDatabase.h"
 
-#include "data/dao/DaoError.h"
+#include "data/dao/Database.h"
 
-#include <QDateTime>
 #include <QFile>
-#include <cmath>
-#include <cstdlib>
+#include <QFileInfo>
+#include <array>
 #include <cstring>
 #include <mdbtools.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 
 namespace {
 
-constexpr auto Source = "tldb";
 constexpr int PageSize = 4096;
-constexpr quint8 Format4 = 1;
-constexpr int FormatAt = 20; ///< of the byte that tells the format
-constexpr int RowStartMask = 0x1fff;
-constexpr quint32 MemoLengthMask = 0x3fffffff;
+constexpr int OffsetMask = 0x1fff; ///< the other bits of a row's offset are marks
+constexpr qsizetype ReferenceSize = 12;
 
-const char *SqlTypeOf(int type)
+constexpr auto DamagedText = "the file is damaged";
+constexpr auto CutText = "the file is damaged: its end is missing";
+
+/// Takes the process's standard error away for a while: the library writes there as it likes, and
+/// what matters of it shows in the tables as well.
+class QuietErrors
 {
-    switch (type) {
-    case MDB_BOOL:
-    case MDB_BYTE:
-    case MDB_INT:
-    case MDB_LONGINT:
-        return "INTEGER";
-    case MDB_FLOAT:
-    case MDB_DOUBLE:
-        return "REAL";
-    case MDB_MONEY:
-    case MDB_NUMERIC:
-        return "NUMERIC";
-    case MDB_OLE:
-    case MDB_BINARY:
-        return "BLOB";
-    default:
-        return "TEXT COLLATE NOCASE";
+public:
+    QuietErrors()
+    {
+        const int nowhere = ::open("/dev/null", O_WRONLY);
+        ::dup2(nowhere, STDERR_FILENO);
+        ::close(nowhere);
     }
-}
+    ~QuietErrors()
+    {
+        ::dup2(m_errors, STDERR_FILENO);
+        ::close(m_errors);
+    }
+    QuietErrors(const QuietErrors &) = delete;
+    QuietErrors &operator=(const QuietErrors &) = delete;
 
-template <typename T>
-T Read(const unsigned char *data)
-{
-    T value;
-    std::memcpy(&value, data, sizeof value);
-    return value;
-}
+private:
+    int m_errors = ::dup(STDERR_FILENO);
+};
 
-/// Currency: ten thousandths.
-QString MoneyText(qint64 tenThousandths)
-{
-    QString digits = QString::number(std::abs(tenThousandths)).rightJustified(5, '0');
-    digits.insert(digits.size() - 4, '.');
-    return (tenThousandths < 0 ? "-" : "") + digits;
-}
-
-/// Days since the end of 1899; the time of day counts forward also before that.
-QString DateText(double days)
-{
-    const double day = std::trunc(days);
-    const QDateTime start(QDate(1899, 12, 30), QTime(0, 0), Qt::UTC);
-    return start.addDays(qint64(day))
-        .addSecs(std::llround(std::abs(days - day) * 24 * 60 * 60))
-        .toString("yyyy-MM-dd HH:mm:ss");
-}
-
-/// A file that is no whole database makes the library read where nothing is.
+/// Throws OldDatabaseError when the first bytes or the size tell that the file can't be read.
 void CheckFile(const QString &path)
 {
     QFile file(path);
     if (!file.exists())
-        throw DaoErrors::Make(DaoErrors::FileNotFound, Source, path);
+        throw OldDatabaseError{"the file does not exist"};
+    if (!QFileInfo(path).isFile())
+        throw OldDatabaseError{"is not a file"};
     if (!file.open(QIODevice::ReadOnly))
-        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, file.errorString());
-    const QByteArray start = file.read(FormatAt + 1);
-    const bool isOfEngine = start.startsWith(QByteArray("\0\1\0\0Standard Jet DB\0", FormatAt));
-    if (!isOfEngine || start.size() <= FormatAt || quint8(start[FormatAt]) != Format4
-        || file.size() % PageSize != 0)
-        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, path);
+        throw OldDatabaseError{file.errorString()};
+    const QByteArray head = file.read(OldEngineHeader.size() + 1);
+    if (!head.startsWith(OldEngineHeader))
+        throw OldDatabaseError{"the file is not in the original engine's format"};
+    if (head.size() <= OldEngineHeader.size() || head.back() != MDB_VER_JET4)
+        throw OldDatabaseError{"the file is not in format 4 of the original engine"};
+    if (file.size() % PageSize != 0)
+        throw OldDatabaseError{CutText};
+}
+
+quint32 ReadUint(QByteArrayView bytes)
+{
+    quint32 number;
+    std::memcpy(&number, bytes.data(), sizeof number);
+    return number;
+}
+
+/// A memo or long binary, whose row has but a reference: its length and marks, where the value is,
+/// or the value itself. Nothing when the reference leads nowhere.
+std::optional<QByteArray> ReadLongValue(MdbHandle *file, QByteArrayView reference)
+{
+    constexpr quint32 IsInRow = 0x80000000;
+    constexpr quint32 IsInOnePiece = 0x40000000;
+    if (reference.size() < ReferenceSize)
+        return std::nullopt;
+    const quint32 marks = ReadUint(reference);
+    const qsizetype length = marks & ~(IsInRow | IsInOnePiece);
+    QByteArray value;
+    if (marks & IsInRow)
+        value = reference.sliced(ReferenceSize).toByteArray();
+    for (quint32 next = ReadUint(reference.sliced(4));
+         !(marks & IsInRow) && value.size() < length && next != 0;) {
+        void *page = nullptr;
+        int start = 0;
+        size_t size = 0;
+        if (mdb_find_pg_row(file, int(next), &page, &start, &size) != 0)
+            return std::nullopt;
+        start &= OffsetMask;
+        if (start + size > size_t(PageSize))
+            return std::nullopt;
+        QByteArrayView piece(static_cast<const char *>(page) + start, qsizetype(size));
+        next = 0;
+        if (!(marks & IsInOnePiece)) {
+            if (piece.size() <= qsizetype(sizeof next))
+                return std::nullopt;
+            next = ReadUint(piece);
+            piece = piece.sliced(sizeof next);
+        }
+        value += piece;
+    }
+    if (value.size() < length)
+        return std::nullopt;
+    return value.first(length);
+}
+
+std::optional<OldType> TypeOf(int type)
+{
+    switch (type) {
+    case MDB_BOOL:
+        return OldType::Boolean;
+    case MDB_BYTE:
+        return OldType::Byte;
+    case MDB_INT:
+        return OldType::Short;
+    case MDB_LONGINT:
+        return OldType::Long;
+    case MDB_MONEY:
+        return OldType::Currency;
+    case MDB_FLOAT:
+        return OldType::Single;
+    case MDB_DOUBLE:
+        return OldType::Double;
+    case MDB_DATETIME:
+        return OldType::DateTime;
+    case MDB_BINARY:
+        return OldType::Binary;
+    case MDB_TEXT:
+        return OldType::Text;
+    case MDB_OLE:
+        return OldType::LongBinary;
+    case MDB_MEMO:
+        return OldType::Memo;
+    case MDB_REPID:
+        return OldType::Guid;
+    case MDB_NUMERIC:
+        return OldType::Decimal;
+    default:
+        return std::nullopt;
+    }
+}
+
+OldValue ReadValue(MdbHandle *file, const MdbField &field, OldType type, int decimals)
+{
+    // The format keeps a boolean as the mark that other columns have for null.
+    if (type == OldType::Boolean)
+        return qint64(field.is_null ? 0 : 1);
+    if (field.is_null)
+        return {};
+    if (field.siz < 0 || field.start < 0 || field.start + field.siz > PageSize)
+        return Unreadable();
+    const QByteArrayView bytes(reinterpret_cast<const char *>(file->pg_buf) + field.start,
+                               field.siz);
+    if (type != OldType::Memo && type != OldType::LongBinary)
+        return ToValue(type, bytes, decimals);
+    const auto value = ReadLongValue(file, bytes);
+    return value ? ToValue(type, *value, decimals) : Unreadable();
+}
+
+struct FreeTable
+{
+    void operator()(MdbTableDef *table) const { mdb_free_tabledef(table); }
+};
+using TablePointer = std::unique_ptr<MdbTableDef, FreeTable>;
+
+/// Whether the file goes on to the last page of the table.
+bool IsWithin(MdbCatalogEntry *entry, quint32 pageCount)
+{
+    if (entry->table_pg >= pageCount)
+        return false;
+    const TablePointer table(mdb_read_table(entry));
+    qint64 page = 0;
+    do {
+        page = table ? mdb_map_find_next(entry->mdb, table->usage_map, uint(table->map_sz),
+                                         quint32(page))
+                     : 0;
+    } while (page > 0 && page < pageCount);
+    return page <= 0;
 }
 
 } // namespace
 
-struct OldDatabase::Handles
+struct OldTable::Handle
 {
-    MdbHandle *file = nullptr;
-    ~Handles() { mdb_close(file); }
-
-    MdbCatalogEntry *Entry(int at) const
+    const MdbColumn &Column(size_t index) const
     {
-        return static_cast<MdbCatalogEntry *>(g_ptr_array_index(file->catalog, at));
+        return *static_cast<MdbColumn *>(g_ptr_array_index(table->columns, index));
     }
 
-    template <typename Wanted>
-    MdbCatalogEntry *Find(Wanted &&isWanted) const
-    {
-        for (int at = 0; at < int(file->num_catalog); ++at)
-            if (isWanted(Entry(at)))
-                return Entry(at);
-        return nullptr;
-    }
+    MdbHandle *file;
+    TablePointer table;
 };
 
-OldDatabase::OldDatabase(const QString &path)
+struct OldDatabase::Handle
 {
-    CheckFile(path);
-    MdbHandle *file = mdb_open(QFile::encodeName(path), MDB_NOFLAGS);
-    if (!file)
-        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, path);
-    m_handles = std::make_unique<Handles>();
-    m_handles->file = file;
-    if (!mdb_read_catalog(file, MDB_ANY))
-        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, path);
-}
-
-OldDatabase::~OldDatabase() = default;
-
-QStringList OldDatabase::TableNames() const
-{
-    QStringList names;
-    m_handles->Find([&](MdbCatalogEntry *entry) {
-        if (mdb_is_user_table(entry))
-            names += QString::fromUtf8(entry->object_name);
-        return false;
-    });
-    return names;
-}
-
-QString OldDatabase::AccessVersion() const
-{
-    const MdbCatalogEntry *entry = m_handles->Find([](MdbCatalogEntry *candidate) {
-        return std::strcmp(candidate->object_name, "MSysDb") == 0;
-    });
-    for (guint at = 0; entry && entry->props && at < entry->props->len; ++at) {
-        const auto *properties = static_cast<MdbProperties *>(g_ptr_array_index(entry->props, at));
-        const auto *version = properties->hash ? static_cast<const char *>(
-                                  g_hash_table_lookup(properties->hash, "AccessVersion"))
-                                               : nullptr;
-        if (version)
-            return QString::fromUtf8(version);
-    }
-    return {};
-}
-
-struct OldTable::State
-{
-    MdbHandle *file = nullptr;
-    MdbTableDef *table = nullptr;
-    MdbField fields[MDB_MAX_COLS];
-    std::vector<QByteArray> objects; ///< where the library puts long binary values; by column
-    std::vector<int> lengths;
-    ~State()
+    explicit Handle(const QString &path)
     {
-        if (table)
-            mdb_free_tabledef(table);
+        // The library takes the code of names, and whether to read memos, from these.
+        qunsetenv("MDBICONV");
+        qunsetenv("MDBOPTS");
+        file.reset(mdb_open(QFile::encodeName(path), MDB_NOFLAGS));
+        if (!file || !mdb_read_catalog(file.get(), MDB_ANY))
+            throw OldDatabaseError{DamagedText};
+        const quint32 pageCount = quint32(QFileInfo(path).size() / PageSize);
+        bool hasTables = false;
+        ForEachEntry([&](MdbCatalogEntry *entry) {
+            if (entry->object_type == MDB_TABLE && !IsWithin(entry, pageCount))
+                throw OldDatabaseError{CutText};
+            hasTables |= mdb_is_user_table(entry) != 0;
+        });
+        if (!hasTables)
+            throw OldDatabaseError{"no table can be read"};
     }
 
-    MdbColumn *Column(int at) const
+    template <typename Visit>
+    void ForEachEntry(Visit &&visit) const
     {
-        return static_cast<MdbColumn *>(g_ptr_array_index(table->columns, at));
+        for (unsigned int index = 0; index < file->num_catalog; ++index)
+            visit(static_cast<MdbCatalogEntry *>(g_ptr_array_index(file->catalog, index)));
     }
 
-    QString Text(const MdbField &field, int type)
+    struct Close
     {
-        if (type == MDB_MEMO && field.siz >= int(sizeof(quint32))) {
-            // The library cuts what does not fit: at most three bytes stand for one of the file's.
-            const auto *data = static_cast<const unsigned char *>(field.value);
-            const size_t length = Read<quint32>(data) & MemoLengthMask;
-            mdb_set_bind_size(file, std::max<size_t>(MDB_BIND_SIZE, 3 * length + 1));
-        }
-        char *text = mdb_col_to_string(file, file->pg_buf, field.start, type, field.siz);
-        const QString result = QString::fromUtf8(text);
-        g_free(text);
-        return result;
-    }
+        void operator()(MdbHandle *handle) const { mdb_close(handle); }
+    };
+    QuietErrors quiet;
+    std::unique_ptr<MdbHandle, Close> file;
 };
 
-OldTable::OldTable(OldDatabase &database, const QString &name)
-    : m_state(std::make_unique<State>())
+OldTable::OldTable(std::unique_ptr<Handle> handle)
+    : m_handle(std::move(handle))
 {
-    const QByteArray utf8 = name.toUtf8();
-    MdbCatalogEntry *entry = database.m_handles->Find([&](MdbCatalogEntry *candidate) {
-        return mdb_is_user_table(candidate) && utf8 == candidate->object_name;
-    });
-    m_state->file = database.m_handles->file;
-    m_state->table = entry ? mdb_read_table(entry) : nullptr;
-    if (!m_state->table || !mdb_read_columns(m_state->table)
-        || m_state->table->num_cols > MDB_MAX_COLS)
-        throw DaoErrors::Make(DaoErrors::ItemNotFound, Source, name);
-    m_state->objects.resize(m_state->table->num_cols);
-    m_state->lengths.resize(m_state->table->num_cols);
-    for (int at = 0; at < int(m_state->table->num_cols); ++at) {
-        const MdbColumn *column = m_state->Column(at);
-        m_columns.push_back({QString::fromUtf8(column->name), SqlTypeOf(column->col_type)});
-        if (column->col_type != MDB_OLE)
-            continue;
-        m_state->objects[size_t(at)].resize(MDB_BIND_SIZE);
-        mdb_bind_column(m_state->table, at + 1, m_state->objects[size_t(at)].data(),
-                        &m_state->lengths[size_t(at)]);
+    for (unsigned int index = 0; index < m_handle->table->num_cols; ++index) {
+        const MdbColumn &column = m_handle->Column(index);
+        const auto type = TypeOf(column.col_type);
+        if (!type)
+            throw OldDatabaseError{QString("column %1 is of an unknown type: %2")
+                                       .arg(QString::fromUtf8(column.name))
+                                       .arg(column.col_type)};
+        m_columns.push_back({QString::fromUtf8(column.name), *type});
     }
-    mdb_rewind_table(m_state->table);
 }
 
 OldTable::~OldTable() = default;
 
-qint64 OldTable::DeclaredRows() const
+qint64 OldTable::RowCount() const
 {
-    return m_state->table->num_rows;
+    return m_handle->table->num_rows;
 }
 
-bool OldTable::Next()
+bool OldTable::Next(std::vector<OldValue> &row)
 {
-    MdbTableDef *table = m_state->table;
+    MdbHandle *file = m_handle->file;
+    MdbTableDef *table = m_handle->table.get();
     if (!mdb_fetch_row(table))
         return false;
+    // The library's own values are texts of a fixed size: take the bytes of the row it stands on.
     int start = 0;
     size_t size = 0;
-    if (mdb_find_row(m_state->file, int(table->cur_row) - 1, &start, &size) != 0)
-        return false;
-    return mdb_crack_row(table, start & RowStartMask, size, m_state->fields) >= 0;
+    std::array<MdbField, MDB_MAX_COLS> fields = {};
+    int count = 0;
+    if (mdb_find_row(file, int(table->cur_row) - 1, &start, &size) == 0)
+        count = mdb_crack_row(table, start & OffsetMask, size, fields.data());
+    row.assign(m_columns.size(), Unreadable());
+    for (size_t index = 0; index < m_columns.size() && int(index) < count; ++index)
+        row[index] = ReadValue(file, fields[index], m_columns[index].type,
+                               m_handle->Column(index).col_scale);
+    return true;
 }
 
-OldValue OldTable::Value(int column)
+OldDatabase::OldDatabase(const QString &path)
 {
-    const MdbField &field = m_state->fields[column];
-    MdbColumn *definition = m_state->Column(column);
-    const int type = definition->col_type;
-    if (type == MDB_BOOL)
-        return qint64(field.is_null ? 0 : 1);
-    if (field.is_null)
-        return std::monostate();
-    const auto *data = static_cast<const unsigned char *>(field.value);
-    const auto has = [&](size_t size) { return size_t(field.siz) >= size; };
-    if (type == MDB_BYTE && has(1))
-        return qint64(*data);
-    if (type == MDB_INT && has(2))
-        return qint64(Read<qint16>(data));
-    if (type == MDB_LONGINT && has(4))
-        return qint64(Read<qint32>(data));
-    if (type == MDB_FLOAT && has(4))
-        return double(Read<float>(data));
-    if (type == MDB_DOUBLE && has(8))
-        return Read<double>(data);
-    if (type == MDB_MONEY && has(8))
-        return MoneyText(Read<qint64>(data));
-    if (type == MDB_DATETIME && has(8))
-        return DateText(Read<double>(data));
-    if (type == MDB_BINARY)
-        return QByteArray(reinterpret_cast<const char *>(data), field.siz);
-    if (type == MDB_OLE) {
-        size_t size = 0;
-        void *bytes = mdb_ole_read_full(m_state->file, definition, &size);
-        const QByteArray value(static_cast<const char *>(bytes), qsizetype(size));
-        std::free(bytes);
-        return value;
+    CheckFile(path);
+    TryReading(path);
+    m_handle = std::make_unique<Handle>(path);
+}
+
+OldDatabase::OldDatabase(std::unique_ptr<Handle> handle)
+    : m_handle(std::move(handle))
+{
+}
+
+OldDatabase::~OldDatabase() = default;
+
+void OldDatabase::TryReading(const QString &path)
+{
+    constexpr rlim_t MegabytesPerSecond = 1; // a sound file takes far less
+    const pid_t child = ::fork();
+    if (child < 0)
+        throw OldDatabaseError{qt_error_string(errno)};
+    if (child == 0) {
+        const rlim_t seconds = 10 + rlim_t(QFileInfo(path).size() >> 20) / MegabytesPerSecond;
+        const rlimit time = {seconds, seconds};
+        const rlimit noDump = {0, 0};
+        ::setrlimit(RLIMIT_CPU, &time);
+        ::setrlimit(RLIMIT_CORE, &noDump);
+        try {
+            OldDatabase(std::make_unique<Handle>(path)).ReadThrough();
+        } catch (const OldDatabaseError &) {
+            // The parent meets it, too.
+        }
+        ::_exit(0);
     }
-    return field.siz == 0 ? QString("") : m_state->Text(field, type);
+    int state = 0;
+    while (::waitpid(child, &state, 0) < 0 && errno == EINTR) {
+    }
+    if (state != 0)
+        throw OldDatabaseError{QString(DamagedText) + ": reading it through fails"};
+}
+
+void OldDatabase::ReadThrough()
+{
+    AccessVersion();
+    std::vector<OldValue> row;
+    for (const QString &name : TableNames()) {
+        try {
+            const auto table = OpenTable(name);
+            while (table->Next(row)) {
+            }
+        } catch (const OldDatabaseError &) {
+            // One table that is refused leaves the others to be read.
+        }
+    }
+}
+
+QStringList OldDatabase::TableNames() const
+{
+    QStringList names;
+    m_handle->ForEachEntry([&](MdbCatalogEntry *entry) {
+        if (mdb_is_user_table(entry))
+            names += QString::fromUtf8(entry->object_name);
+    });
+    return names;
+}
+
+std::optional<QString> OldDatabase::AccessVersion() const
+{
+    std::optional<QString> version;
+    m_handle->ForEachEntry([&](MdbCatalogEntry *entry) {
+        if (strcmp(entry->object_name, "MSysDb") != 0 || !entry->props)
+            return;
+        for (unsigned int index = 0; index < entry->props->len; ++index) {
+            const auto *properties
+                = static_cast<MdbProperties *>(g_ptr_array_index(entry->props, index));
+            const void *value = g_hash_table_lookup(properties->hash, "AccessVersion");
+            if (value)
+                version = QString::fromUtf8(static_cast<const char *>(value));
+        }
+    });
+    return version;
+}
+
+std::unique_ptr<OldTable> OldDatabase::OpenTable(const QString &name)
+{
+    MdbTableDef *table = nullptr;
+    m_handle->ForEachEntry([&](MdbCatalogEntry *entry) {
+        if (!table && mdb_is_user_table(entry) && name == QString::fromUtf8(entry->object_name))
+            table = mdb_read_table(entry);
+    });
+    if (!table)
+        throw OldDatabaseError{"its definition can't be read"};
+    auto handle = std::make_unique<OldTable::Handle>();
+    handle->file = m_handle->file.get();
+    handle->table.reset(table);
+    if (table->num_cols > MDB_MAX_COLS || !mdb_read_columns(table)
+        || table->columns->len != table->num_cols)
+        throw OldDatabaseError{"its columns can't be read"};
+    mdb_rewind_table(table);
+    return std::unique_ptr<OldTable>(new OldTable(std::move(handle)));
 }

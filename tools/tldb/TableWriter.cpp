@@ -26,6 +26,11 @@ QString UnboundValue(const ColumnDefinition &column, const RowStamp &stamp)
 
 } // namespace
 
+QString QuotedName(QString name)
+{
+    return '"' + name.replace('"', "\"\"") + '"';
+}
+
 InsertStatement::InsertStatement(Database &database, const char *table, const QStringList &columns,
                                  const RowStamp &stamp)
     : m_database(database)
@@ -42,11 +47,26 @@ InsertStatement::InsertStatement(Database &database, const char *table, const QS
     }
     if (boundCount != columns.size())
         throw DaoErrors::Make(DaoErrors::ItemNotFound, Source, columns.join(", "));
-    const QByteArray sql
-        = QString("INSERT INTO %1 VALUES (%2)").arg(table, values.join(", ")).toUtf8();
-    if (sqlite3_prepare_v2(database.Connection(), sql, int(sql.size()), &m_statement, nullptr)
+    Prepare(QString("INSERT INTO %1 VALUES (%2)").arg(table, values.join(", ")));
+}
+
+InsertStatement::InsertStatement(Database &database, const QString &table,
+                                 const QStringList &columns)
+    : m_database(database)
+{
+    QStringList names;
+    for (const QString &column : columns)
+        names += QuotedName(column);
+    Prepare("INSERT INTO " + QuotedName(table) + " (" + names.join(", ") + ") VALUES ("
+            + QStringList(columns.size(), "?").join(", ") + ')');
+}
+
+void InsertStatement::Prepare(const QString &sql)
+{
+    const QByteArray utf8 = sql.toUtf8();
+    if (sqlite3_prepare_v2(m_database.Connection(), utf8, int(utf8.size()), &m_statement, nullptr)
         != SQLITE_OK)
-        throw DaoErrors::FromSqlite(database.Connection(), Source);
+        throw DaoErrors::FromSqlite(m_database.Connection(), Source);
 }
 
 InsertStatement::~InsertStatement()
@@ -68,6 +88,18 @@ void InsertStatement::Bind(int column, const QString &value)
 {
     const QByteArray utf8 = value.toUtf8();
     sqlite3_bind_text(m_statement, column + 1, utf8, int(utf8.size()), SQLITE_TRANSIENT);
+}
+
+void InsertStatement::Bind(int column, const QByteArray &value)
+{
+    // A zero-length blob, not null, for bytes that are there but none.
+    sqlite3_bind_blob(m_statement, column + 1, value.constData(), int(value.size()),
+                      SQLITE_TRANSIENT);
+}
+
+void InsertStatement::BindNull(int column)
+{
+    sqlite3_bind_null(m_statement, column + 1);
 }
 
 void InsertStatement::Insert()

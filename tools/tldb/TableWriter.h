@@ -17,14 +17,22 @@ struct RowStamp
     QString time; ///< HHMMSS
 };
 
-/// A prepared INSERT for one table: some columns are bound per row, the others are blank or 0.
-/// Every routine throws DaoError.
+/// A name as SQL takes it, whatever characters it has.
+QString QuotedName(QString name);
+
+/// A prepared INSERT for one table. A bound value stays until the column is bound anew. Every
+/// routine throws DaoError.
 class InsertStatement
 {
 public:
-    /// `columns` are the bound ones; one that the table does not have is an error.
+    /// For a table of the system: `columns` are bound, the others are blank or 0. One that the
+    /// table does not have is an error.
     InsertStatement(Database &database, const char *table, const QStringList &columns,
                     const RowStamp &stamp);
+
+    /// For any table: all its `columns` are bound.
+    InsertStatement(Database &database, const QString &table, const QStringList &columns);
+
     ~InsertStatement();
     InsertStatement(const InsertStatement &) = delete;
     InsertStatement &operator=(const InsertStatement &) = delete;
@@ -33,9 +41,13 @@ public:
     void Bind(int column, qint64 value);
     void Bind(int column, double value);
     void Bind(int column, const QString &value);
+    void Bind(int column, const QByteArray &value); ///< as bytes
+    void BindNull(int column);
     void Insert();
 
 private:
+    void Prepare(const QString &sql);
+
     Database &m_database;
     sqlite3_stmt *m_statement = nullptr;
 };

@@ -5,9 +5,7 @@
 namespace {
 
 constexpr int Locked = 3260;
-constexpr int DuplicateKey = 3022;
 constexpr int RuleBroken = 3317;
-constexpr int NullNotAllowed = 3314;
 constexpr int CannotOpen = 3051;
 constexpr int DiskFull = 3026;
 constexpr int DiskError = 3043;
@@ -24,7 +22,7 @@ QString DescriptionOf(int number)
     } descriptions[] = {
         {InternalError, "予期しないエラーが発生しました。"},
         {DaoErrors::NoCurrentRecord, "カレント レコードがありません。"},
-        {DuplicateKey, "主キーの値が重複しているため、テーブルを変更できませんでした。"},
+        {DaoErrors::DuplicateKey, "主キーの値が重複しているため、テーブルを変更できませんでした。"},
         {DaoErrors::FileNotFound, "データベース ファイルが見つかりませんでした。"},
         {DiskFull, "ディスクの空き容量が不足しています。"},
         {DaoErrors::CannotUpdate, "更新できません。データベースは読み取り専用です。"},
@@ -38,7 +36,7 @@ QString DescriptionOf(int number)
         {DaoErrors::ItemNotFound, "要求された名前の項目が、このコレクションで見つかりません。"},
         {DaoErrors::PropertyNotFound, "プロパティが見つかりません。"},
         {DaoErrors::FileExists, "データベース ファイルは既に存在します。"},
-        {NullNotAllowed, "必須のフィールドに値がありません。"},
+        {DaoErrors::NullNotAllowed, "必須のフィールドに値がありません。"},
         {RuleBroken, "入力規則に違反する値です。"},
         {DaoErrors::UnrecognizedFormat, "データベースの形式を認識できません。"},
         {DaoErrors::ObjectInvalid, "オブジェクトが正しくないか、または設定されていません。"},
@@ -55,7 +53,7 @@ int NumberOf(int extendedCode)
 {
     switch (extendedCode) {
     case SQLITE_CONSTRAINT_NOTNULL:
-        return NullNotAllowed;
+        return DaoErrors::NullNotAllowed;
     case SQLITE_CONSTRAINT_CHECK:
     case SQLITE_CONSTRAINT_FOREIGNKEY:
         return RuleBroken;
@@ -67,7 +65,7 @@ int NumberOf(int extendedCode)
     case SQLITE_LOCKED:
         return Locked;
     case SQLITE_CONSTRAINT:
-        return DuplicateKey;
+        return DaoErrors::DuplicateKey;
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
     case SQLITE_AUTH:

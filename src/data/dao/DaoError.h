@@ -15,12 +15,14 @@ struct sqlite3;
 
 namespace DaoErrors {
 constexpr int CannotUpdate = 3027;
+constexpr int DuplicateKey = 3022;
 constexpr int FileNotFound = 3024;
 constexpr int InvalidPassword = 3031;
 constexpr int NoCurrentRecord = 3021;
 constexpr int FileExists = 3204;
 constexpr int ItemNotFound = 3265;
 constexpr int PropertyNotFound = 3270;
+constexpr int NullNotAllowed = 3314;
 constexpr int UnrecognizedFormat = 3343;
 constexpr int SyntaxError = 3075;
 constexpr int ObjectInvalid = 3420;

@@ -16,9 +16,6 @@ namespace {
 constexpr auto Source = "DAO.Database";
 constexpr int BusyTimeoutMs = 10'000;
 
-/// How the original engine's own files begin.
-constexpr QByteArrayView OldEngineHeader("\0\1\0\0Standard Jet DB\0", 20);
-
 QString PasswordOf(const QString &connect)
 {
     for (const QString &part : connect.split(';'))

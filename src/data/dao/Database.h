@@ -2,11 +2,15 @@
 
 #include "data/dao/Recordset.h"
 
+#include <QByteArrayView>
 #include <QString>
 #include <functional>
 #include <memory>
 
 struct sqlite3;
+
+/// How the original engine's own files begin.
+inline constexpr QByteArrayView OldEngineHeader("\0\1\0\0Standard Jet DB\0", 20);
 
 /// One open database file. Statements are in the system's dialect. Every routine throws DaoError.
 class Database
