@@ -59,6 +59,9 @@ BenchDatabase::BenchDatabase(const QString &folder, int lines,
                              const std::vector<int> &customerSizes)
     : m_folder(folder + QString("/lines-%1").arg(lines))
 {
+    // Data that was made with other customers is of no use.
+    for (const int size : customerSizes)
+        m_folder += QString("-%1").arg(size);
     if (QFile::exists(DatabasePath(m_folder)))
         return;
     QTextStream out(stderr);

@@ -85,7 +85,9 @@ QString Literal(QString text)
 
 Database::Database(const QString &localPath, int openFlags)
 {
-    const int result = sqlite3_open_v2(localPath.toUtf8(), &m_connection, openFlags, nullptr);
+    // One thread uses a database: its locks against others would cost a tenth of every load.
+    const int result = sqlite3_open_v2(localPath.toUtf8(), &m_connection,
+                                       openFlags | SQLITE_OPEN_NOMUTEX, nullptr);
     if (result != SQLITE_OK) {
         const DaoError error = DaoErrors::FromSqlite(m_connection, Source);
         sqlite3_close(m_connection);
