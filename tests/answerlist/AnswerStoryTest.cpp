@@ -15,48 +15,19 @@ namespace {
 
 using enum ListColumn;
 
-class AnswerStoryTest : public testing::Test
+class AnswerStoryTest : public ListDatabase
 {
 protected:
     AnswerStoryTest()
     {
-        file.Insert("TLMT0040", {{"CustCD", "C1"},
-                                 {"CustName", "青葉電機"},
-                                 {"VanCD", "VAN001999999"},
-                                 {"LinKBN", 2},
-                                 {"NokiInfKBN", 1},
-                                 {"NokiInfPath", "C:\\C1.TXT"},
-                                 {"HenpVerPath", "10SIDE"}});
-        file.Insert("TLMT0050", {{"CustCoCD", "VAN001"}, {"PayDstCD", "D1"}, {"PayNeedDays", 3}});
-        file.Insert("TLMT0020", {{"AccHinCD", "HIN-1"}});
+        Change("TLMT0040", "1", "NokiInfPath = 'C:\\C1.TXT'");
         for (const int accNo : {1, 2, 3})
-            file.Insert("TLAC0010",
-                        {{"AccNo", accNo}, {"CustCD", "C1"}, {"ZanVal", 100}, {"ShpSts", 1}});
-        AddLine(1, 1, "20260520");
-        AddLine(2, 1, "20260521");
-        AddLine(2, 2, "20260522");
-        AddLine(3, 1, "20260523");
-        file.Open(state.db);
-        state.files = file.folder.OnDriveC();
+            AddOrder(accNo);
+        AddLine(1, 1, 1);
+        AddLine(2, 1, 1, "LimDate = '20260521', IndVal = 50");
+        AddLine(2, 1, 2, "LimDate = '20260522', IndVal = 50, PayNo = 'P2'");
+        AddLine(3, 1, 1, "LimDate = '20260523'");
         SetSearchDefaults(state);
-    }
-
-    void AddLine(int accNo, int shpSubNo, const QString &limDate)
-    {
-        const int quantity = accNo == 2 ? 50 : 100;
-        file.Insert("TLSP0010", {{"AccNo", accNo},
-                                 {"AccSubNo", 1},
-                                 {"ShpSubNo", shpSubNo},
-                                 {"OdrNo", QString("PO-%1").arg(accNo)},
-                                 {"CustCD", "C1"},
-                                 {"PayDstCD", "D1"},
-                                 {"LimDate", limDate},
-                                 {"PayNo", QString("P%1%2").arg(accNo).arg(shpSubNo)},
-                                 {"AccHinCD", "HIN-1"},
-                                 {"AccVal", 100},
-                                 {"IndVal", quantity},
-                                 {"ShpSts", 1},
-                                 {"DenKBN", 2}});
     }
 
     // Steps.
@@ -79,13 +50,13 @@ protected:
             },
             std::move(act));
     }
-    void Box(const QString &text, Qt::Key key = Qt::Key_Return)
+    void Box(const QString &text)
     {
-        hand.At("MsgBox", text, [this, text, key] {
+        hand.At("MsgBox", text, [this, text] {
             const QString shown = static_cast<QMessageBox *>(Operator::Front("MsgBox"))->text();
             if (!shown.startsWith(text))
                 hand.Fail("box: " + shown);
-            hand.Key(key);
+            hand.Key(Qt::Key_Return);
         });
     }
     void TypeCell(ListColumn column, int row, const QString &text)
@@ -109,9 +80,6 @@ protected:
         return rows.join(' ');
     }
 
-    TestDatabase file;
-    ProgramState state;
-    const FixedClock clock{QDateTime(QDate(2026, 5, 1), QTime(9, 8, 7))};
     Operator hand;
 };
 
@@ -151,8 +119,7 @@ TEST_F(AnswerStoryTest, SearchSplitAnswerFailMendCreateAndSearchAgain)
     Box("データが存在しません");
     Box("登録されませんでした\n注文№ PO-2");
     List("order 1 is stored, 2 and 3 are not", [&] {
-        EXPECT_EQ(file.Rows("SELECT AccNo, ShpSubNo, AnsLimDate, AnsLimUmu FROM TLSP0010"
-                            " ORDER BY AccNo, ShpSubNo"),
+        EXPECT_EQ(Stored("AccNo, ShpSubNo, AnsLimDate, AnsLimUmu"),
                   "1|1|20260520|0 1|2|20260610|0 1|3|20260615|0 2|1||0 3|1||0");
         EXPECT_EQ(Shown(), "1|1|40.000|26/05/20| |- 1|2|24.500|26/06/10|*|- "
                            "1|3|35.500|26/06/15|*|- 2|1|50.000|26/06/01|*|- "
@@ -197,8 +164,8 @@ TEST_F(AnswerStoryTest, SearchSplitAnswerFailMendCreateAndSearchAgain)
     ASSERT_EQ(hand.Failure(), "");
     ASSERT_TRUE(hand.IsDone());
 
-    EXPECT_EQ(file.Rows("SELECT AccNo, ShpSubNo, AnsLimDate, ShpDate, ArvExpDate, AnsVal, AnsMark,"
-                        " AnsLimUmu, IndVal, Biko FROM TLSP0010 ORDER BY AccNo, ShpSubNo"),
+    EXPECT_EQ(Stored("AccNo, ShpSubNo, AnsLimDate, ShpDate, ArvExpDate, AnsVal, AnsMark, AnsLimUmu,"
+                     "IndVal, Biko"),
               "1|1|20260520|20260517|20260520|40.0|1|3|100.0| "
               "1|2|20260610|20260607|20260610|24.5|2|3|0.0| "
               "1|3|20260615|20260612|20260615|35.5|2|3|0.0| "

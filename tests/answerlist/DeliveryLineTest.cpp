@@ -41,43 +41,10 @@ TEST_F(DeliveryLineTest, StatementsForAStoredLine)
 
 TEST_F(DeliveryLineTest, AnInsertGivesEveryColumn)
 {
-    file.Insert("TLSP0010", {{"AccNo", 7},
-                             {"AccSubNo", 2},
-                             {"ShpSubNo", 1},
-                             {"PayKeyNo", "KEY0001"},
-                             {"PayKeySubNp", 4},
-                             {"OdrNo", "P'O  "},
-                             {"CustCD", "C1"},
-                             {"CustSecCD", QVariant()},
-                             {"CustSecName", "部門"},
-                             {"PayDstCD", "D1"},
-                             {"LimDate", "20261201"},
-                             {"LimTime", "0930"},
-                             {"PayNo", "P1"},
-                             {"HinCD", "H1"},
-                             {"AccHinCD", "A1"},
-                             {"MfactNo", "M1"},
-                             {"Unit", "EA"},
-                             {"Tan", 0.1},
-                             {"AccVal", 1000000},
-                             {"IndVal", 100},
-                             {"AnsVal", 60},
-                             {"ShpVal", 5},
-                             {"AnsLimDate", "20261202"},
-                             {"AnsMark", "2"},
-                             {"AnsLimUmu", 3},
-                             {"ShpSts", 3},
-                             {"ShpDate", "20261130"},
-                             {"ArvExpDate", "20261202"},
-                             {"DenKBN", 15},
-                             {"ShpKBN", QVariant()},
-                             {"ContractKBN", "D"},
-                             {"Biko", "備考"},
-                             {"OdrBiko", "注文備考"},
-                             {"OdrBarCD", "BAR"},
-                             {"UpdPGName", "TL010101"},
-                             {"UpdDate", "20260101"},
-                             {"UpdTime", "000000"}});
+    file.Run("INSERT INTO TLSP0010 VALUES (7,2,1,'KEY0001',4,'P''O  ','C1',NULL,'部門','D1',"
+             "'20261201','0930','P1','H1','A1','M1','EA',0.1,1000000,100,60,5,'20261202','2',3,3,"
+             "'20261130','20261202',15,NULL,'D','備考','注文備考','BAR',0,'TL010101','20260101',"
+             "'000000')");
     const LineAnswer answer{"20261210", "20261207", "20261210", Decimal::FromText(u"40.5"), "1"};
     const WriteStamp stamp{"20261125", "101112"};
     const auto source = db.OpenRS(BuildLineSql({7, 2, 1}));
@@ -141,11 +108,13 @@ TEST_F(DeliveryLineTest, ShipDateIsTheAnsweredDateLessTheTransportDays)
     destination("VAN001", "D400", 400);
     destination("VAN001", "DX", 5, 1);
     destination("VAN002", "D'1", 1);
+    destination("VAN002", "D3", 2); // one code of two companies
     destination("VAN0", "D3", 9);
     const struct
     {
         const char *what, *answered, *customer, *destination, *shipDate;
     } cases[] = {
+        {"of another company", "26/12/02", "O'C", "D3", "20261130"},
         {"as shown", "97/05/28", "C1", "D3", "19970525"},
         {"stripped", "970528", "C1", "D3", "19970525"},
         {"over a month", "26/12/02", "C1", "D3", "20261129"},
@@ -174,47 +143,27 @@ TEST_F(DeliveryLineTest, ShipDateIsTheAnsweredDateLessTheTransportDays)
     EXPECT_EQ(boxes.TakeTexts().size(), 1u);
 }
 
-TEST_F(DeliveryLineTest, ADestinationIsOfTheCustomersCompany)
-{
-    // One destination code of two companies, one VAN code of two customers.
-    for (const auto &[customer, vanCD] :
-         {std::pair{"C1", "VAN001A"}, {"C2", "VAN002A"}, {"C3", "VAN001B"}})
-        file.Insert("TLMT0040", {{"CustCD", customer}, {"VanCD", vanCD}});
-    for (const auto &[company, days] : {std::pair{"VAN001", 1}, {"VAN002", 2}})
-        file.Insert("TLMT0050", {{"CustCoCD", company}, {"PayDstCD", "D"}, {"PayNeedDays", days}});
-    for (const auto &[customer, shipDate] :
-         {std::pair{"C1", "20261201"}, {"C2", "20261130"}, {"C3", "20261201"}, {"C", "20261202"}})
-        EXPECT_EQ(ShipDate(db, "26/12/02", customer, "D"), QString(shipDate)) << customer;
-}
-
 TEST(PayKeyTest, NextNumberOfTheOrder)
 {
     const struct
     {
-        const char *what;
         QString key;
         int subNp;
         std::vector<QString> keysOfOrder;
         QString next;
-    } cases[] = {
-        {"never split", "KEY0001  ", 0, {"KEY0001"}, "KEY0001"},
-        {"split before", "KEY0001", 1, {"KEY0001"}, "KEY0002"},
-        {"behind the order's last", "KEY0001", 1, {"KEY0001", "KEY0007 ", "KEY0003"}, "KEY0008"},
-        {"source above the others", "KEY0009", 2, {"KEY0003"}, "KEY0010"},
-        {"no other known", "KEY0009", 2, {}, "KEY0010"},
-        {"other stems do not count", "KEY0001", 1, {"KEX0050", "KEY10060", "EY0070"}, "KEY0002"},
-        {"behind the last number comes a free one",
-         "KEY9999",
-         1,
-         {"KEY9999", "KEY0000", "KEY0001"},
-         "KEY0002"},
-        {"carry", "A0999", 1, {"A0999"}, "A1000"},
-        {"number alone", "0001", 1, {"0001"}, "0002"},
-        {"no number at the end", "KEYABCD", 1, {"KEYABCD"}, "KEY0001"},
-        {"number cut short by a letter", "KEY12B4", 1, {"KEY12B4"}, "KEY0013"},
-        {"too short to hold one", "123", 1, {"123"}, "123"},
-        {"none", "   ", 1, {""}, ""},
-    };
-    for (const auto &[what, key, subNp, keysOfOrder, next] : cases)
-        EXPECT_EQ(NextPayKey(key, subNp, keysOfOrder), next) << what;
+    } cases[] = {{"KEY0001  ", 0, {"KEY0001"}, "KEY0001"}, // never split
+                 {"KEY0001", 1, {"KEY0001"}, "KEY0002"},
+                 {"KEY0001", 1, {"KEY0001", "KEY0007 ", "KEY0003"}, "KEY0008"},
+                 {"KEY0009", 2, {"KEY0003"}, "KEY0010"},
+                 {"KEY0009", 2, {}, "KEY0010"},
+                 {"KEY0001", 1, {"KEX0050", "KEY10060", "EY0070"}, "KEY0002"}, // other stems
+                 {"KEY9999", 1, {"KEY9999", "KEY0000", "KEY0001"}, "KEY0002"}, // a free one
+                 {"A0999", 1, {"A0999"}, "A1000"},
+                 {"0001", 1, {"0001"}, "0002"},
+                 {"KEYABCD", 1, {"KEYABCD"}, "KEY0001"},
+                 {"KEY12B4", 1, {"KEY12B4"}, "KEY0013"}, // the number ends at the letter
+                 {"123", 1, {"123"}, "123"},             // too short to hold one
+                 {"   ", 1, {""}, ""}};
+    for (const auto &[key, subNp, keysOfOrder, next] : cases)
+        EXPECT_EQ(NextPayKey(key, subNp, keysOfOrder), next);
 }

@@ -34,19 +34,16 @@ TEST_F(LineSplitTest, WhatIsLeftIsThatOfTheSubLine)
 {
     const struct
     {
-        const char *what;
         std::vector<const char *> answers; ///< of the order sub-line's rows, instructed 100
         const char *left;
-    } cases[] = {
-        {"one row", {"30"}, "70.000"},
-        {"all answered", {"60", "40"}, "0.000"},
-        {"more than instructed", {"60", "40.001"}, "0.000"},
-        {"decimals", {"33.333", "33.333"}, "33.334"},
-        {"nothing answered proposes all", {"0"}, "0.000"},
-    };
+    } cases[] = {{{"30"}, "70.000"},
+                 {{"60", "40"}, "0.000"},
+                 {{"60", "40.001"}, "0.000"}, // never less than nothing
+                 {{"33.333", "33.333"}, "33.334"},
+                 {{"0"}, "0.000"}}; // without an answer all is proposed
     AddOrder(1);
     AddOrder(2);
-    for (const auto &[what, answers, left] : cases) {
+    for (const auto &[answers, left] : cases) {
         file.Run("DELETE FROM TLSP0010");
         int shpSubNo = 0;
         for (const char *answer : answers)
@@ -55,7 +52,7 @@ TEST_F(LineSplitTest, WhatIsLeftIsThatOfTheSubLine)
         AddLine(2, 1, 1, "AnsVal = 50");          // another order
         Load();
         CopyLine(list, 1);
-        EXPECT_EQ(Cell(2, AnswerQuantity), left) << what;
+        EXPECT_EQ(Cell(2, AnswerQuantity), left) << answers.back();
     }
 }
 
@@ -65,6 +62,7 @@ TEST_F(LineSplitTest, CopiesOfCopiesAndOfShippedLines)
     AddLine(1, 1, 1, "AnsVal = 30");
     AddLine(1, 1, 2, "AnsVal = 10, ShpSts = 3");
     Load();
+    EXPECT_TRUE(CheckSingleRow(list)) << "the detail needs no selection";
     CopyLine(list, 1);
     CopyLine(list, 2);
     EXPECT_EQ(Cells(2, {LineQuantities, AnswerQuantity}), "0.000/0.000|60.000");
@@ -77,42 +75,13 @@ TEST_F(LineSplitTest, CopiesOfCopiesAndOfShippedLines)
     EXPECT_EQ(list.RowsOfOrder(1), (std::vector<int>{1, 2, 3, 4, 5}));
 }
 
-TEST_F(LineSplitTest, CopyAndDeleteWorkOnOneRow)
-{
-    EXPECT_EQ(SingleRow(list), 0) << "an empty list";
-    AddOrder(1);
-    AddLine(1, 1, 1);
-    AddLine(1, 1, 2);
-    AddLine(1, 1, 3);
-    Load();
-    EXPECT_EQ(SingleRow(list), 0) << "nothing selected";
-    EXPECT_EQ(boxes.TakeTexts(), (std::vector<QString>{"有効な行を選択してください\r",
-                                                       "有効な行を選択してください\r"}));
-    Select({2});
-    EXPECT_EQ(SingleRow(list), 2);
-    Select({1, 3});
-    EXPECT_EQ(SingleRow(list), 0);
-    EXPECT_FALSE(CheckSingleRow(list));
-    EXPECT_EQ(boxes.TakeTexts(),
-              (std::vector<QString>{"複数行の指定は出来ません", "複数行の指定は出来ません"}));
-    grid.clearSelection();
-    EXPECT_TRUE(CheckSingleRow(list)) << "the detail needs no selection";
-}
-
 TEST_F(LineSplitTest, WhatMayNotBeDeleted)
 {
-    const QString notDeleted = "削除されませんでした\r";
-    const struct
-    {
-        const char *line;
-        QString text;
-    } cases[] = {
-        {"IndVal = 0.001", notDeleted + "このデータは 分納データではありません"},
-        {"IndVal = 1, ShpSts = 3, AnsLimUmu = 3",
-         notDeleted + "このデータは 分納データではありません"},
-        {"IndVal = 0, ShpSts = 3, AnsLimUmu = 3", notDeleted + "このデータは 出荷済です"},
-        {"IndVal = 0, AnsLimUmu = 3", notDeleted + "このデータは 納期回答済です"},
-    };
+    const std::pair<const char *, QString> cases[]
+        = {{"IndVal = 0.001", "このデータは 分納データではありません"},
+           {"IndVal = 1, ShpSts = 3, AnsLimUmu = 3", "このデータは 分納データではありません"},
+           {"IndVal = 0, ShpSts = 3, AnsLimUmu = 3", "このデータは 出荷済です"},
+           {"IndVal = 0, AnsLimUmu = 3", "このデータは 納期回答済です"}};
     AddOrder(1);
     for (const auto &[line, text] : cases) {
         file.Run("DELETE FROM TLSP0010");
@@ -120,7 +89,7 @@ TEST_F(LineSplitTest, WhatMayNotBeDeleted)
         AddLine(1, 1, 2);
         Load();
         EXPECT_FALSE(DeleteLine(state.db, list, 1));
-        EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{text}) << line;
+        EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{"削除されませんでした\r" + text}) << line;
         EXPECT_EQ(list.RowCount(), 2);
         EXPECT_EQ(Stored("ShpSubNo"), "1 2") << line;
     }
@@ -128,37 +97,23 @@ TEST_F(LineSplitTest, WhatMayNotBeDeleted)
 
 TEST_F(LineSplitTest, ASplitIsDeletedWhenConfirmed)
 {
+    const QString question = "削除してもよろしいですか\r";
+    const QString lastLine
+        = "このデータは 分納データではありません\rまたは、これ以上 削除できません";
     const struct
     {
-        const char *what;
-        int button;
         const char *others; ///< UPDATE of the sub-line's other line
-        bool isDeleted;
+        int button;
         std::vector<QString> texts;
-    } cases[] = {
-        {"confirmed", BoxButton::Yes, "ShpSts = 1", true, {"削除してもよろしいですか\r"}},
-        {"not confirmed", BoxButton::No, "ShpSts = 1", false, {"削除してもよろしいですか\r"}},
-        {"the last open line",
-         BoxButton::Yes,
-         "ShpSts = 3",
-         false,
-         {"削除してもよろしいですか\r",
-          "このデータは 分納データではありません\rまたは、これ以上 削除できません"}},
-        {"the other line is dead",
-         BoxButton::Yes,
-         "DpoFlg = 1",
-         false,
-         {"削除してもよろしいですか\r",
-          "このデータは 分納データではありません\rまたは、これ以上 削除できません"}},
-        {"the other line is of another sub-line",
-         BoxButton::Yes,
-         "AccSubNo = 2",
-         false,
-         {"削除してもよろしいですか\r",
-          "このデータは 分納データではありません\rまたは、これ以上 削除できません"}},
-    };
+        bool isDeleted;
+    } cases[] = {{"ShpSts = 1", BoxButton::Yes, {question}, true},
+                 {"ShpSts = 1", BoxButton::No, {question}, false},
+                 {"ShpSts = 3", BoxButton::Yes, {question, lastLine}, false},
+                 {"DpoFlg = 1", BoxButton::Yes, {question, lastLine}, false},
+                 {"AccSubNo = 2", BoxButton::Yes, {question, lastLine}, false}};
     AddOrder(1);
-    for (const auto &[what, button, others, isDeleted, texts] : cases) {
+    for (const auto &[others, button, texts, isDeleted] : cases) {
+        SCOPED_TRACE(others);
         file.Run("DELETE FROM TLSP0010");
         AddLine(1, 1, 1, others);
         AddLine(1, 1, 2, "IndVal = 0");
@@ -166,11 +121,11 @@ TEST_F(LineSplitTest, ASplitIsDeletedWhenConfirmed)
         const int row = list.Row(1).ShpSubNo() == 2 ? 1 : list.RowCount();
         const int rows = list.RowCount();
         boxes.Press(button);
-        EXPECT_EQ(DeleteLine(state.db, list, row), isDeleted) << what;
-        EXPECT_EQ(boxes.TakeTexts(), texts) << what;
-        EXPECT_EQ(list.RowCount(), rows - isDeleted) << what;
-        EXPECT_EQ(Stored("COUNT(*)"), isDeleted ? "1" : "2") << what;
-        EXPECT_EQ(Stored("COUNT(*)", "ShpSubNo = 1"), "1") << what;
+        EXPECT_EQ(DeleteLine(state.db, list, row), isDeleted);
+        EXPECT_EQ(boxes.TakeTexts(), texts);
+        EXPECT_EQ(list.RowCount(), rows - isDeleted);
+        EXPECT_EQ(Stored("COUNT(*)"), isDeleted ? "1" : "2");
+        EXPECT_EQ(Stored("COUNT(*)", "ShpSubNo = 1"), "1");
     }
 }
 

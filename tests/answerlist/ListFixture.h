@@ -12,11 +12,11 @@
 #include <QItemSelectionModel>
 #include <gtest/gtest.h>
 
-/// A database with one customer, the program's state over it, and an answer list without a window.
-class ListFixture : public testing::Test
+/// A database with one customer, and the program's state over it.
+class ListDatabase : public testing::Test
 {
 protected:
-    ListFixture()
+    ListDatabase()
     {
         file.Insert("TLMT0040", {{"CustCD", "C1"},
                                  {"CustName", "青葉電機"},
@@ -31,7 +31,6 @@ protected:
         state.files = file.folder.OnDriveC();
         state.isReloadNeeded = true;
         state.conditions.sortKeys = {"ACCNO", "ACCSUBNO", "SHPSUBNO", "ODRNO", "", ""};
-        list.Create(&grid);
     }
 
     /// An order of 100 pieces, all open. `changes` is what an UPDATE sets.
@@ -66,16 +65,39 @@ protected:
                                  {"ShpSts", 1},
                                  {"DenKBN", 2},
                                  {"ContractKBN", "A"}});
-        Change("TLSP0010", Key(accNo, accSubNo, shpSubNo), changes);
+        Change("TLSP0010", Where(accNo, accSubNo, shpSubNo), changes);
     }
 
-    static QString Key(int accNo, int accSubNo, int shpSubNo)
+    static QString Where(int accNo, int accSubNo, int shpSubNo)
     {
         return QString("AccNo = %1 AND AccSubNo = %2 AND ShpSubNo = %3")
             .arg(accNo)
             .arg(accSubNo)
             .arg(shpSubNo);
     }
+
+    QString Stored(const QString &columns, const QString &where = "1")
+    {
+        return file.Rows("SELECT " + columns + " FROM TLSP0010 WHERE " + where
+                         + " ORDER BY AccNo, AccSubNo, ShpSubNo");
+    }
+
+    void Change(const QString &table, const QString &where, const QString &changes)
+    {
+        if (!changes.isEmpty())
+            file.Run("UPDATE " + table + " SET " + changes + " WHERE " + where);
+    }
+
+    const FixedClock clock{QDateTime(QDate(2026, 5, 1), QTime(9, 8, 7))};
+    TestDatabase file;
+    ProgramState state;
+};
+
+/// An answer list without a window over that database.
+class ListFixture : public ListDatabase
+{
+protected:
+    ListFixture() { list.Create(&grid); }
 
     void Load() { ASSERT_GT(LoadList(state.db, state.conditions, list).lineCount, 0); }
 
@@ -89,13 +111,13 @@ protected:
         }
     }
 
-    /// Types into a cell as the operator does, and ends with Enter.
-    void TypeInto(int row, ListColumn column, const QString &text)
+    /// Types into a cell as the operator does, and ends with Enter; false when that is refused.
+    bool TypeInto(int row, ListColumn column, const QString &text)
     {
         grid.setCurrentIndex(grid.model()->index(row - 1, int(column) - 1));
         static_cast<QAbstractItemView &>(grid).edit(grid.currentIndex());
         grid.findChild<QLineEdit *>("cellEditor")->setText(text);
-        EXPECT_TRUE(grid.FinishEdit());
+        return grid.FinishEdit();
     }
 
     /// A cell, its lines separated by "/".
@@ -122,18 +144,6 @@ protected:
         return cells.join('|');
     }
 
-    QString Stored(const QString &columns, const QString &where = "1")
-    {
-        return file.Rows("SELECT " + columns + " FROM TLSP0010 WHERE " + where
-                         + " ORDER BY AccNo, AccSubNo, ShpSubNo");
-    }
-
-    void Change(const QString &table, const QString &where, const QString &changes)
-    {
-        if (!changes.isEmpty())
-            file.Run("UPDATE " + table + " SET " + changes + " WHERE " + where);
-    }
-
     /// Another program's lock for writing, which this program gives up on at once.
     void LockDatabase()
     {
@@ -143,9 +153,6 @@ protected:
     void UnlockDatabase() { file.Run("ROLLBACK"); }
 
     ScriptedBoxes boxes;
-    const FixedClock clock{QDateTime(QDate(2026, 5, 1), QTime(9, 8, 7))};
-    TestDatabase file;
-    ProgramState state;
     SpreadGrid grid;
     AnswerList list;
     const AnswerList *shownList = &list; ///< the list that cells are read from
