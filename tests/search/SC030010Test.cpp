@@ -1,90 +1,47 @@
 #include "search/SC030010.h"
 
-#include "search/ProductMaster.h"
+#include "search/MasterFixture.h"
 #include "support/Operator.h"
-#include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
-#include "support/TestDatabase.h"
+#include "support/WindowHands.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QInputMethodEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
-#include <QTest>
 #include <functional>
-#include <gtest/gtest.h>
 #include <optional>
 
 namespace {
 
 constexpr auto BadDateText = "日付の入力が間違っています\r";
 
-class SearchScreen : public testing::Test
+class SearchScreen : public MasterFixture, public WindowHands
 {
 protected:
     SearchScreen()
     {
-        DropProductKey(database);
-        database.Open(state.db);
         state.isSearchMode = true;
-        const auto customer = [&](const char *code, const char *name, int isDeleted) {
-            database.Insert("TLMT0040",
-                            {{"CustCD", code}, {"CustName", name}, {"DpoFlg", isDeleted}});
-        };
-        customer("C0001", "神田電機", 0);
-        customer("C0002", "旧得意先", 1);
-        customer("O'N", "引用", 0);
-        const auto product = [&](const char *code, const char *name) {
-            database.Insert("TLMT0020", {{"AccHinCD", code}, {"HinName", name}});
-        };
-        product("P1", "軸受");
-        product("P2", "歯車A");
-        product("P2", "歯車B");
+        AddCustomer("C0001", "神田電機");
+        AddCustomer("C0002", "旧得意先", 1);
+        AddCustomer("O'N", "引用");
+        AddProduct("P1", "軸受");
+        AddProduct("P2", "歯車A");
+        AddProduct("P2", "歯車B");
     }
 
     void Show()
     {
         screen.emplace(state);
-        screen->show();
-        screen->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&*screen));
+        ShowWindow(*screen);
     }
 
-    template <typename Control>
-    Control *Find(const QString &name)
+    QTabBar *Tabs() { return Find<QTabBar>("tabDate"); }
+    void ClickSecondTab()
     {
-        auto *control = screen->findChild<Control *>(name);
-        EXPECT_NE(control, nullptr) << name.toStdString();
-        return control;
-    }
-
-    QLineEdit *Box(const QString &name) { return Find<QLineEdit>(name); }
-    QString Text(const QString &name) { return Box(name)->text(); }
-
-    static QString Focus()
-    {
-        const QWidget *focus = QApplication::focusWidget();
-        return focus ? focus->objectName() : QString();
-    }
-
-    static void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-    }
-
-    void Click(const QString &name) { QTest::mouseClick(Find<QWidget>(name), Qt::LeftButton); }
-
-    void Type(const QString &name, const QString &text)
-    {
-        Click(name);
-        Box(name)->selectAll();
-        Key(Qt::Key_Delete);
-        QTest::keyClicks(Box(name), text);
+        QTest::mouseClick(Tabs(), Qt::LeftButton, {}, Tabs()->tabRect(1).center());
     }
 
     /// The checked key of each sort group.
@@ -98,8 +55,6 @@ protected:
         return keys;
     }
 
-    TestDatabase database;
-    ProgramState state;
     std::optional<SC030010> screen;
 };
 
@@ -114,7 +69,7 @@ TEST_F(SearchScreen, EnterWalksThroughTheFieldsAsTheyAreSeen)
            "optSortKey1_0", "optSortKey2_1", "optSortKey3_2", "optSortKey4_3", "optSortKey5_4",
            "optSortKey6_5", "cmdList"};
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-        Find<QWidget>(fields.front())->setFocus();
+        Find(fields.front())->setFocus();
         for (const QString &field : fields) {
             EXPECT_EQ(Focus(), field);
             if (field != fields.back())
@@ -153,78 +108,67 @@ TEST_F(SearchScreen, TabAlsoReachesTheReferenceButtonsAndArrowsMoveBetweenBoxes)
     };
     EXPECT_EQ(Focus(), "txtCustCD");
     for (const auto &[from, key, to] : moves) {
-        Find<QWidget>(from)->setFocus();
+        Find(from)->setFocus();
         Key(key);
         EXPECT_EQ(Focus(), to) << from << " key " << key;
     }
-    EXPECT_EQ(Find<QTabBar>("tabDate")->currentIndex(), 1);
+    EXPECT_EQ(Tabs()->currentIndex(), 1);
     Key(Qt::Key_Escape); // leaves nothing
     EXPECT_TRUE(screen->isVisible());
-    Find<QWidget>("cmdExit")->setFocus();
+    Find("cmdExit")->setFocus();
     Key(Qt::Key_Return);
     EXPECT_FALSE(screen->isVisible());
 }
 
 TEST_F(SearchScreen, ConditionsComeBackAsTheyWereEntered)
 {
+    const struct
+    {
+        const char *box;
+        const char *typed; ///< null: the program fills it
+        const char *shown;
+    } boxes[] = {{"txtCustCD", "C0001", "C0001"},       {"txtCustName", nullptr, "神田電機"},
+                 {"txtCustSecCD", "SEC1", "SEC1"},      {"txtAccHinCD", "P1", "P1"},
+                 {"txtAccHinName", nullptr, "軸受"},    {"txtOdrNo", "ODR-1", "ODR-1"},
+                 {"txtMfactNo", "M'1", "M'1"},          {"txtPayKeyNo", "K#1", "K#1"},
+                 {"txtFromDate", "970528", "97/05/28"}, {"txtToDate", "000229", "00/02/29"}};
     Show();
-    Type("txtCustCD", "C0001");
-    Type("txtCustSecCD", "SEC1");
-    Type("txtAccHinCD", "P1");
-    Type("txtOdrNo", "ODR-1");
-    Type("txtMfactNo", "M'1");
-    Type("txtPayKeyNo", "K#1");
-    QTest::mouseClick(Find<QTabBar>("tabDate"), Qt::LeftButton, {},
-                      Find<QTabBar>("tabDate")->tabRect(1).center());
-    Type("txtFromDate", "970528");
-    Type("txtToDate", "000229");
+    ClickSecondTab();
+    for (const auto &[box, typed, shown] : boxes)
+        if (typed)
+            Type(box, typed);
     Click("optSortKey1_4");
     Click("cmdList");
     EXPECT_FALSE(screen->isVisible());
     EXPECT_TRUE(state.isListRequested);
-    const SearchConditions &conditions = state.conditions;
-    EXPECT_EQ(conditions.customerName, "神田電機");
-    EXPECT_EQ(conditions.productName, "軸受");
-    EXPECT_EQ(conditions.dateBasis, "ACCDATE");
-    EXPECT_EQ(conditions.fromDate, "19970528");
-    EXPECT_EQ(conditions.toDate, "20000229");
-    EXPECT_EQ(conditions.sortKeys[0], "SHPDATE");
-    EXPECT_EQ(conditions.sortKeys[4], "ACCHINCD");
+    const SearchConditions taken = state.conditions;
+    EXPECT_EQ(taken.customerName + taken.productName, "神田電機軸受");
+    EXPECT_EQ(taken.dateBasis, "ACCDATE");
+    EXPECT_EQ(taken.fromDate + '-' + taken.toDate, "19970528-20000229");
+    EXPECT_EQ(taken.sortKeys[0] + ' ' + taken.sortKeys[4], "SHPDATE ACCHINCD");
 
     Show();
-    const std::pair<const char *, const char *> shown[]
-        = {{"txtCustCD", "C0001"},   {"txtCustName", "神田電機"}, {"txtCustSecCD", "SEC1"},
-           {"txtAccHinCD", "P1"},    {"txtAccHinName", "軸受"},   {"txtOdrNo", "ODR-1"},
-           {"txtMfactNo", "M'1"},    {"txtPayKeyNo", "K#1"},      {"txtFromDate", "97/05/28"},
-           {"txtToDate", "00/02/29"}};
-    for (const auto &[name, text] : shown)
-        EXPECT_EQ(Text(name), text) << name;
+    for (const auto &[box, typed, shown] : boxes)
+        EXPECT_EQ(Text(box), shown) << box;
     EXPECT_EQ(Find<QLabel>("lblDate")->text(), "受注日");
     EXPECT_EQ(CheckedKeys(), "412305");
-    const SearchConditions before = state.conditions;
     Click("cmdExit");
     EXPECT_FALSE(state.isListRequested);
-    EXPECT_EQ(state.conditions.orderNo, before.orderNo);
+    EXPECT_EQ(state.conditions.orderNo, taken.orderNo);
 }
 
 TEST_F(SearchScreen, ShipDateIsABasisOnlyOutsideTheSearchMode)
 {
-    const struct
-    {
-        bool isSearchMode;
-        QStringList keys;
-        QString taken; ///< from the default "SHPDATE"
-    } modes[] = {{true, {"LIMDATE", "ACCDATE"}, "LIMDATE"},
-                 {false, {"SHPDATE", "LIMDATE", "ACCDATE"}, "SHPDATE"}};
-    for (const auto &[isSearchMode, keys, taken] : modes) {
+    const std::tuple<bool, const char *, const char *> modes[]
+        = {{true, "LIMDATE ACCDATE", "LIMDATE"}, {false, "SHPDATE LIMDATE ACCDATE", "SHPDATE"}};
+    for (const auto &[isSearchMode, offered, taken] : modes) { // the default is "SHPDATE"
         state.isSearchMode = isSearchMode;
         state.conditions = {};
         Show();
-        const auto *tabs = Find<QTabBar>("tabDate");
-        QStringList offered;
-        for (int tab = 0; tab < tabs->count(); ++tab)
-            offered += tabs->tabData(tab).toString();
-        EXPECT_EQ(offered, keys);
+        QStringList keys;
+        for (int tab = 0; tab < Tabs()->count(); ++tab)
+            keys += Tabs()->tabData(tab).toString();
+        EXPECT_EQ(keys.join(' '), offered);
         Click("cmdList");
         EXPECT_EQ(state.conditions.dateBasis, taken);
     }
@@ -240,7 +184,7 @@ TEST_F(SearchScreen, SortGroupsExchangeTheirKeys)
         Click(button);
         EXPECT_EQ(CheckedKeys(), keys) << button;
     }
-    Find<QWidget>("optSortKey1_2")->setFocus();
+    Find("optSortKey1_2")->setFocus();
     Key(Qt::Key_Right); // the key goes on to "3", which group 4 holds
     Key(Qt::Key_Space);
     EXPECT_EQ(CheckedKeys(), "315240");
@@ -252,28 +196,24 @@ TEST_F(SearchScreen, SortGroupsExchangeTheirKeys)
 TEST_F(SearchScreen, LeavingACodeBoxShowsItsName)
 {
     const ScriptedBoxes boxes;
-    Show();
     const struct
     {
-        const char *box, *code, *nameBox, *before, *name;
+        const char *box, *code, *nameBox, *name;
     } cases[] = {
-        {"txtCustCD", "C0001", "txtCustName", "", "神田電機"},
-        {"txtCustCD", "c0001", "txtCustName", "", "神田電機"},
-        {"txtCustCD", "C0002", "txtCustName", "", ""}, // deleted
-        {"txtCustCD", "NONE", "txtCustName", "", ""},
-        {"txtCustCD", "O'N", "txtCustName", "", "引用"},
-        {"txtCustCD", "C*", "txtCustName", "", ""},
-        {"txtCustCD", "[", "txtCustName", "", ""},
-        {"txtCustCD", "|", "txtCustName", "", ""},
-        {"txtAccHinCD", "P1", "txtAccHinName", "", "軸受"},
-        {"txtAccHinCD", "P2", "txtAccHinName", "", ""}, // two products
-        {"txtAccHinCD", "P[", "txtAccHinName", "", ""},
-        {"txtAccHinCD", "'#*|", "txtAccHinName", "", ""},
+        {"txtCustCD", "c0001", "txtCustName", "神田電機"},
+        {"txtCustCD", "C0002", "txtCustName", ""}, // deleted
+        {"txtCustCD", "O'N", "txtCustName", "引用"},
+        {"txtCustCD", "C*", "txtCustName", ""},
+        {"txtCustCD", "[|", "txtCustName", ""},
+        {"txtAccHinCD", "P1", "txtAccHinName", "軸受"},
+        {"txtAccHinCD", "P2", "txtAccHinName", ""}, // two products
+        {"txtAccHinCD", "'#*|[", "txtAccHinName", ""},
     };
-    for (const auto &[box, code, nameBox, before, name] : cases) {
+    Show();
+    for (const auto &[box, code, nameBox, name] : cases) {
         Box(nameBox)->setText("前の名前");
         Type(box, code);
-        EXPECT_EQ(Text(nameBox), before) << code; // it was the name of another code
+        EXPECT_EQ(Text(nameBox), "") << code << ": it was the name of another code";
         Key(Qt::Key_Return);
         EXPECT_EQ(Text(nameBox), name) << code;
     }
@@ -313,16 +253,13 @@ TEST_F(SearchScreen, CodeBoxesRefuseWhatIsNoCode)
 TEST_F(SearchScreen, DatesGoThroughTheirThreeForms)
 {
     Show();
-    Type("txtFromDate", "97052");
-    EXPECT_EQ(Text("txtFromDate"), "97052");
-    Box("txtFromDate")->clear();
-    QTest::keyClicks(Box("txtFromDate"), "9705281");
+    Type("txtFromDate", "9705281");
     EXPECT_EQ(Text("txtFromDate"), "970528");
     Key(Qt::Key_Tab);
     EXPECT_EQ(Text("txtFromDate"), "97/05/28");
     Key(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(Text("txtFromDate"), "970528");
-    QTest::keyClicks(Box("txtFromDate"), "500101"); // all of it was selected
+    Keys("500101"); // all of it was selected
     Click("cmdList");
     EXPECT_EQ(state.conditions.fromDate, "20500101");
     EXPECT_EQ(state.conditions.toDate, "");
@@ -330,11 +267,7 @@ TEST_F(SearchScreen, DatesGoThroughTheirThreeForms)
 
 TEST_F(SearchScreen, ABadDateIsShownOnceAndKeepsTheFocus)
 {
-    const struct
-    {
-        const char *how;
-        std::function<void()> leave;
-    } ways[] = {
+    const std::pair<const char *, std::function<void()>> ways[] = {
         {"Tab", [&] { Key(Qt::Key_Tab); }},
         {"Shift+Tab", [&] { Key(Qt::Key_Backtab, Qt::ShiftModifier); }},
         {"Enter", [&] { Key(Qt::Key_Return); }},
@@ -347,22 +280,14 @@ TEST_F(SearchScreen, ABadDateIsShownOnceAndKeepsTheFocus)
              Box("txtAccHinCD")->setText("NONE"); // would be message 13
              Click("cmdSSansho");
          }},
-        {"the other tab",
-         [&] {
-             auto *tabs = Find<QTabBar>("tabDate");
-             QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(1).center());
-         }},
+        {"the other tab", [&] { ClickSecondTab(); }},
         {"list by mouse", [&] { Click("cmdList"); }},
-        {"list by Alt+L",
-         [&] {
-             Key(Qt::Key_L, Qt::AltModifier);
-             EXPECT_TRUE(QTest::qWaitFor([&] { return !Find<QPushButton>("cmdList")->isDown(); }));
-         }},
+        {"list by Alt+L", [&] { Alt(Qt::Key_L); }},
         {"list by Enter",
          [&] {
              // Brought onto the button before the box was checked.
-             QTest::mousePress(Find<QWidget>("cmdList"), Qt::LeftButton);
-             QTest::mouseRelease(Find<QWidget>("cmdList"), Qt::LeftButton, {}, QPoint(-9, -9));
+             QTest::mousePress(Find("cmdList"), Qt::LeftButton);
+             QTest::mouseRelease(Find("cmdList"), Qt::LeftButton, {}, QPoint(-9, -9));
              EXPECT_EQ(Focus(), "cmdList");
              Key(Qt::Key_Return);
          }},
@@ -370,23 +295,24 @@ TEST_F(SearchScreen, ABadDateIsShownOnceAndKeepsTheFocus)
     ScriptedBoxes boxes;
     for (const char *box : {"txtFromDate", "txtToDate"}) {
         for (const auto &[how, leave] : ways) {
+            SCOPED_TRACE(std::string(box) + ' ' + how);
             state.isListRequested = false;
             Show();
             Type(box, "970230");
             leave();
             QApplication::processEvents();
-            EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{BadDateText}) << how;
-            EXPECT_EQ(Focus(), box) << how;
-            EXPECT_EQ(Text(box), "970230") << how;
-            EXPECT_TRUE(screen->isVisible()) << how;
-            EXPECT_EQ(CheckedKeys(), "012345") << how;
-            EXPECT_EQ(Find<QTabBar>("tabDate")->currentIndex(), 0) << how;
-            EXPECT_FALSE(state.isListRequested) << how;
+            EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{BadDateText});
+            EXPECT_EQ(Focus(), box);
+            EXPECT_EQ(Text(box), "970230");
+            EXPECT_TRUE(screen->isVisible());
+            EXPECT_EQ(CheckedKeys(), "012345");
+            EXPECT_EQ(Tabs()->currentIndex(), 0);
+            EXPECT_FALSE(state.isListRequested);
             // A good date then goes the same way without another word.
             Type(box, "");
             Click("txtOdrNo");
-            EXPECT_EQ(Focus(), "txtOdrNo") << how;
-            EXPECT_TRUE(boxes.TakeTexts().empty()) << how;
+            EXPECT_EQ(Focus(), "txtOdrNo");
+            EXPECT_TRUE(boxes.TakeTexts().empty());
         }
     }
 }
@@ -413,12 +339,11 @@ TEST_F(SearchScreen, TheExitButtonAsksNothingOfABadDate)
 TEST_F(SearchScreen, TheRealMessageBoxGivesTheFocusBackToTheDate)
 {
     screen.emplace(state);
+    window = &*screen;
     Operator player;
-    int shown = 0;
     const auto seen = [&] {
-        ++shown;
-        EXPECT_EQ(static_cast<QMessageBox *>(Operator::Front("MsgBox"))->text().trimmed(),
-                  QString(BadDateText).trimmed());
+        const QString text = static_cast<QMessageBox *>(Operator::Front("MsgBox"))->text();
+        EXPECT_EQ(text.trimmed(), QString(BadDateText).trimmed());
         player.Key(Qt::Key_Return);
     };
     player.At("SC030010", "typing", [&] {
@@ -441,6 +366,5 @@ TEST_F(SearchScreen, TheRealMessageBoxGivesTheFocusBackToTheDate)
     player.Start();
     EXPECT_EQ(screen->exec(), QDialog::Accepted);
     EXPECT_TRUE(player.IsDone()) << player.Failure().toStdString();
-    EXPECT_EQ(shown, 2);
     EXPECT_EQ(state.conditions.fromDate, "19970228");
 }
