@@ -1,17 +1,12 @@
 #include "grid/SpreadGrid.h"
 
-#include "support/BuildSpeed.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
+#include "support/WindowHands.h"
 
-#include <QApplication>
 #include <QClipboard>
-#include <QElapsedTimer>
-#include <QHeaderView>
 #include <QSignalSpy>
-#include <QTest>
 #include <functional>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -48,35 +43,16 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(&grid));
     }
 
-    QPoint At(int column, int row) const
+    void Click(int column, int row, Qt::KeyboardModifiers keys = {})
     {
-        return grid.visualRect(grid.model()->index(row - 1, column - 1)).center();
+        ClickCell(grid, column, row, keys);
     }
-    void Click(int column, int row, Qt::KeyboardModifiers keys = Qt::NoModifier)
-    {
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, keys, At(column, row));
-    }
-    void ClickHeading(int row, Qt::KeyboardModifiers keys = Qt::NoModifier)
-    {
-        QHeaderView *header = grid.verticalHeader();
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, keys,
-                          QPoint(5, header->sectionViewportPosition(row - 1) + 5));
-    }
+    void ClickHeading(int row, Qt::KeyboardModifiers keys = {}) { ClickRow(grid, row, keys); }
     void Drag(int fromRow, int toRow)
     {
-        QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, At(1, fromRow));
-        QTest::mouseMove(grid.viewport(), At(2, toRow));
-        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, At(2, toRow));
-    }
-    /// To whatever has the focus.
-    static void Key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier)
-    {
-        QTest::keyClick(QApplication::focusWidget(), key, keys);
-    }
-    static void Type(const QString &text)
-    {
-        for (const QChar c : text)
-            QTest::keyClick(QApplication::focusWidget(), c.toLatin1());
+        QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, CellPoint(grid, 1, fromRow));
+        QTest::mouseMove(grid.viewport(), CellPoint(grid, 2, toRow));
+        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, CellPoint(grid, 2, toRow));
     }
 
     QString Selected() const
@@ -131,7 +107,7 @@ TEST_F(SpreadGridTest, RowsTouchedByTheSelection)
         {"Enter leaves it", [&] { Click(1, 3), Key(Qt::Key_Return); }, "3", "1,4"},
         {"Shift+Enter", [&] { Click(1, 3), Key(Qt::Key_Return, Qt::ShiftModifier); }, "3", "1,2"},
         {"Enter in the last row", [&] { Click(1, 12), Key(Qt::Key_Return); }, "12", "1,12"},
-        {"a letter looks for nothing", [&] { Click(1, 3), Type("r"); }, "3", "1,3"},
+        {"a letter looks for nothing", [&] { Click(1, 3), Keys("r"); }, "3", "1,3"},
         {"a row inserted above",
          [&] { Drag(2, 3), grid.SetRowCount(13), grid.Model().InsertRow(2); }, "3-4", "2,4"},
         {"a row removed", [&] { Drag(2, 4), grid.Model().DeleteRows(3, 3); }, "2-3", "2,3"},
@@ -149,18 +125,6 @@ TEST_F(SpreadGridTest, RowsTouchedByTheSelection)
     }
 }
 
-TEST_F(SpreadGridTest, AWholeRowIsMarkedByItsHeadingAndByShiftSpace)
-{
-    for (const bool isByKey : {false, true}) {
-        grid.clearSelection();
-        if (isByKey)
-            Click(2, 3), Key(Qt::Key_Space, Qt::ShiftModifier);
-        else
-            ClickHeading(3);
-        EXPECT_TRUE(grid.selectionModel()->isRowSelected(2, {})) << isByKey;
-    }
-}
-
 TEST_F(SpreadGridTest, WhatStartsAnEditAndWhatItBeginsWith)
 {
     const struct
@@ -172,18 +136,18 @@ TEST_F(SpreadGridTest, WhatStartsAnEditAndWhatItBeginsWith)
     } cases[] = {
         {"F2", Quantity, 1, [] { Key(Qt::Key_F2); }, "1234.5"},
         {"F2", Date, 1, [] { Key(Qt::Key_F2); }, "260520"},
-        {"a digit replaces", Quantity, 1, [] { Type("7"); }, "7"},
-        {"digits", Date, 1, [] { Type("2606"); }, "2606"},
-        {"the point", Quantity, 1, [] { Type("."); }, "0."},
-        {"the point and more", Quantity, 1, [] { Type(".5"); }, "0.5"},
-        {"the point within an edit", Quantity, 1, [] { Type("5."); }, "5."},
-        {"one point only", Quantity, 1, [] { Type(".5."); }, "0.5"},
-        {"no point in a date", Date, 1, [] { Type("."); }, "260520"},
-        {"four decimals", Quantity, 1, [] { Type("1.2345"); }, "1.234"},
-        {"seven digits", Date, 1, [] { Type("2606011"); }, "260601"},
-        {"a locked row", Quantity, 4, [] { Type("7"); }, nullptr},
-        {"the point in a locked row", Quantity, 4, [] { Type("."); }, nullptr},
-        {"another column", 1, 1, [] { Type("7"), Key(Qt::Key_F2); }, nullptr},
+        {"a digit replaces", Quantity, 1, [] { Keys("7"); }, "7"},
+        {"digits", Date, 1, [] { Keys("2606"); }, "2606"},
+        {"the point", Quantity, 1, [] { Keys("."); }, "0."},
+        {"the point and more", Quantity, 1, [] { Keys(".5"); }, "0.5"},
+        {"the point within an edit", Quantity, 1, [] { Keys("5."); }, "5."},
+        {"one point only", Quantity, 1, [] { Keys(".5."); }, "0.5"},
+        {"no point in a date", Date, 1, [] { Keys("."); }, "260520"},
+        {"four decimals", Quantity, 1, [] { Keys("1.2345"); }, "1.234"},
+        {"seven digits", Date, 1, [] { Keys("2606011"); }, "260601"},
+        {"a locked row", Quantity, 4, [] { Keys("7"); }, nullptr},
+        {"the point in a locked row", Quantity, 4, [] { Keys("."); }, nullptr},
+        {"another column", 1, 1, [] { Keys("7"), Key(Qt::Key_F2); }, nullptr},
     };
     for (const auto &[what, column, row, act, text] : cases) {
         Click(column, row);
@@ -211,17 +175,18 @@ TEST_F(SpreadGridTest, WhatEndsAnEdit)
         {"Enter", [] { Key(Qt::Key_Return); }, "2,3", "2"},
         {"Shift+Enter", [] { Key(Qt::Key_Return, Qt::ShiftModifier); }, "2,1", "2"},
         {"Down", [] { Key(Qt::Key_Down); }, "2,3", "2"},
+        {"Up", [] { Key(Qt::Key_Up); }, "2,1", "2"},
         {"Tab", [] { Key(Qt::Key_Tab); }, "3,2", "2"},
         {"Shift+Tab", [] { Key(Qt::Key_Backtab, Qt::ShiftModifier); }, "3,1", "2"},
         {"Tab twice, past the row's end",
-         [] { Key(Qt::Key_Tab), Type("260601"), Key(Qt::Key_Tab); }, "2,3", "2"},
+         [] { Key(Qt::Key_Tab), Keys("260601"), Key(Qt::Key_Tab); }, "2,3", "2"},
         {"another cell", [&] { Click(1, 6); }, "1,6", "6"},
         {"a heading", [&] { ClickHeading(7); }, "1,7", "7"},
         {"a command", [&] { EXPECT_TRUE(grid.FinishEdit()); }, "2,2", "2"},
     };
     for (const auto &[what, act, active, selected] : cases) {
         Click(Quantity, 2);
-        Type("8.5");
+        Keys("8.5");
         act();
         EXPECT_FALSE(grid.IsEditing()) << what;
         EXPECT_EQ(Text(Quantity, 2), "8.500") << what;
@@ -236,27 +201,23 @@ TEST_F(SpreadGridTest, WhatEndsAnEdit)
 
 TEST_F(SpreadGridTest, AWrongTextKeepsTheCellInEditHoweverItIsLeft)
 {
-    const struct
-    {
-        const char *what;
-        std::function<void()> leave;
-    } cases[] = {
+    const std::pair<const char *, std::function<void()>> ways[] = {
         {"Enter", [] { Key(Qt::Key_Return); }},
         {"Tab", [] { Key(Qt::Key_Tab); }},
         {"another cell", [&] { Click(1, 6); }},
         {"a heading", [&] { ClickHeading(7); }},
         {"a command", [&] { EXPECT_FALSE(grid.FinishEdit()); }},
     };
-    for (const auto &[what, leave] : cases) {
+    for (const auto &[what, leave] : ways) {
         Click(Date, 2);
-        Type("260230");
+        Keys("260230");
         leave();
         QTest::qWait(0); // whatever the leaving has queued
         ASSERT_TRUE(grid.IsEditing()) << what;
         EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{"日付の入力が間違っています\r"}) << what;
         EXPECT_EQ(Active(), "3,2") << what;
         EXPECT_EQ(QApplication::focusWidget()->objectName(), "cellEditor") << what;
-        Type("260601"); // replaces the wrong one
+        Keys("260601"); // replaces the wrong one
         Key(Qt::Key_Return);
         EXPECT_EQ(Text(Date, 2), "26/06/01") << what;
         grid.Model().SetText(Date, 2, "26/05/20");
@@ -266,13 +227,13 @@ TEST_F(SpreadGridTest, AWrongTextKeepsTheCellInEditHoweverItIsLeft)
 TEST_F(SpreadGridTest, AnUnchangedTextIsNoChange)
 {
     Click(Quantity, 2);
-    Type("1234.5");
+    Keys("1234.5");
     Key(Qt::Key_Return);
     Click(Quantity, 2);
     Key(Qt::Key_F2);
     Key(Qt::Key_Return);
     Click(Date, 2);
-    Type("2");
+    Keys("2");
     Key(Qt::Key_Escape);
     EXPECT_EQ(changes, QStringList());
 }
@@ -289,6 +250,8 @@ TEST_F(SpreadGridTest, SelectedCellsGoToTheClipboard)
         {"the active cell", [&] { Click(4, 1), grid.clearSelection(); }, "x\n"},
         {"a block", [&] { Drag(3, 4); }, "r3\t1,234.500\nr4\t1,234.500\n"},
         {"a row, without hidden columns", [&] { ClickHeading(3); }, "r3\t1,234.500\t26/05/20\tx\n"},
+        {"a row by key", [&] { Click(2, 4), Key(Qt::Key_Space, Qt::ShiftModifier); },
+         "r4\t1,234.500\t26/05/20\tx\n"},
         {"rows apart", [&] { Click(1, 3), Click(1, 5, Qt::ControlModifier); }, "r3\nr5\n"},
         {"cells apart", [&] { Click(1, 3), Click(3, 5, Qt::ControlModifier); },
          "r3\t\t\n\t\t26/05/20\n"},
@@ -307,26 +270,13 @@ TEST_F(SpreadGridTest, ADoubleClickIsOnARow)
     QStringList clicks;
     QObject::connect(&grid, &SpreadGrid::CellDoubleClicked,
                      [&](int column, int row) { clicks += QString("%1,%2").arg(column).arg(row); });
-    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, At(Quantity, 3));
-    QTest::mouseDClick(grid.viewport(), Qt::RightButton, {}, At(Quantity, 3));
-    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, At(1, 12) + QPoint(0, 60));
+    const QPoint cell = CellPoint(grid, Quantity, 3);
+    const QPoint belowAll = CellPoint(grid, 1, 12) + QPoint(0, 60);
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, cell);
+    QTest::mouseDClick(grid.viewport(), Qt::RightButton, {}, cell);
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, belowAll);
     EXPECT_EQ(clicks.join(' '), "2,3");
     EXPECT_FALSE(grid.IsEditing()) << "a double click opens no cell";
-}
-
-TEST_F(SpreadGridTest, LeavingACellIsTold)
-{
-    QStringList moves;
-    QObject::connect(
-        &grid, &SpreadGrid::CellLeft, [&](int column, int row, int toColumn, int toRow) {
-            moves += QString("%1,%2>%3,%4").arg(column).arg(row).arg(toColumn).arg(toRow);
-        });
-    Click(2, 3);
-    Key(Qt::Key_Return);
-    Click(2, 4); // is there already
-    grid.SetCurrentCell(1, 12);
-    grid.Perform(SpreadGrid::Action::ActivateCell);
-    EXPECT_EQ(moves.join(' ').section(' ', 1), "2,3>2,4 2,4>1,12");
 }
 
 TEST_F(SpreadGridTest, RedrawOffTellsTheViewsInOnePiece)
@@ -341,16 +291,14 @@ TEST_F(SpreadGridTest, RedrawOffTellsTheViewsInOnePiece)
     EXPECT_EQ(inserted.count() + changed.count(), 0);
     EXPECT_EQ(grid.model()->rowCount(), 12) << "the views know of none yet";
     EXPECT_EQ(Text(1, 15), "new") << "the program does";
-    grid.SetRedraw(true);
-    EXPECT_EQ(grid.model()->rowCount(), 15);
-    ASSERT_EQ(inserted.count(), 1);
-    EXPECT_EQ(inserted[0][1].toInt(), 12);
-    EXPECT_EQ(inserted[0][2].toInt(), 14);
-    ASSERT_EQ(changed.count(), 1);
+    for (int time = 0; time < 2; ++time) { // the second has nothing left to tell
+        grid.SetRedraw(true);
+        ASSERT_EQ(inserted.count(), 1);
+        ASSERT_EQ(changed.count(), 1);
+    }
+    EXPECT_EQ(inserted[0].mid(1), (QVariantList{12, 14}));
     EXPECT_EQ(changed[0][0].toModelIndex().row(), 2);
     EXPECT_EQ(changed[0][1].toModelIndex().row(), 14);
-    grid.SetRedraw(true);
-    EXPECT_EQ(inserted.count() + changed.count(), 2) << "nothing is left to tell";
 }
 
 TEST_F(SpreadGridTest, RowsComeAndGoWhileRedrawIsOff)
@@ -390,30 +338,4 @@ TEST_F(SpreadGridTest, RowsComeAndGoWhileRedrawIsOff)
             shown += grid.model()->index(row, 0).data().toString();
         EXPECT_EQ(shown.join('-'), rows) << what;
     }
-}
-
-TEST_F(SpreadGridTest, ManyRowsTakeABreath)
-{
-    constexpr int Rows = 100'000;
-    QElapsedTimer timer;
-    timer.start();
-    grid.SetRedraw(false);
-    for (int row = 13; row <= Rows; ++row) {
-        grid.SetRowCount(row);
-        grid.Model().SetRowText(row, QString("r%1\t1.000").arg(row));
-    }
-    grid.SetRedraw(true);
-    Key(Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(Selected(), QString("1-%1").arg(Rows));
-    int selected = 0;
-    for (int row = 1; row <= Rows; ++row)
-        selected += grid.IsRowSelected(row);
-    EXPECT_EQ(selected, Rows);
-    for (int row = 1; row <= 50; ++row) {
-        grid.SetRowCount(grid.RowCount() + 1);
-        grid.Model().InsertRow(Rows / 2);
-    }
-    EXPECT_EQ(Text(1, Rows / 2 + 50), QString("r%1").arg(Rows / 2));
-    EXPECT_EQ(Text(1, Rows + 50), QString("r%1").arg(Rows));
-    EXPECT_LT(timer.elapsed(), 10'000 * BuildSlowness);
 }
