@@ -105,16 +105,6 @@ TEST_F(AnswerDatesTest, TheDateAskedFor)
                                        "例 ：1997年5月28日の場合 970528 と6桁の数字で入力する");
 }
 
-TEST_F(AnswerDatesTest, TheHintOfARow)
-{
-    EXPECT_EQ(RowHint(list, 1), "");
-    EXPECT_EQ(RowHint(list, 2), "出荷済のものの変更、納期回答作成は出来ません");
-    list.SetCell(2, Error, "回答数量が、0です");
-    list.SetCell(3, Error, "  ");
-    EXPECT_EQ(RowHint(list, 2), "回答数量が、0です") << "an error goes first";
-    EXPECT_EQ(RowHint(list, 3), "");
-}
-
 TEST_F(AnswerDatesTest, TypedTextsAreCheckedAndShown)
 {
     const struct

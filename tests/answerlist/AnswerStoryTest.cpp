@@ -31,13 +31,6 @@ protected:
     }
 
     // Steps.
-    void Search(const QString &what)
-    {
-        hand.At("SC030010", what, [this] {
-            hand.Type("txtCustCD", "C1");
-            hand.Click("cmdList");
-        });
-    }
     /// A step at the list, once it is loaded and no box is open.
     void List(const QString &what, std::function<void()> act)
     {
@@ -85,9 +78,12 @@ protected:
 
 } // namespace
 
-TEST_F(AnswerStoryTest, SearchSplitAnswerFailMendCreateAndSearchAgain)
+TEST_F(AnswerStoryTest, SearchSplitAnswerFailMendAndCreate)
 {
-    Search("search");
+    hand.At("SC030010", "search", [&] {
+        hand.Type("txtCustCD", "C1");
+        hand.Click("cmdList");
+    });
     List("split the first line twice", [&] {
         TypeCell(AnswerQuantity, 1, "40");
         hand.ClickCell("spdList", int(Order), 1);
@@ -144,18 +140,11 @@ TEST_F(AnswerStoryTest, SearchSplitAnswerFailMendCreateAndSearchAgain)
         hand.Click("cmdMake");
     });
     Box("納期回答作成処理が終了しました");
-    QString answered;
     List("answered", [&] {
-        answered = Shown();
-        EXPECT_EQ(answered, "1|1|40.000|26/05/20| |済 1|2|24.500|26/06/10|*|済 "
-                            "1|3|35.500|26/06/15|*|済 2|1|60.000|26/06/01|*|済 "
-                            "2|2|10.000|26/06/01|*|済 3|1|100.000|26/06/01|*|済");
+        EXPECT_EQ(Shown(), "1|1|40.000|26/05/20| |済 1|2|24.500|26/06/10|*|済 "
+                           "1|3|35.500|26/06/15|*|済 2|1|60.000|26/06/01|*|済 "
+                           "2|2|10.000|26/06/01|*|済 3|1|100.000|26/06/01|*|済");
         EXPECT_EQ(hand.Find<QLabel>("MSG")->text(), "");
-        hand.Click("cmdExit");
-    });
-    Search("search again");
-    List("the list is what it was", [&] {
-        EXPECT_EQ(Shown(), answered);
         hand.Click("cmdExit");
     });
     hand.At("SC030010", "leave", [&] { hand.Click("cmdExit"); });

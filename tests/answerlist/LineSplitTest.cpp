@@ -1,7 +1,6 @@
 #include "ListFixture.h"
 
 #include "answerlist/LineSplit.h"
-#include "answerlist/Registration.h"
 
 namespace {
 
@@ -156,36 +155,4 @@ TEST_F(LineSplitTest, ADatabaseErrorKeepsTheRow)
     EXPECT_EQ(boxes.Shown().back().title, "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ");
     EXPECT_EQ(boxes.Shown().size(), 2u);
     EXPECT_EQ(list.RowCount(), 2);
-}
-
-TEST_F(LineSplitTest, CopyRegisterCopyAgainDelete)
-{
-    AddOrder(1);
-    AddLine(1, 1, 1, "AnsVal = 30, AnsLimDate = '20260601'");
-    AddLine(1, 2, 5);
-    Load();
-    const auto registerAll = [&] {
-        RegistrationCounts counts;
-        EXPECT_TRUE(Registration(state.db, list).RegisterAnswers(counts));
-        return counts.added;
-    };
-    CopyLine(list, 1);
-    CopyLine(list, 1);
-    list.SetCell(2, AnswerQuantity, "50.000");
-    EXPECT_EQ(registerAll(), 2);
-    // Numbers go on above the order's highest, from the top down.
-    EXPECT_EQ(Cells(2, {ShpSubNo, AnswerQuantity}), "6|50.000");
-    EXPECT_EQ(Cells(3, {ShpSubNo, AnswerQuantity}), "7|70.000");
-    EXPECT_EQ(registerAll(), 0) << "what is stored is no new line";
-    list.SetCell(3, AnswerQuantity, "10.000");
-    CopyLine(list, 2);
-    EXPECT_EQ(Cell(3, AnswerQuantity), "0.000") << "a split's own instruction is 0";
-    CopyLine(list, 1);
-    EXPECT_EQ(Cell(2, AnswerQuantity), "10.000");
-    EXPECT_EQ(registerAll(), 2);
-    EXPECT_EQ(Cells(2, {ShpSubNo}) + Cells(4, {ShpSubNo}), "89");
-    boxes.Press(BoxButton::Yes);
-    EXPECT_TRUE(DeleteLine(state.db, list, 3));
-    EXPECT_EQ(Stored("ShpSubNo, AnsVal", "AccSubNo = 1"), "1|30.0 7|10.0 8|10.0 9|0.0");
-    EXPECT_EQ(list.RowsOfOrder(1), (std::vector<int>{1, 2, 3, 4, 5}));
 }

@@ -32,89 +32,61 @@ QString Sql(const QString &customer, const QString &section = {}, const QString 
            + Live + order;
 }
 
-using Conditions = SearchConditions;
-
-Conditions Of(std::initializer_list<std::pair<QString Conditions::*, const char *>> values)
-{
-    Conditions conditions;
-    for (const auto &[member, text] : values)
-        conditions.*member = text;
-    return conditions;
-}
-
 } // namespace
 
-TEST(ListQueryTest, ConditionsStandInTheirPlaces)
+TEST(ListQueryTest, TextsStandInTheirPlaces)
+{
+    EXPECT_EQ(BuildListSql({}), Sql("*' "));
+    SearchConditions conditions;
+    conditions.customerCode = "C1";
+    conditions.customerName = "顧客"; // only shown
+    conditions.customerSectionCode = "S1";
+    conditions.productCode = "P1";
+    conditions.productName = "部品";
+    conditions.orderNo = "O1";
+    conditions.makerNo = "M1";
+    conditions.payKeyNo = "K1";
+    EXPECT_EQ(BuildListSql(conditions),
+              Sql("C1*' ", "AND TLSP0010.CustSecCD LIKE 'S1*' ",
+                  "AND TLSP0010.ACCHINCD LIKE 'P1*' AND TLAC0010.AccHinName LIKE '部品*' "
+                  "AND TLSP0010.ODRNO LIKE 'O1*' AND TLSP0010.MFACTNO LIKE 'M1*' "
+                  "AND TLSP0010.PAYKEYNO LIKE 'K1*' "));
+    for (QString SearchConditions::*text :
+         {&SearchConditions::customerCode, &SearchConditions::customerSectionCode,
+          &SearchConditions::productCode, &SearchConditions::productName,
+          &SearchConditions::orderNo, &SearchConditions::makerNo, &SearchConditions::payKeyNo,
+          &SearchConditions::fromDate, &SearchConditions::toDate})
+        conditions.*text = "  ";
+    EXPECT_EQ(BuildListSql(conditions), Sql("*' ")) << "blank texts are no conditions";
+
+    conditions.customerCode = "A'B#";
+    conditions.customerSectionCode = "#'";
+    conditions.orderNo = " a##b''  "; // blanks before count, behind do not
+    EXPECT_EQ(BuildListSql(conditions), Sql("A''B[#]*' ", "AND TLSP0010.CustSecCD LIKE '[#]''*' ",
+                                            "AND TLSP0010.ODRNO LIKE ' a[#][#]b''''*' "));
+}
+
+TEST(ListQueryTest, DatesAreThoseOfTheBasis)
 {
     const struct
     {
-        const char *what;
-        SearchConditions conditions;
-        QString sql;
+        const char *basis, *from, *to, *sql;
     } cases[] = {
-        {"none", Of({}), Sql("*' ")},
-        {"every text",
-         Of({{&Conditions::customerCode, "C1"},
-             {&Conditions::customerSectionCode, "S1"},
-             {&Conditions::productCode, "P1"},
-             {&Conditions::productName, "部品"},
-             {&Conditions::orderNo, "O1"},
-             {&Conditions::makerNo, "M1"},
-             {&Conditions::payKeyNo, "K1"}}),
-         Sql("C1*' ", "AND TLSP0010.CustSecCD LIKE 'S1*' ",
-             "AND TLSP0010.ACCHINCD LIKE 'P1*' AND TLAC0010.AccHinName LIKE '部品*' "
-             "AND TLSP0010.ODRNO LIKE 'O1*' AND TLSP0010.MFACTNO LIKE 'M1*' "
-             "AND TLSP0010.PAYKEYNO LIKE 'K1*' ")},
-        {"quote and number sign",
-         Of({{&Conditions::customerCode, "A'B#"},
-             {&Conditions::customerSectionCode, "#'"},
-             {&Conditions::orderNo, "a##b''"}}),
-         Sql("A''B[#]*' ", "AND TLSP0010.CustSecCD LIKE '[#]''*' ",
-             "AND TLSP0010.ODRNO LIKE 'a[#][#]b''''*' ")},
-        {"blanks before count, behind do not",
-         Of({{&Conditions::customerCode, " C "}, {&Conditions::productName, " N  "}}),
-         Sql(" C*' ", {}, "AND TLAC0010.AccHinName LIKE ' N*' ")},
-        {"blank texts are no conditions",
-         Of({{&Conditions::customerCode, "   "},
-             {&Conditions::customerSectionCode, "  "},
-             {&Conditions::productCode, " "},
-             {&Conditions::productName, " "},
-             {&Conditions::orderNo, " "},
-             {&Conditions::makerNo, " "},
-             {&Conditions::payKeyNo, " "},
-             {&Conditions::fromDate, "        "},
-             {&Conditions::toDate, " "}}),
-         Sql("*' ")},
-        {"the customer's name is only shown", Of({{&Conditions::customerName, "顧客"}}),
-         Sql("*' ")},
-        {"ship date",
-         Of({{&Conditions::dateBasis, "SHPDATE"},
-             {&Conditions::fromDate, "20260101"},
-             {&Conditions::toDate, "20261231"}}),
-         Sql("*' ", {}, {},
-             " And TLSP0010.ShpDate >= '20260101'    And TLSP0010.ShpDate <= '20261231' ")},
-        {"specified date from",
-         Of({{&Conditions::dateBasis, "LIMDATE"}, {&Conditions::fromDate, "20260101  "}}),
-         Sql("*' ", {}, {}, " And TLSP0010.LimDate >= '20260101' ")},
-        {"order date to",
-         Of({{&Conditions::dateBasis, "ACCDATE"}, {&Conditions::toDate, "20261231"}}),
-         Sql("*' ", {}, {}, "   And TLAC0010.AccDate <= '20261231' ")},
-        {"order date both",
-         Of({{&Conditions::dateBasis, "ACCDATE"},
-             {&Conditions::fromDate, "2026'"},
-             {&Conditions::toDate, "20261231"}}),
-         Sql("*' ", {}, {},
-             " And TLAC0010.AccDate >= '2026''    And TLAC0010.AccDate <= '20261231' ")},
-        {"unknown basis",
-         Of({{&Conditions::dateBasis, "UPDDATE"},
-             {&Conditions::fromDate, "20260101"},
-             {&Conditions::toDate, "20261231"}}),
-         Sql("*' ")},
-        {"no basis", Of({{&Conditions::dateBasis, ""}, {&Conditions::fromDate, "20260101"}}),
-         Sql("*' ")},
+        {"SHPDATE", "20260101", "20261231",
+         " And TLSP0010.ShpDate >= '20260101'    And TLSP0010.ShpDate <= '20261231' "},
+        {"LIMDATE", "20260101  ", "", " And TLSP0010.LimDate >= '20260101' "},
+        {"ACCDATE", "", "20261231", "   And TLAC0010.AccDate <= '20261231' "},
+        {"ACCDATE", "2026'", "", " And TLAC0010.AccDate >= '2026'' "},
+        {"UPDDATE", "20260101", "20261231", ""},
+        {"", "20260101", "", ""},
     };
-    for (const auto &[what, conditions, sql] : cases)
-        EXPECT_EQ(BuildListSql(conditions), sql) << what;
+    for (const auto &[basis, from, to, sql] : cases) {
+        SearchConditions conditions;
+        conditions.dateBasis = basis;
+        conditions.fromDate = from;
+        conditions.toDate = to;
+        EXPECT_EQ(BuildListSql(conditions), Sql("*' ", {}, {}, sql)) << basis;
+    }
 }
 
 TEST(ListQueryTest, FourSortKeysGoBeforeTheFixedOnes)

@@ -41,12 +41,10 @@ TEST_F(RegistrationTest, WhichRowsAreWritten)
     } cases[] = {
         {"unanswered", "", Skipped, "", false, RowKind::NotWritten},
         {"answered", answered, Skipped, "", false, RowKind::NotWritten},
-        {"blank date", "AnsLimDate = '        '", Skipped, "", false, RowKind::NotWritten},
         {"selected", answered, Skipped, "", true, RowKind::Selected},
         {"instructed is not open", "IndVal = 99", Skipped, "", false, RowKind::Changed},
         {"quantity", answered, AnswerQuantity, "6.000", true, RowKind::Changed},
         {"date", answered, AnswerDate, "26/06/02", true, RowKind::Changed},
-        {"date taken away", answered, AnswerDate, "", false, RowKind::Changed},
         {"not stored", answered, ShpSubNo, "", true, RowKind::NewLine},
         {"shipped", "ShpSts = 3", AnswerQuantity, "6.000", true, RowKind::NotWritten},
     };

@@ -7,13 +7,10 @@
 #include "support/BuildSpeed.h"
 #include "support/Operator.h"
 #include "support/ScriptedBoxes.h"
+#include "support/WindowHands.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
-#include <QHeaderView>
-#include <QLineEdit>
 #include <QScrollBar>
-#include <QTest>
 #include <functional>
 
 namespace {
@@ -51,28 +48,28 @@ protected:
         return codes.join(' ') + ": " + QString::number(wanted);
     }
 
-    /// Opens a picker by its button on the search screen, with a code in the box, and looks at what
-    /// stands in the boxes afterwards.
-    void Play(const QString &button, const QString &window, const QString &box, const QString &code,
-              const char *how, std::function<void(Operator &)> choose, const QString &picked)
+    /// Opens a picker by its button on the search screen, with a code in the box; what stands in
+    /// the boxes afterwards.
+    QString Picked(const QString &button, const QString &window, const QString &box,
+                   const QString &code, std::function<void(Operator &)> choose)
     {
-        state.conditions = {};
         SC030010 screen(state);
         Operator player;
-        const QString codeBox = "txt" + box + "CD";
+        QString picked;
         player.At("SC030010", "typing the code", [&] {
-            player.Type(codeBox, code);
+            player.Type("txt" + box + "CD", code);
             player.Click(button);
         });
-        player.At(window, how, [&] { choose(player); });
+        player.At(window, "choosing", [&] { choose(player); });
         player.At("SC030010", "back", [&] {
-            const auto *name = player.Find<QLineEdit>("txt" + box + "Name");
-            EXPECT_EQ(player.Find<QLineEdit>(codeBox)->text() + ' ' + name->text(), picked) << how;
+            for (const char *end : {"CD", "Name"})
+                picked += player.Find<QLineEdit>("txt" + box + end)->text() + ' ';
             player.Click("cmdExit");
         });
         player.Start();
         screen.exec();
-        EXPECT_TRUE(player.IsDone()) << how << ": " << player.Failure().toStdString();
+        EXPECT_TRUE(player.IsDone()) << player.Failure().toStdString();
+        return picked;
     }
 
     /// Plays in the product picker, opened by itself.
@@ -115,8 +112,6 @@ TEST_F(PickerTest, ProductsWhoseCodeBeginsWithTheText)
         {"X#", all + "8"},       // "#" itself
         {"X1", ": 0"},
         {"B[1", ": 0"}, // a list that is not closed fits nothing
-        {"'", ": 0"},
-        {"|", ": 0"},
         {"", all + "1"},
     };
     for (const auto &[code, listed] : lists)
@@ -140,48 +135,46 @@ TEST_F(PickerTest, CustomersAllWhenTheNameIsKnownElseByCode)
 
 TEST_F(PickerTest, TheChosenProductComesBackAndAClosedPickerChangesNothing)
 {
-    const auto headings = [](Operator &player) {
-        return player.Find<SpreadGrid>("spdPrdt")->horizontalHeader()->viewport();
-    };
     const std::tuple<const char *, std::function<void(Operator &)>, const char *> picks[] = {
-        {"button", [](Operator &player) { player.Click("cmdSure"); }, "AB2 歯車"},
+        {"button", [](Operator &player) { player.Click("cmdSure"); }, "AB2 歯車 "},
         {"Enter",
          [](Operator &player) {
-             player.Key(Qt::Key_Down);
-             player.Key(Qt::Key_Return);
-             player.Key(Qt::Key_Return);
+             for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Return})
+                 player.Key(key);
          },
-         "AB2 歯車大"},
+         "AB2 歯車大 "},
         {"double click",
          [](Operator &player) {
              player.ClickCell("spdPrdt", 2, 2);
              auto *grid = player.Find<SpreadGrid>("spdPrdt");
-             const QRect cell = grid->visualRect(grid->model()->index(1, 1));
-             QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+             QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, CellPoint(*grid, 2, 2));
          },
-         "AB2 歯車大"},
+         "AB2 歯車大 "},
         {"close button",
          [](Operator &player) {
              player.Key(Qt::Key_Down);
              player.Click("cmdEnd");
          },
-         "AB2 "},
+         "AB2  "},
         {"Esc on a button",
          [](Operator &player) {
-             player.Key(Qt::Key_Tab);
-             player.Key(Qt::Key_Escape);
+             for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Escape})
+                 player.Key(key);
          },
-         "AB2 "},
+         "AB2  "},
         {"Esc in the list, after a double click on the headings",
-         [&](Operator &player) {
-             QTest::mouseDClick(headings(player), Qt::LeftButton);
+         [](Operator &player) {
+             auto *grid = player.Find<SpreadGrid>("spdPrdt");
+             QTest::mouseDClick(grid->horizontalHeader()->viewport(), Qt::LeftButton);
              EXPECT_NE(Operator::Front("SC040220R"), nullptr);
              player.Key(Qt::Key_Escape);
          },
-         "AB2 "},
+         "AB2  "},
     };
-    for (const auto &[how, choose, picked] : picks)
-        Play("cmdSSansho", "SC040220R", "AccHin", "AB2", how, choose, picked);
+    for (const auto &[how, choose, picked] : picks) {
+        state.conditions = {};
+        EXPECT_EQ(Picked("cmdSSansho", "SC040220R", "AccHin", "AB2", choose), picked) << how;
+    }
 }
 
 TEST_F(PickerTest, TheChosenCustomerComesBack)
@@ -192,13 +185,13 @@ TEST_F(PickerTest, TheChosenCustomerComesBack)
         EXPECT_TRUE(grid->IsRowSelected(3));
         player.Click("cmdKakute");
     };
-    Play("cmdTSansho", "SC040230R", "Cust", "C01", "the current one", current, "C01 赤羽");
+    EXPECT_EQ(Picked("cmdTSansho", "SC040230R", "Cust", "C01", current), "C01 赤羽 ");
     const auto typed = [](Operator &player) {
         player.Keys("o'");
-        player.Key(Qt::Key_Return);
-        player.Key(Qt::Key_Return);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Return})
+            player.Key(key);
     };
-    Play("cmdTSansho", "SC040230R", "Cust", "C01", "typing and Enter", typed, "O'N 引用");
+    EXPECT_EQ(Picked("cmdTSansho", "SC040230R", "Cust", "C01", typed), "O'N 引用 ");
 }
 
 TEST_F(PickerTest, AnEmptyListIsAMessageInPlaceOfThePicker)
