@@ -118,7 +118,7 @@ TEST_F(RegistrationTest, ASplitTakesOverTheLineItWasSplitFrom)
             "ShpDate = '20260401', ArvExpDate = '20260404', Biko = 'the source', AnsVal = 40,"
             "AnsLimDate = '20260404', AnsMark = '2'");
     AddLine(1, 1, 3, "PayKeyNo = 'KEY-0009', Biko = 'not the source'");
-    AddLine(1, 2, 1, "PayKeyNo = 'KEYX0011', Biko = 'not this sub-line'");
+    AddLine(1, 2, 5, "PayKeyNo = 'KEYX0011', Biko = 'not this sub-line'");
     Load();
     const int row = list.Row(1).ShpSubNo() == 2 ? 1 : 2;
     CopyLine(list, row);
@@ -128,10 +128,10 @@ TEST_F(RegistrationTest, ASplitTakesOverTheLineItWasSplitFrom)
     EXPECT_EQ(Counts(), "1 0");
     EXPECT_EQ(Stored("Biko, AccSubNo, PayKeyNo, PayKeySubNp, IndVal, AnsVal, ShpVal, AnsLimDate,"
                      "AnsMark, AnsLimUmu, ShpSts, ShpDate, ArvExpDate, UpdPGName, UpdDate, UpdTime",
-                     "ShpSubNo = 4"),
+                     "ShpSubNo = 6"),
               "the source|1|KEY-0010|2|0.0|12.5|0.0|20260603|2|0|1|20260531|20260603|TL030101|"
               "20260501|090807");
-    EXPECT_EQ(Cells(row + 1, {ShpSubNo, LoadedDate, LoadedQuantity}), "4|20260603|12.500");
+    EXPECT_EQ(Cells(row + 1, {ShpSubNo, LoadedDate, LoadedQuantity}), "6|20260603|12.500");
 }
 
 TEST_F(RegistrationTest, AWrittenRowCountsAsUnchangedAndShowsWhatAReloadShows)
