@@ -179,7 +179,6 @@ TEST_F(RegistrationTest, AFailingOrderIsRolledBackAndMayBeRegisteredAgain)
     Load();
     for (int row = 1; row <= 4; ++row)
         TypeInto(row, AnswerDate, "260601");
-    const QString gone = Stored("*", Where(2, 1, 2));
     file.Run("UPDATE TLSP0010 SET DpoFlg = 1 WHERE " + Where(2, 1, 2));
     EXPECT_FALSE(Register());
     EXPECT_EQ(boxes.TakeTexts(),
