@@ -63,28 +63,15 @@ TEST(bMessage, ExtraTextStandsTrimmedOnALineOfItsOwn)
         QString extra;
         QString shown;
     } cases[] = {
-        {13, "", "データが存在しません\r"},
         {13, "   ", "データが存在しません\r"},
         {15, "注文№ A-1  ", "登録されませんでした\r注文№ A-1"},
         {15, "\r\n二行目", "登録されませんでした\r\r\n二行目"},
         {0, "  出力パスが設定されていません。 ", "出力パスが設定されていません。"},
-        {0, "", ""},
         {105, "文", "文"},
-        {32767, "文", "文"},
-        {-32768, "文", "文"},
     };
     for (const auto &[code, extra, shown] : cases) {
         ScriptedBoxes boxes;
         EXPECT_EQ(ShowMessage(code, extra), BoxButton::Ok);
         EXPECT_EQ(boxes.TakeTexts(), std::vector{shown}) << code;
-    }
-}
-
-TEST(bMessage, ThePressedButtonIsTheAnswer)
-{
-    for (const int button : {BoxButton::Yes, BoxButton::No, BoxButton::Cancel}) {
-        ScriptedBoxes boxes;
-        boxes.Press(button);
-        EXPECT_EQ(ShowMessage(38), button);
     }
 }
