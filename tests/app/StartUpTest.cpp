@@ -113,21 +113,6 @@ TEST_F(StartUpTest, ADatabaseThatCannotBeUsed)
     }
 }
 
-TEST_F(StartUpTest, ALockedDatabaseIsWaitedForAndThenReported)
-{
-    file.Run("BEGIN EXCLUSIVE");
-    EXPECT_FALSE(Start());
-    EXPECT_FALSE(state.db.IsOpen());
-    ASSERT_EQ(boxes.Shown().size(), 1u);
-    EXPECT_TRUE(boxes.Shown()[0].text.startsWith("ｴﾗｰｺｰﾄﾞ：3260\r\n"));
-    boxes.TakeTexts();
-    file.Run("ROLLBACK");
-    EXPECT_TRUE(Start());
-    EXPECT_TRUE(EndApp(state));
-    EXPECT_FALSE(state.db.IsOpen());
-    EXPECT_TRUE(boxes.Shown().empty());
-}
-
 TEST_F(StartUpTest, SearchBeginsWithTheDefaultCustomer)
 {
     const struct

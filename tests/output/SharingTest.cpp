@@ -137,26 +137,3 @@ TEST_F(SharingTest, LinesThatChangedUnderTheOperator)
         }
     }
 }
-
-TEST_F(SharingTest, BothWriteAndNothingIsLost)
-{
-    Load();
-    SelectAll();
-    OtherProgram other(file.LocalPath());
-    QByteArray updates;
-    for (int round = 1; round <= 3; ++round)
-        for (int order = 1; order <= Orders; ++order)
-            updates += QString("UPDATE TLSP0010 SET Tan = Tan + 1 WHERE AccNo = %1;\n"
-                               "INSERT INTO TLAC0020 VALUES (%1, %2, 0, 'OTHER', '', '');\n")
-                           .arg(order)
-                           .arg(round)
-                           .toUtf8();
-    other.Begin(updates + ".print ready");
-    EXPECT_EQ(Make().records, Orders);
-    other.WaitForReady();
-    EXPECT_EQ(boxes.TakeTexts().size(), 1u) << "the summary";
-    EXPECT_EQ(Answered(), "20");
-    EXPECT_EQ(file.Rows("SELECT COUNT(*), MIN(Tan), MAX(Tan) FROM TLSP0010"), "20|3.0|3.0");
-    EXPECT_EQ(file.Rows("SELECT COUNT(*) FROM TLAC0020"), "60");
-    EXPECT_EQ(Records("C1.TXT").size(), Orders);
-}

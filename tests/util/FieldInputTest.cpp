@@ -131,23 +131,6 @@ TEST(FieldInput, KeepsOfACodeItsHalfWidthCharactersInOrderAndInLength)
         EXPECT_EQ(FieldInput::CodeText(text, maximum, allowList), code) << text.toStdString();
 }
 
-TEST(FieldInput, CutsAtWholeCharactersOfTheCodePage)
-{
-    const struct
-    {
-        QString text;
-        int maximum;
-        QString cut;
-    } cases[] = {
-        {"納期回答", 8, "納期回答"},
-        {"A納B", 3, "A納"},
-        {"―～－￥", 4, "―～"},
-        {"①㈱髙", 4, "①㈱"},
-    };
-    for (const auto &[text, maximum, cut] : cases)
-        EXPECT_EQ(FieldInput::CutToBytes(text, maximum), cut) << text.toStdString();
-}
-
 TEST(FieldInput, CodeBoxTakesHalfWidthCharactersOnly)
 {
     Box box(8);

@@ -99,13 +99,3 @@ TEST(bValue, TextToDecimal)
     EXPECT_EQ(TextToDecimal(""), std::nullopt);
     EXPECT_EQ(QuantityOf(""), Decimal(0));
 }
-
-TEST(bValue, ParseDigitSpec)
-{
-    const auto counts = ParseDigitSpec("10.3");
-    ASSERT_TRUE(counts);
-    EXPECT_EQ(counts->integerDigits, 10);
-    EXPECT_EQ(counts->decimals, 3);
-    for (const char *malformed : {"", "9", ".3", "9.", "."})
-        EXPECT_FALSE(ParseDigitSpec(malformed)) << malformed;
-}
