@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -75,17 +76,12 @@ TEST(ImportCommand, CountsOfEveryTableAndTheFindingsOfTheCheck)
     EXPECT_EQ(import.run.exitCode, ExitCode::Found); // quantities with too many decimals
     EXPECT_EQ(import.run.err, "");
     const QStringList lines = import.run.OutLines();
-    EXPECT_EQ(lines.filter("rows read").join('\n'), "TLMT0010: 1 rows read, 1 written\n"
-                                                    "TLMT0020: 40 rows read, 40 written\n"
-                                                    "TLMT0030: 140 rows read, 140 written\n"
-                                                    "TLMT0040: 7 rows read, 7 written\n"
-                                                    "TLMT0050: 21 rows read, 21 written\n"
-                                                    "TLAC0010: 400 rows read, 400 written\n"
-                                                    "TLAC0020: 400 rows read, 400 written\n"
-                                                    "TLEI0010: 260 rows read, 260 written\n"
-                                                    "TLEI0011: 201 rows read, 201 written\n"
-                                                    "TLSP0010: 493 rows read, 493 written\n"
-                                                    "TLXX9000: 30 rows read, 30 written");
+    QStringList counts = lines.filter("rows read");
+    counts.replaceInStrings(QRegularExpression("^(\\w+): (\\d+) rows read, \\2 written$"),
+                            "\\1 \\2");
+    EXPECT_EQ(counts.join(", "), "TLMT0010 1, TLMT0020 40, TLMT0030 140, TLMT0040 7, TLMT0050 21, "
+                                 "TLAC0010 400, TLAC0020 400, TLEI0010 260, TLEI0011 201, "
+                                 "TLSP0010 493, TLXX9000 30");
     EXPECT_TRUE(lines.contains("note: TLMT0030 UpdTime: the old table lacks the column"));
     EXPECT_EQ(import.folder.Read("old.mdb"), Sample());
     EXPECT_EQ(QDir(import.folder.Path()).entryList(QDir::Files), QStringList{"old.mdb"});
