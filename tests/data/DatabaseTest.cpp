@@ -23,11 +23,7 @@ DaoError OpenError(const QString &localPath, const char *connect = ConnectText)
 TEST(Database, TakesOnlyItsPassword)
 {
     const TestDatabase database;
-    constexpr struct
-    {
-        const char *connect;
-        int error;
-    } cases[] = {
+    constexpr std::pair<const char *, int> cases[] = {
         {";PWD=velmo", 0},    {";pwd=velmo", 0},     {"MS Access;PWD=velmo;", 0},
         {";PWD=Velmo", 3031}, {";PWD=", 3031},       {"", 3031},
         {"velmo", 3031},      {";PWD=velmo ", 3031},

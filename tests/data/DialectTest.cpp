@@ -9,11 +9,7 @@
 
 TEST(Dialect, Translations)
 {
-    constexpr struct
-    {
-        const char *statement;
-        const char *native;
-    } cases[] = {
+    constexpr std::pair<const char *, const char *> cases[] = {
         {"x = 'A' & Chr(124) & 'B'", "x = 'A|B'"},
         {"x = '' & Chr(124) & '' & Chr(124) & ''", "x = '||'"},
         {"x = 'O''N' & chr ( 124 ) & '''S'", "x = 'O''N|''S'"},
@@ -70,11 +66,7 @@ TEST(Dialect, SearchesReadThroughAnIndex)
     const QString lines = "SELECT * FROM TLSP0010 WHERE ";
     SearchConditions customer;
     customer.customerCode = "C#1";
-    const struct
-    {
-        QString sql;
-        const char *index;
-    } cases[] = {
+    const std::pair<QString, const char *> cases[] = {
         {BuildListSql(customer), "SEARCH TLSP0010 USING INDEX TLSP0010_CustCD (CustCD>"},
         {lines + "CUSTCD LIKE 'C_1*'", "TLSP0010_CustCD"},
         {lines + "ODRNO LIKE 'O''N*'", "TLSP0010_OdrNo"},

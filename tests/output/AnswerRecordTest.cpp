@@ -87,11 +87,7 @@ TEST(AnswerRecord, TextsAreCutByCharactersThenByBytes)
 
 TEST(AnswerRecord, Dates)
 {
-    const struct
-    {
-        const char *stored;
-        const char *field;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"20261124", "261124"},  {"19970528", "970528"}, {"", "000000"},
         {"        ", "000000"},  {"99999999", "999999"}, {"2026", "26    "},
         {"202611240", "261124"},

@@ -14,11 +14,7 @@ TEST(DrivePaths, MapsDrivesAndShares)
                                        "\\\\Server\\Share=/nix/share\n"
                                        "\\\\server\\share2\\=/nix/share2\n");
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    const struct
-    {
-        QString path;
-        QString local;
-    } cases[] = {
+    const std::pair<QString, QString> cases[] = {
         {"C:\\EDI\\OUT\\ANS.TXT", "/nix/edi/EDI/OUT/ANS.TXT"},
         {"c:\\ans.txt", "/nix/edi/ans.txt"},
         {"C:\\", "/nix/edi"},
@@ -46,11 +42,7 @@ TEST(DrivePaths, FindsExistingNamesInAnotherCase)
     folder.Write("Edi/Out/ans2.txt", "x");
     folder.Write("Edi/Out/Ｅｄｉ.txt", "x");
     const DrivePaths drives = DrivesOf("C=" + folder.Path().toUtf8());
-    const struct
-    {
-        QString path;
-        QString name;
-    } cases[] = {
+    const std::pair<QString, QString> cases[] = {
         {"C:\\EDI\\OUT\\ANS.TXT", "Edi/Out/Ans.txt"},
         {"C:\\edi\\out\\ans2.txt", "Edi/Out/ans2.txt"}, // the exact name goes before any other
         {"C:\\edi\\out\\ANS2.TXT", "Edi/Out/ANS2.TXT"},

@@ -134,11 +134,7 @@ TEST_F(FilesTest, WhatCannotBeOpened)
 
 TEST_F(FilesTest, FailuresOfTheSystemHaveTheRunTimesNumbers)
 {
-    constexpr struct
-    {
-        int error;
-        int number;
-    } cases[] = {
+    constexpr std::pair<int, int> cases[] = {
         {EACCES, 75}, {EPERM, 75},  {EROFS, 75},   {EISDIR, 75}, {EMFILE, 67},
         {ENFILE, 67}, {ENOSPC, 61}, {EDQUOT, 61},  {EIO, 57},    {ENAMETOOLONG, 52},
         {ENXIO, 71},  {EAGAIN, 70}, {ENOTDIR, 76}, {ENOENT, 53}, {ETXTBSY, 70},

@@ -29,11 +29,7 @@ TEST(IniFile, ReadsEveryEncoding)
 
 TEST(IniFile, Values)
 {
-    const struct
-    {
-        QByteArray file;
-        QString value;
-    } cases[] = {
+    const std::pair<QByteArray, QString> cases[] = {
         {"[PATH]\nDBPATH=C:\\EDI\n", "C:\\EDI"},
         {"[path]\ndbpath=C:\\EDI\n", "C:\\EDI"},
         {"[PATH]\r\nDBPATH=C:\\EDI", "C:\\EDI"},

@@ -47,11 +47,7 @@ TEST(ShiftJis, CharactersOutsideTheTableBecomeOneQuestionMark)
 
 TEST(ShiftJis, BadBytesAreReplaced)
 {
-    const struct
-    {
-        QByteArray bytes;
-        QString text;
-    } cases[] = {
+    const std::pair<QByteArray, QString> cases[] = {
         {"A\x94", "A\uFFFD"},
         {"\x94\x5b\x81", "納\uFFFD"},
         {"\x81\x0d\x0aZ", "\uFFFD\r\nZ"},

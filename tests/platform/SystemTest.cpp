@@ -13,11 +13,7 @@
 
 TEST(WindowsDir, ComesFromTheEnvironment)
 {
-    const struct
-    {
-        QString variable;
-        QString dir;
-    } cases[]
+    const std::pair<QString, QString> cases[]
         = {{"/opt/win//", "/opt/win"}, {"/", "/"}, {"", "/etc/talven"}, {QString(), "/etc/talven"}};
     for (const auto &[variable, dir] : cases) {
         const Variable windir("WINDIR", variable);

@@ -90,11 +90,7 @@ TEST(CheckCommand, ValuesOfALine)
 
 TEST(CheckCommand, RowsThatBelongTogether)
 {
-    const struct
-    {
-        const char *change;
-        QStringList findings;
-    } cases[] = {
+    const std::pair<const char *, QStringList> cases[] = {
         {"DELETE FROM TLAC0010",
          {"TLSP0010 AccNo=7 AccSubNo=1 ShpSubNo=1 AccNo: the line's order is missing: \"7\"",
           "TLAC0020 AccNo=7 AccSubNo=1 AccNo: the sub-line's order is missing: \"7\""}},
@@ -167,11 +163,7 @@ TEST(CheckCommand, Schema)
 
 TEST(CheckCommand, Properties)
 {
-    const struct
-    {
-        const char *change;
-        const char *finding;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"DELETE FROM DBProperty WHERE Name = 'AccessVersion'",
          "DBProperty AccessVersion: is missing"},
         {"UPDATE DBProperty SET Value = '07.53' WHERE Name = 'AccessVersion'",

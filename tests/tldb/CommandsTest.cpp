@@ -14,11 +14,7 @@
 TEST(ToolCommands, WrongUseIsOneLineAndExitCode2)
 {
     const TestFolder folder;
-    const struct
-    {
-        QStringList arguments;
-        const char *part;
-    } cases[] = {
+    const std::pair<QStringList, const char *> cases[] = {
         {{}, "no command given"},
         {{"list"}, "unknown command \"list\""},
         {{"create"}, "one DIR is wanted"},

@@ -93,11 +93,7 @@ TEST(DemoCommand, DataPassesTheCheck)
 // Each of these has to occur, since somebody wants to see or try it.
 TEST(DemoCommand, EverythingOccurs)
 {
-    const struct
-    {
-        const char *from;
-        int least;
-    } cases[] = {
+    const std::pair<const char *, int> cases[] = {
         {"TLSP0010 WHERE CustCD = 'C0001' AND ShpSts = 1 AND AnsVal = 0", 200},
         {"TLSP0010, TLAC0010 WHERE TLSP0010.AccNo = TLAC0010.AccNo AND TLSP0010.ShpSts = 3 "
          "AND TLAC0010.ShpSts <> 3",
@@ -133,11 +129,7 @@ TEST(DemoCommand, EverythingOccurs)
 // What must not occur: rows that contradict each other.
 TEST(DemoCommand, RowsAgreeWithEachOther)
 {
-    const struct
-    {
-        const char *what;
-        const char *rows;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"more than 31 lines", "SELECT AccNo FROM TLSP0010 GROUP BY AccNo HAVING COUNT(*) > 31"},
         {"instructed is not ordered",
          "SELECT AccNo FROM TLSP0010 GROUP BY AccNo HAVING SUM(IndVal) <> MAX(AccVal)"},

@@ -97,11 +97,7 @@ TEST(ImportCommand, CountsOfEveryTableAndTheFindingsOfTheCheck)
 TEST(ImportCommand, ValuesAreThoseOfTheFile)
 {
     const Import import(Sample());
-    const struct
-    {
-        const char *sql;
-        const char *rows;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"SELECT Value FROM DBProperty WHERE Name = 'AccessVersion'", "08.50"},
         {"SELECT CoName, TaxPer, SaveDir FROM TLMT0010", "株式会社ミドリ部品|5|C:\\EDI\\SAVE"},
         // Nulls, empty texts, and the columns that the old table lacks.
@@ -291,11 +287,7 @@ TEST(ImportCommand, AFileThatCanNotBeReadLeavesNoDatabase)
     fatal[65 * 4096 + 55] = '\xff';
     folder.Write("fatal.mdb", fatal);
     folder.MakeFolder("folder.mdb");
-    const struct
-    {
-        const char *file;
-        const char *error;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"missing.mdb", "the file does not exist"},
         {"folder.mdb", "is not a file"},
         {"sqlite/TLDB0010.MDB", "the file is not in the original engine's format"},

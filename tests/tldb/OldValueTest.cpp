@@ -23,11 +23,7 @@ QByteArray FromHex(const char *hex)
 
 TEST(OldValue, TextsPlainAndCompressed)
 {
-    const struct
-    {
-        const char *hex;
-        const char *text;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"4230 2000 0d00 0a00 3dd8 00de", "あ \r\n😀"},
         {"fffe 4142 e9", "ABé"},
         // A zero byte changes to two bytes a character and back.

@@ -8,11 +8,7 @@
 TEST(Decimal, DoubleHasItsShortestFifteenDigitText)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    constexpr struct
-    {
-        double value;
-        const char *text;
-    } cases[] = {
+    constexpr std::pair<double, const char *> cases[] = {
         {0, "0"},
         {-0.0, "0"},
         {0.1 + 0.2, "0.3"},
@@ -45,11 +41,7 @@ TEST(Decimal, ThousandthsSurviveTheWayThroughADouble)
 
 TEST(Decimal, FromText)
 {
-    constexpr struct
-    {
-        const char *text;
-        const char *result;
-    } cases[] = {
+    constexpr std::pair<const char *, const char *> cases[] = {
         {"", "0"},
         {"-0", "0"},
         {"12.50", "12.5"},

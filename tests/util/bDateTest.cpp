@@ -53,11 +53,7 @@ TEST(bDate, UnformatDateText)
 
 TEST(bDate, CenturyTurnsAt50)
 {
-    constexpr struct
-    {
-        const char *text;
-        const char *result;
-    } cases[] = {
+    constexpr std::pair<const char *, const char *> cases[] = {
         {"500101", "20500101"},
         {"510101", "19510101"},
         {" 970528 ", "19970528"},
@@ -74,11 +70,7 @@ TEST(bDate, CenturyTurnsAt50)
 
 TEST(bDate, IsValidDate)
 {
-    constexpr struct
-    {
-        const char *text;
-        bool isValid;
-    } cases[] = {
+    constexpr std::pair<const char *, bool> cases[] = {
         {"19970528", true},  {"20000229", true},   {"19000229", false}, {"20010229", false},
         {"19000101", true},  {"18991231", false},  {"30001231", true},  {"30010101", false},
         {"9705280", false},  {"199705281", false}, {"        ", false}, {"19970028", false},
