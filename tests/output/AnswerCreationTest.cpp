@@ -41,7 +41,7 @@ TEST_F(AnswerCreationTest, AWholeRun)
     AddCustomer("C2", "HenpVerPath = 'X1 SIDE', CustKBN = 2, LinKBN = 2");
     AddOrder(1, "C1");
     AddLine(1, 1, "Unit = 'PCS', CustSecCD = 'SEC', CustSecName = '資材', MfactNo = 'MAKER'");
-    AddLine(1, 2, "AnsVal = 2.5, AnsLimDate = '', AnsMark = ' ', IndVal = 5");
+    AddLine(1, 2, "AnsVal = 2.5, AnsLimDate = '        ', AnsMark = ' ', IndVal = 5");
     AddOrder(2, "C2", 100, true);
     AddLine(2, 1, "HinCD = 'A\r\nB\tC', AccVal = 1234.5678, AnsLimDate = '20261201'");
     Load();

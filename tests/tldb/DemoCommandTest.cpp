@@ -99,26 +99,17 @@ TEST(DemoCommand, EverythingOccurs)
          "AND TLAC0010.ShpSts <> 3",
          20},
         {"TLSP0010 WHERE ShpSts = 2", 20},
-        {"TLSP0010 WHERE ShpSts = 4", 5},
         {"TLSP0010 WHERE DenKBN = 15", 50},
-        {"TLSP0010 WHERE DenKBN NOT IN (2, 15)", 50},
         {"TLSP0010 WHERE AnsLimUmu = 3 AND ShpSts = 1", 200},
-        {"TLSP0010 WHERE AnsLimUmu = 0 AND AnsVal > 0", 50},
-        {"TLSP0010 WHERE AnsMark = '1'", 200},
-        {"TLSP0010 WHERE AnsMark = '2' AND AnsLimDate > LimDate", 50},
         {"TLSP0010 WHERE AnsVal > 0 AND AnsLimDate = ''", 10},
         {"TLSP0010 WHERE IndVal = 0", 10},
         {"TLSP0010 WHERE IndVal <> CAST(IndVal AS INTEGER)", 50},
         {"TLAC0020 WHERE AccSubNo = 2", 50},
         {"TLAC0010 WHERE EDIKBN = 0", 500},
-        {"TLMT0040 WHERE LinKBN = 1 AND SUBSTR(HenpVerPath, 2, 1) = '0'", 1},
         {"TLMT0040 WHERE LinKBN = 2 AND SUBSTR(HenpVerPath, 2, 1) = '1'", 1},
         {"TLMT0040 WHERE NokiInfKBN = 0", 1},
         {"TLMT0040 WHERE CustKBN = 2", 1},
-        {"TLMT0040 WHERE LENGTH(VanCD) < 6", 2},
         {"TLMT0040 WHERE NokiInfPath LIKE '\\\\edisv\\out\\*'", 1},
-        {"TLMT0010 WHERE DefCustCD = 'C0001'", 1},
-        {"TLMT0050 WHERE PayNeedDays = 7", 1},
         {"TLMT0020 WHERE AccHinCD LIKE '*[#]*'", 1},
     };
     EXPECT_EQ(LargeDemo().Number("SELECT COUNT(*) FROM TLSP0010"), 5000);
@@ -136,21 +127,12 @@ TEST(DemoCommand, RowsAgreeWithEachOther)
         {"open quantity",
          "SELECT o.AccNo FROM TLAC0010 AS o, TLSP0010 AS l WHERE o.AccNo = l.AccNo GROUP BY "
          "o.AccNo HAVING SUM(CASE WHEN l.ShpSts < 3 THEN l.IndVal ELSE 0 END) <> MAX(o.ZanVal)"},
-        {"shipped order with an open quantity",
-         "SELECT 1 FROM TLAC0010 WHERE (ShpSts = 3) <> (ZanVal = 0)"},
         {"more answered than open",
          "SELECT o.AccNo FROM TLAC0010 AS o, TLSP0010 AS l WHERE o.AccNo = l.AccNo AND "
          "l.ShpSts < 3 GROUP BY o.AccNo HAVING SUM(l.AnsVal) > MAX(o.ZanVal)"},
-        {"mark 1 on another day",
-         "SELECT 1 FROM TLSP0010 WHERE AnsMark <> '' AND (AnsMark = '1') <> "
-         "(AnsLimDate = LimDate)"},
         {"EIAJ rows only for orders by EDI",
          "SELECT 1 FROM TLAC0010 AS o WHERE (EDIKBN = 1) <> EXISTS (SELECT 1 FROM TLEI0010 AS e, "
          "TLEI0011 AS f WHERE e.AccNo = o.AccNo AND f.AccNo = o.AccNo)"},
-        {"conversion",
-         "SELECT 1 FROM TLSP0010 AS l WHERE NOT EXISTS (SELECT 1 FROM TLMT0030 AS c, TLMT0020 AS "
-         "p WHERE c.CustCD = l.CustCD AND c.HinCD = l.HinCD AND c.AccHinCD = l.AccHinCD AND "
-         "p.AccHinCD = l.AccHinCD)"},
         {"destination",
          "SELECT 1 FROM TLSP0010 AS l, TLMT0040 AS c WHERE c.CustCD = l.CustCD AND "
          "(LENGTH(c.VanCD) >= 6) <> EXISTS (SELECT 1 FROM TLMT0050 AS d WHERE d.CustCoCD = "

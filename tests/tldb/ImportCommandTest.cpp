@@ -186,12 +186,6 @@ TEST(ImportCommand, WhatASoundSampleDoesNotHave)
          "SELECT * FROM (SELECT COUNT(*), MAX(PayDstName) FROM [T\"L'; 納期]), "
          "(SELECT COUNT(*) FROM TLMT0050)",
          "21|第3倉庫|0"},
-        {"a name in another case",
-         InFile(QString("TLMT0050")),
-         InFile(QString("tlmt0050")),
-         {"tlmt0050: 21 rows read, 21 written"},
-         "SELECT COUNT(*) FROM TLMT0050",
-         "21"},
         {"a name that the new engine keeps for itself",
          InFile(QString("TLXX9000")),
          InFile(QString("sqlite_x")),
