@@ -43,6 +43,7 @@ TEST_F(StartUpTest, WhereTheDatabaseIsLookedFor)
         {"version 4.1 first", "DBPATH_V4.1=" + here + "\nDBPATH=" + there, {}, false, here},
         {"the second key", "DBPATH=" + there, {}, false, there},
         {"blank first key", "DBPATH_V4.1=\nDBPATH=" + there, {}, false, there},
+        {"no database there", "DBPATH_V4.1=" + none + "\nDBPATH=" + there, {}, false, there},
         {"nowhere", "DBPATH_V4.1=" + none + "\nDBPATH=" + none, {}, false, ""},
         {"trailing backslash", "DBPATH_V4.1=" + here + "\\", {}, false, here},
         {"a drive", "DBPATH=C:\\\n[DRIVES]\nC=" + here, {}, false, "C:"},
@@ -75,12 +76,6 @@ TEST_F(StartUpTest, WhereTheDatabaseIsLookedFor)
 
 TEST_F(StartUpTest, ADatabaseThatCannotBeUsed)
 {
-    const auto overwrite = [this](const QByteArray &bytes) {
-        return [=, this] { file.folder.Write("TLDB0010.MDB", bytes); };
-    };
-    const auto property = [this](const char *name, const char *value) {
-        return [=, this] { file.Other().SetProperty(name, value); };
-    };
     const QString tooOld = "データベースが以前のバージョンのため\r処理を続行できません。\r\r"
                            "データコンバートで最新のバージョンにするか、\r"
                            "データベースを復元するかをして下さい。";
@@ -96,9 +91,10 @@ TEST_F(StartUpTest, ADatabaseThatCannotBeUsed)
          "ｼｽﾃﾑ管理ﾏｽﾀに会社情報が登録されていないため、\r処理を続行できません。\r\r"
          "ｼｽﾃﾑ管理ﾏｽﾀﾒﾝﾃﾅﾝｽで会社情報を登録してください。",
          "初期設定エラー", 64},
-        {"old format", property("AccessVersion", "07.90"), tooOld, "初期設定エラー", 64},
-        {"no database", overwrite(QByteArray(4096, 'x')), "ｴﾗｰｺｰﾄﾞ：3049\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ",
-         4112},
+        {"old format", [this] { file.Other().SetProperty("AccessVersion", "07.90"); }, tooOld,
+         "初期設定エラー", 64},
+        {"no database", [this] { file.folder.Write("TLDB0010.MDB", QByteArray(4096, 'x')); },
+         "ｴﾗｰｺｰﾄﾞ：3049\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ", 4112},
     };
     for (const auto &[what, arrange, box, title, style] : cases) {
         SCOPED_TRACE(what);
