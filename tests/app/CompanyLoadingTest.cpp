@@ -1,8 +1,9 @@
 #include "app/CompanyLoading.h"
 
-#include "app/ProgramFolder.h"
+#include "support/Machine.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
+#include "support/TestDatabase.h"
 
 namespace {
 

@@ -1,10 +1,11 @@
 #include "app/Main.h"
-#include "app/ProgramFolder.h"
 #include "grid/SpreadGrid.h"
 #include "platform/System.h"
+#include "support/Machine.h"
 #include "support/Operator.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
+#include "support/TestDatabase.h"
 
 #include <QLineEdit>
 #include <cerrno>

@@ -1,7 +1,8 @@
 #include "app/Main.h"
-#include "app/ProgramFolder.h"
+#include "support/Machine.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
+#include "support/TestDatabase.h"
 
 #include <functional>
 

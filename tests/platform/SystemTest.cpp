@@ -1,13 +1,12 @@
 #include "platform/System.h"
 
+#include "support/Machine.h"
 #include "support/QtPrinters.h"
-#include "support/TestFolder.h"
 #include "support/Variable.h"
 
 #include <QFile>
 #include <QWidget>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,27 +20,15 @@ TEST(WindowsDir, ComesFromTheEnvironment)
     }
 }
 
-class PreviousInstanceTest : public testing::Test
+TEST(PreviousInstance, SecondCopyIsRefusedUntilTheFirstEnds)
 {
-protected:
-    void SetUp() override
-    {
-        // The run-time folder counts only when nobody else may enter it.
-        ASSERT_EQ(::chmod(folder.Path().toUtf8(), 0700), 0);
-    }
-
-    const TestFolder folder;
-    const Variable runtime{"XDG_RUNTIME_DIR", folder.Path()};
-};
-
-TEST_F(PreviousInstanceTest, SecondCopyIsRefusedUntilTheFirstEnds)
-{
+    const Machine machine;
     {
         const PreviousInstance first("TL030101");
         EXPECT_TRUE(first.IsFirst());
         EXPECT_FALSE(PreviousInstance("TL030101").IsFirst());
         EXPECT_TRUE(PreviousInstance("TL040101").IsFirst());
-        QFile lock(folder.Path("TL030101.lock"));
+        QFile lock(machine.runtimeFolder.Path("TL030101.lock"));
         ASSERT_TRUE(lock.open(QIODevice::ReadWrite));
         ASSERT_TRUE(lock.setFileTime(QDateTime::currentDateTime().addDays(-1),
                                      QFileDevice::FileModificationTime));
@@ -50,8 +37,9 @@ TEST_F(PreviousInstanceTest, SecondCopyIsRefusedUntilTheFirstEnds)
     EXPECT_TRUE(PreviousInstance("TL030101").IsFirst());
 }
 
-TEST_F(PreviousInstanceTest, ACrashedCopyDoesNotBlockTheNext)
+TEST(PreviousInstance, ACrashedCopyDoesNotBlockTheNext)
 {
+    const Machine machine;
     const pid_t child = ::fork();
     if (child == 0) {
         const auto *lost = new PreviousInstance("TL030101");
@@ -65,21 +53,20 @@ TEST_F(PreviousInstanceTest, ACrashedCopyDoesNotBlockTheNext)
 
 TEST(Registry, ReadsTextsAndNumbers)
 {
-    const TestFolder folder;
-    const Variable windir("WINDIR", folder.Path());
+    const Machine machine;
     const QString key = "SOFTWARE\\NEROVA\\QUILLAN";
     QString text = "before";
     EXPECT_FALSE(RegReadText("HKEY_LOCAL_MACHINE", key, "AppFolder", text)) << "no registry at all";
     EXPECT_EQ(text, "");
 
-    folder.Write("REGISTRY.INI", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\NEROVA\\QUILLAN]\r\n"
-                                 "AppFolder=C:\\QUILLAN\\\r\n"
-                                 "Small=dword:0000001f\r\n"
-                                 "Large=DWORD:FFFFFFFF\r\n"
-                                 "Broken=dword:xyz\r\n"
-                                 "Empty=\r\n"
-                                 "[HKEY_CURRENT_USER\\SOFTWARE\\NEROVA\\QUILLAN]\r\n"
-                                 "Other=C:\\OTHER\r\n");
+    machine.windows.Write("REGISTRY.INI", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\NEROVA\\QUILLAN]\r\n"
+                                          "AppFolder=C:\\QUILLAN\\\r\n"
+                                          "Small=dword:0000001f\r\n"
+                                          "Large=DWORD:FFFFFFFF\r\n"
+                                          "Broken=dword:xyz\r\n"
+                                          "Empty=\r\n"
+                                          "[HKEY_CURRENT_USER\\SOFTWARE\\NEROVA\\QUILLAN]\r\n"
+                                          "Other=C:\\OTHER\r\n");
     const struct
     {
         const char *name;
