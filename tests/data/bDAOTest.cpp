@@ -148,18 +148,20 @@ TEST_F(bDAOTest, CountingGoesBackToTheFirstRow)
 
 TEST_F(bDAOTest, OpensAndCloses)
 {
-    EXPECT_TRUE(db.CloseDB());
-    EXPECT_TRUE(db.CloseDB()) << "a second close does nothing";
-    EXPECT_TRUE(boxes.Shown().empty());
     for (const QString path : {"C:\\NONE.MDB", "\\\\nobody\\share\\TLDB0010.MDB"}) {
         EXPECT_FALSE(db.OpenDB(file.folder.OnDriveC(), path, false, ConnectText));
         EXPECT_FALSE(db.IsOpen());
-        EXPECT_EQ(db.OpenRS("SELECT 1 AS N"), nullptr);
+        EXPECT_EQ(db.OpenRS("SELECT 1 AS N"), nullptr) << "what was open before is not any more";
         EXPECT_EQ(boxes.TakeTexts().size(), 2u);
     }
     EXPECT_TRUE(db.OpenDB(file.folder.OnDriveC(), "c:\\tldb0010.mdb", true, ConnectText));
     EXPECT_TRUE(db.IsOpen());
     EXPECT_FALSE(db.DBExecute("DELETE FROM TLMT0020")) << "opened for reading only";
+    boxes.TakeTexts();
+    EXPECT_TRUE(db.CloseDB());
+    EXPECT_FALSE(db.IsOpen());
+    EXPECT_TRUE(db.CloseDB()) << "a second close does nothing";
+    EXPECT_TRUE(boxes.Shown().empty());
 }
 
 TEST_F(bDAOTest, OldDatabasesAreRefused)
