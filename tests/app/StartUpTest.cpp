@@ -1,7 +1,8 @@
 #include "app/Main.h"
-#include "app/ProgramFolder.h"
+#include "support/Machine.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
+#include "support/TestDatabase.h"
 
 #include <functional>
 
@@ -45,15 +46,8 @@ TEST_F(StartUpTest, WhereTheDatabaseIsLookedFor)
         {"blank first key", "DBPATH_V4.1=\nDBPATH=" + there, {}, false, there},
         {"no database there", "DBPATH_V4.1=" + none + "\nDBPATH=" + there, {}, false, there},
         {"nowhere", "DBPATH_V4.1=" + none + "\nDBPATH=" + none, {}, false, ""},
-        {"both empty", "DBPATH_V4.1=\nDBPATH=", {}, false, ""},
         {"trailing backslash", "DBPATH_V4.1=" + here + "\\", {}, false, here},
-        {"and on the second", "DBPATH=" + here + "\\", {}, false, here},
         {"a drive", "DBPATH=C:\\\n[DRIVES]\nC=" + here, {}, false, "C:"},
-        {"a folder of a drive",
-         "DBPATH_V4.1=c:\\db\\\n[DRIVES]\nC=" + machine.windows.Path(),
-         {},
-         false,
-         ""},
         {"Windows directory", {}, "DBPATH=" + there, false, there, false},
         {"the own file wins", "DBPATH=" + here, "DBPATH=" + there, false, here},
         {"even without the keys", "", "DBPATH=" + there, false, ""},
@@ -83,12 +77,6 @@ TEST_F(StartUpTest, WhereTheDatabaseIsLookedFor)
 
 TEST_F(StartUpTest, ADatabaseThatCannotBeUsed)
 {
-    const auto overwrite = [this](const QByteArray &bytes) {
-        return [=, this] { file.folder.Write("TLDB0010.MDB", bytes); };
-    };
-    const auto property = [this](const char *name, const char *value) {
-        return [=, this] { file.Other().SetProperty(name, value); };
-    };
     const QString tooOld = "データベースが以前のバージョンのため\r処理を続行できません。\r\r"
                            "データコンバートで最新のバージョンにするか、\r"
                            "データベースを復元するかをして下さい。";
@@ -104,14 +92,10 @@ TEST_F(StartUpTest, ADatabaseThatCannotBeUsed)
          "ｼｽﾃﾑ管理ﾏｽﾀに会社情報が登録されていないため、\r処理を続行できません。\r\r"
          "ｼｽﾃﾑ管理ﾏｽﾀﾒﾝﾃﾅﾝｽで会社情報を登録してください。",
          "初期設定エラー", 64},
-        {"old format", property("AccessVersion", "07.90"), tooOld, "初期設定エラー", 64},
-        {"password", property("PasswordHash", "other"), "ｴﾗｰｺｰﾄﾞ：3031\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ",
-         4112},
-        {"old engine",
-         overwrite(QByteArray("\0\1\0\0Standard Jet DB\0", 20) + QByteArray(4096, 'x')),
-         "ｴﾗｰｺｰﾄﾞ：3343\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ", 4112},
-        {"no database", overwrite(QByteArray(4096, 'x')), "ｴﾗｰｺｰﾄﾞ：3049\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ",
-         4112},
+        {"old format", [this] { file.Other().SetProperty("AccessVersion", "07.90"); }, tooOld,
+         "初期設定エラー", 64},
+        {"no database", [this] { file.folder.Write("TLDB0010.MDB", QByteArray(4096, 'x')); },
+         "ｴﾗｰｺｰﾄﾞ：3049\r\n", "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ", 4112},
     };
     for (const auto &[what, arrange, box, title, style] : cases) {
         SCOPED_TRACE(what);
@@ -124,21 +108,6 @@ TEST_F(StartUpTest, ADatabaseThatCannotBeUsed)
         EXPECT_EQ(boxes.Shown()[0].style, style);
         boxes.TakeTexts();
     }
-}
-
-TEST_F(StartUpTest, ALockedDatabaseIsWaitedForAndThenReported)
-{
-    file.Run("BEGIN EXCLUSIVE");
-    EXPECT_FALSE(Start());
-    EXPECT_FALSE(state.db.IsOpen());
-    ASSERT_EQ(boxes.Shown().size(), 1u);
-    EXPECT_TRUE(boxes.Shown()[0].text.startsWith("ｴﾗｰｺｰﾄﾞ：3260\r\n"));
-    boxes.TakeTexts();
-    file.Run("ROLLBACK");
-    EXPECT_TRUE(Start());
-    EXPECT_TRUE(EndApp(state));
-    EXPECT_FALSE(state.db.IsOpen());
-    EXPECT_TRUE(boxes.Shown().empty());
 }
 
 TEST_F(StartUpTest, SearchBeginsWithTheDefaultCustomer)

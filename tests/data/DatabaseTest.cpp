@@ -1,29 +1,17 @@
 #include "data/dao/Database.h"
 
+#include "data/ErrorOf.h"
 #include "data/Tables.h"
 #include "data/dao/DBEngine.h"
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 
 namespace {
-
-/// What the operation throws; number 0 when nothing.
-template <typename Operation>
-DaoError ErrorOf(Operation &&operation)
-{
-    try {
-        operation();
-    } catch (const DaoError &error) {
-        return error;
-    }
-    return {};
-}
 
 DaoError OpenError(const QString &localPath, const char *connect = ConnectText)
 {
@@ -35,22 +23,13 @@ DaoError OpenError(const QString &localPath, const char *connect = ConnectText)
 TEST(Database, TakesOnlyItsPassword)
 {
     const TestDatabase database;
-    constexpr struct
-    {
-        const char *connect;
-        int error;
-    } cases[] = {
+    constexpr std::pair<const char *, int> cases[] = {
         {";PWD=velmo", 0},    {";pwd=velmo", 0},     {"MS Access;PWD=velmo;", 0},
         {";PWD=Velmo", 3031}, {";PWD=", 3031},       {"", 3031},
         {"velmo", 3031},      {";PWD=velmo ", 3031},
     };
     for (const auto &[connect, error] : cases)
         EXPECT_EQ(OpenError(database.LocalPath(), connect).number, error) << connect;
-}
-
-TEST(Database, PasswordIsNotInTheFile)
-{
-    const TestDatabase database;
     EXPECT_FALSE(database.folder.Read("TLDB0010.MDB").contains("velmo"));
 }
 
@@ -112,21 +91,6 @@ TEST(Database, Properties)
     EXPECT_EQ(ErrorOf([&] { database.Other().Property("Missing"); }).number, 3270);
 }
 
-TEST(Database, CountsTheRowsOfTheLastStatement)
-{
-    TestDatabase database;
-    Database &engine = database.Other();
-    const auto affected = [&](const char *sql) {
-        engine.Execute(sql);
-        return engine.RecordsAffected();
-    };
-    EXPECT_EQ(affected("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A'), ('B'), ('C')"), 3);
-    EXPECT_EQ(affected("UPDATE TLMT0020 SET HinName = 'x' WHERE AccHinCD >= 'B'"), 2);
-    EXPECT_EQ(affected("UPDATE TLMT0020 SET HinName = 'x' WHERE AccHinCD = 'Z'"), 0);
-    EXPECT_EQ(affected("DELETE FROM TLMT0020 WHERE AccHinCD = 'A'"), 1);
-    EXPECT_EQ(affected("SELECT * FROM TLMT0020"), 0);
-}
-
 TEST(Database, ErrorsNameTheirCause)
 {
     TestDatabase database;
@@ -168,28 +132,19 @@ protected:
     Database &database = workspace.OpenDatabase(file.LocalPath(), false, ConnectText);
 };
 
-TEST_F(WorkspaceTest, RollbackTakesEverythingBack)
+TEST_F(WorkspaceTest, RollbackTakesEverythingBackAlsoAfterAFailedStatement)
 {
+    const QString insert = "INSERT INTO TLMT0020 (AccHinCD) VALUES ('%1')";
     workspace.BeginTrans();
-    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')");
+    database.Execute(insert.arg("A"));
     workspace.CommitTrans();
     workspace.BeginTrans();
-    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('B')");
+    database.Execute(insert.arg("B"));
     database.Execute("DELETE FROM TLMT0020 WHERE AccHinCD = 'A'");
     EXPECT_EQ(Products(), "A") << "nobody else sees it before the commit";
+    EXPECT_EQ(ErrorOf([&] { database.Execute(insert.arg("B")); }).number, 3022);
     workspace.Rollback();
     EXPECT_EQ(Products(), "A");
-}
-
-TEST_F(WorkspaceTest, AFailedStatementDoesNotEndTheTransaction)
-{
-    workspace.BeginTrans();
-    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')");
-    EXPECT_NE(
-        ErrorOf([&] { database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')"); }).number,
-        0);
-    workspace.Rollback();
-    EXPECT_EQ(Products(), "");
 }
 
 TEST_F(WorkspaceTest, ClosingGivesUpAnOpenTransaction)
@@ -228,21 +183,11 @@ TEST_F(WorkspaceTest, ACommitThatAReaderHoldsUpCanBeRolledBack)
     EXPECT_EQ(Products(), "");
 }
 
-TEST_F(WorkspaceTest, ALockIsWaitedFor)
+TEST_F(WorkspaceTest, CommitsReachTheDiskAndLocksAreWaitedFor)
 {
-    sqlite3_stmt *timeout = nullptr;
-    ASSERT_EQ(
-        sqlite3_prepare_v2(database.Connection(), "PRAGMA busy_timeout", -1, &timeout, nullptr),
-        SQLITE_OK);
-    ASSERT_EQ(sqlite3_step(timeout), SQLITE_ROW);
-    EXPECT_GE(sqlite3_column_int(timeout, 0), 1000);
-    sqlite3_finalize(timeout);
-}
-
-TEST_F(WorkspaceTest, CommitsReachTheDisk)
-{
-    const auto rows = database.OpenRecordset("SELECT journal_mode, synchronous "
-                                             "FROM pragma_journal_mode, pragma_synchronous");
-    EXPECT_EQ(rows->Text(0), "delete");
-    EXPECT_EQ(rows->Number(1), 2);
+    const auto setting
+        = [this](const QString &name) { return database.OpenRecordset("PRAGMA " + name)->Text(0); };
+    EXPECT_EQ(setting("journal_mode"), "delete");
+    EXPECT_EQ(setting("synchronous"), "2");
+    EXPECT_GE(setting("busy_timeout").toInt(), 1000);
 }

@@ -27,20 +27,11 @@ protected:
 
 } // namespace
 
-TEST(bDAO, SqlText)
+TEST(bDAO, TextsInStatements)
 {
-    EXPECT_EQ(SqlText("O'NEIL  "), "O''NEIL");
-    EXPECT_EQ(SqlText("  A"), "  A");
+    EXPECT_EQ(SqlText("  O'N'EIL  "), "  O''N''EIL");
     EXPECT_EQ(SqlText("A　"), "A　");
-    EXPECT_EQ(SqlText("''"), "''''");
-    EXPECT_EQ(SqlText("   "), "");
-}
-
-TEST(bDAO, LikeText)
-{
-    EXPECT_EQ(LikeText("12#4"), "12[#]4");
-    EXPECT_EQ(LikeText("##"), "[#][#]");
-    EXPECT_EQ(LikeText("A*?[x]' "), "A*?[x]' ");
+    EXPECT_EQ(LikeText("1##*?[x]' "), "1[#][#]*?[x]' ");
 }
 
 TEST_F(bDAOTest, AnUpdateThatChangesNothingIsShownWithItsStatement)
@@ -79,7 +70,7 @@ TEST_F(bDAOTest, PipesArriveAsTheyWereTyped)
 
 TEST_F(bDAOTest, AnErrorOfTheEngineIsShown)
 {
-    EXPECT_FALSE(db.DBExecute("DELETE FROM TLMT0099"));
+    EXPECT_FALSE(db.DBExecute("DELETE FROM [%1%2]"));
     ASSERT_EQ(boxes.Shown().size(), 1u);
     const MessageBoxRequest box = boxes.Shown()[0];
     EXPECT_EQ(box.title, "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ");
@@ -88,18 +79,11 @@ TEST_F(bDAOTest, AnErrorOfTheEngineIsShown)
     ASSERT_EQ(lines.size(), 3) << box.text.toStdString();
     EXPECT_EQ(lines[0], "ｴﾗｰｺｰﾄﾞ：3075");
     EXPECT_TRUE(lines[1].startsWith("ｴﾗｰ内容：SQL ")) << lines[1].toStdString();
-    EXPECT_TRUE(lines[1].contains("TLMT0099"));
+    EXPECT_TRUE(lines[1].contains("%1%2")) << "per cent signs are text";
     EXPECT_EQ(lines[2], "ｴﾗｰｿｰｽ ：DAO.Database");
 
     db.ShowDBErrors();
     EXPECT_EQ(boxes.Shown().size(), 1u) << "an error is shown once";
-}
-
-TEST_F(bDAOTest, PercentSignsInAnErrorAreText)
-{
-    EXPECT_FALSE(db.OpenRS("SELECT \"%2%3\" FROM [%1%2]"));
-    ASSERT_EQ(boxes.Shown().size(), 1u);
-    EXPECT_TRUE(boxes.Shown()[0].text.contains("%1%2")) << boxes.Shown()[0].text.toStdString();
 }
 
 TEST_F(bDAOTest, EachFailureHasItsValue)
@@ -114,18 +98,14 @@ TEST_F(bDAOTest, EachFailureHasItsValue)
         size_t boxes;
     } cases[] = {
         {"OpenRS", [&] { return db.OpenRS("SELECT") == nullptr; }, 1},
-        {"DBExecute", [&] { return !db.DBExecute("SELEKT"); }, 1},
         {"CommitTrans", [&] { return !db.CommitTrans(); }, 1},
         {"Rollback", [&] { return !db.Rollback(); }, 1},
         {"unknown column", [&] { return db.NullToTrim(*rows, u"Missing").isEmpty(); }, 1},
         {"unknown number", [&] { return db.NullToZero(*rows, u"Missing") == 0; }, 1},
         {"MoveNext", [&] { return db.MoveNext(*rows) && !db.MoveNext(*rows); }, 1},
-        {"column at the end", [&] { return db.NullToRTrim(*rows, u"HinName").isEmpty(); }, 1},
-        {"no rows: IsEOF", [&] { return db.IsEOF(nullptr); }, 0},
         {"no rows: GetRecordCount", [&] { return db.GetRecordCount(nullptr) == -1; }, 0},
         {"not open: OpenRS", [&] { return closed->OpenRS("SELECT 1") == nullptr; }, 1},
         {"not open: DBExecute", [&] { return !closed->DBExecute("DELETE FROM T"); }, 1},
-        {"not open: BeginTrans", [&] { return !closed->BeginTrans(); }, 1},
         {"not open: CheckAccessVersion", [&] { return !closed->CheckAccessVersion(); }, 2},
     };
     for (const auto &[what, isFailure, count] : cases) {
@@ -160,63 +140,32 @@ TEST_F(bDAOTest, CountingGoesBackToTheFirstRow)
     EXPECT_TRUE(db.MoveLast(*rows));
     EXPECT_EQ(db.NullToTrim(*rows, u"AccHinCD"), "B");
     EXPECT_TRUE(db.MoveNext(*rows));
-    EXPECT_TRUE(db.IsEOF(rows.get()));
     EXPECT_EQ(db.GetRecordCount(rows.get()), 0) << "at the end there is nothing to count";
     EXPECT_TRUE(db.IsEOF(rows.get()));
     EXPECT_TRUE(db.MoveFirst(*rows));
     EXPECT_FALSE(db.IsEOF(rows.get()));
-
-    const auto none = db.OpenRS("SELECT * FROM TLMT0020 WHERE AccHinCD = 'Z'");
-    EXPECT_EQ(db.GetRecordCount(none.get()), 0);
-    EXPECT_TRUE(boxes.Shown().empty());
-}
-
-TEST_F(bDAOTest, TransactionsCommitAndRollBack)
-{
-    EXPECT_TRUE(db.BeginTrans());
-    EXPECT_TRUE(db.DBExecute("DELETE FROM TLMT0020 WHERE AccHinCD = 'A'"));
-    EXPECT_TRUE(db.Rollback());
-    EXPECT_EQ(file.Rows("SELECT count(*) FROM TLMT0020"), "2");
-    EXPECT_TRUE(db.BeginTrans());
-    EXPECT_TRUE(db.DBExecute("DELETE FROM TLMT0020 WHERE AccHinCD = 'A'"));
-    EXPECT_TRUE(db.CommitTrans());
-    EXPECT_EQ(file.Rows("SELECT AccHinCD FROM TLMT0020"), "B");
-    EXPECT_TRUE(boxes.Shown().empty());
 }
 
 TEST_F(bDAOTest, OpensAndCloses)
 {
+    for (const QString path : {"C:\\NONE.MDB", "\\\\nobody\\share\\TLDB0010.MDB"}) {
+        EXPECT_FALSE(db.OpenDB(file.folder.OnDriveC(), path, false, ConnectText));
+        EXPECT_FALSE(db.IsOpen());
+        EXPECT_EQ(db.OpenRS("SELECT 1 AS N"), nullptr) << "what was open before is not any more";
+        EXPECT_EQ(boxes.TakeTexts().size(), 2u);
+    }
+    EXPECT_TRUE(db.OpenDB(file.folder.OnDriveC(), "c:\\tldb0010.mdb", true, ConnectText));
     EXPECT_TRUE(db.IsOpen());
+    EXPECT_FALSE(db.DBExecute("DELETE FROM TLMT0020")) << "opened for reading only";
+    boxes.TakeTexts();
     EXPECT_TRUE(db.CloseDB());
     EXPECT_FALSE(db.IsOpen());
     EXPECT_TRUE(db.CloseDB()) << "a second close does nothing";
     EXPECT_TRUE(boxes.Shown().empty());
-
-    EXPECT_FALSE(db.OpenDB(file.folder.OnDriveC(), "C:\\NONE.MDB", false, ConnectText));
-    EXPECT_FALSE(db.IsOpen());
-    EXPECT_FALSE(db.OpenDB(file.folder.OnDriveC(), file.SystemPath(), false, ";PWD=other"));
-    EXPECT_FALSE(
-        db.OpenDB(file.folder.OnDriveC(), "\\\\nobody\\share\\TLDB0010.MDB", false, ConnectText));
-    EXPECT_EQ(boxes.TakeTexts().size(), 3u);
-
-    EXPECT_TRUE(db.OpenDB(file.folder.OnDriveC(), "c:\\tldb0010.mdb", true, ConnectText));
-    EXPECT_TRUE(db.IsOpen());
-    EXPECT_FALSE(db.DBExecute("DELETE FROM TLMT0020")) << "opened for reading only";
-}
-
-TEST_F(bDAOTest, AFailedOpenLeavesNothingOpen)
-{
-    EXPECT_FALSE(db.OpenDB(file.folder.OnDriveC(), "C:\\NONE.MDB", false, ConnectText));
-    boxes.TakeTexts();
-    EXPECT_EQ(db.OpenRS("SELECT 1 AS N"), nullptr);
-    EXPECT_EQ(boxes.TakeTexts().size(), 1u);
 }
 
 TEST_F(bDAOTest, OldDatabasesAreRefused)
 {
-    const QString text = "データベースが以前のバージョンのため\r処理を続行できません。\r\r"
-                         "データコンバートで最新のバージョンにするか、\r"
-                         "データベースを復元するかをして下さい。";
     constexpr struct
     {
         const char *version; ///< null: the property is missing
@@ -231,14 +180,6 @@ TEST_F(bDAOTest, OldDatabasesAreRefused)
         if (version)
             file.Other().SetProperty("AccessVersion", version);
         EXPECT_EQ(db.CheckAccessVersion(), isAccepted) << (version ? version : "missing");
-        if (isAccepted) {
-            EXPECT_TRUE(boxes.Shown().empty());
-            continue;
-        }
-        ASSERT_EQ(boxes.Shown().size(), 1u) << (version ? version : "missing");
-        EXPECT_EQ(boxes.Shown()[0].text, text);
-        EXPECT_EQ(boxes.Shown()[0].style, 64);
-        EXPECT_EQ(boxes.Shown()[0].title, "初期設定エラー");
-        boxes.TakeTexts();
+        EXPECT_EQ(boxes.TakeTexts().size(), isAccepted ? 0u : 1u);
     }
 }

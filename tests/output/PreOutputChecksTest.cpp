@@ -34,18 +34,10 @@ TEST_F(PreOutputChecksTest, NothingToAnswer)
     EXPECT_EQ(boxes.TakeTexts(),
               std::vector<QString>{"有効な行を選択してください\r"
                                    "※ 出荷済のものは、納期回答作成対象にはなりません"});
-    EXPECT_EQ(status, QStringList());
-
-    Select({});
-    EXPECT_FALSE(Check());
-    EXPECT_EQ(boxes.TakeTexts().size(), 1u);
 
     Select({1, 2});
     EXPECT_TRUE(Check());
     EXPECT_EQ(participants, 1);
-    EXPECT_EQ(status, (QStringList{"回答数が 0でないかチェックしています…",
-                                   "回答数合計が、注残数を超えているかチェックしています…",
-                                   "納期回答出力パスの正当性をチェックしています…", ""}));
 }
 
 TEST_F(PreOutputChecksTest, TheFirstRowInErrorBecomesTheActiveOne)
@@ -69,7 +61,6 @@ TEST_F(PreOutputChecksTest, TheFirstRowInErrorBecomesTheActiveOne)
         const char *error;
     } cases[] = {
         {"all well", {}, {}, 0, ""},
-        {"no quantity", {{2, "0.000"}}, {}, 2, "回答数量が、0です"},
         {"emptied quantity", {{2, ""}}, {}, 2, "回答数量が、0です"},
         {"quantity before date", {{4, "0"}}, {{4, ""}}, 4, "回答数量が、0です"},
         {"rule 1 asks for no date", {}, {{1, ""}, {5, ""}}, 0, ""},
@@ -81,13 +72,11 @@ TEST_F(PreOutputChecksTest, TheFirstRowInErrorBecomesTheActiveOne)
          {},
          1,
          "回答数量合計が、注残数を超えています"},
-        {"beyond the third decimal", {{5, "10.0004"}}, {}, 0, ""},
         {"up to the third decimal",
          {{5, "10.0005"}},
          {},
          5,
          "回答数量合計が、注残数を超えています"},
-        {"thousands", {{1, "1,000.000"}}, {}, 1, "回答数量合計が、注残数を超えています"},
     };
     Load();
     for (const auto &[what, quantities, dates, row, error] : cases) {

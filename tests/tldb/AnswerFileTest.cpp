@@ -1,4 +1,5 @@
 #include "ToolRun.h"
+#include "output/ExpectedRecord.h"
 #include "support/QtPrinters.h"
 #include "support/TestFolder.h"
 
@@ -12,41 +13,25 @@
 
 namespace {
 
-/// Writes bytes over a record from a byte on, 1 being its first.
-void Put(QByteArray &record, int from, const QByteArray &bytes)
+/// An order with two deliveries.
+ExpectedRecord TwoDeliveries()
 {
-    record.replace(from - 1, bytes.size(), bytes);
+    return ExpectedRecord()
+        .At(1, "000410702260401V00001123456SUP1201     1100    2603-00010001")
+        .At(71, "S2603-0007")
+        .At(90, "13" + ToShiftJis(u"個") + " 000001234500" + ToShiftJis(u"小日向"))
+        .At(114, "RK-00007#2")
+        .At(139, "A100013")
+        .Slot(1, "260420003700372604200000010000001")
+        .Slot(2, "260420003700389999990000002345002")
+        .At(1217, ToShiftJis(u"資材部購買一課"))
+        .WideReserves();
 }
 
-/// A record of an order with two deliveries, without its line end.
+/// Its record without the line end.
 QByteArray Record(int length)
 {
-    QByteArray record(1350, ' ');
-    Put(record, 1,
-        "000410702"
-        "260401"
-        "V00001123456"
-        "SUP1201");
-    Put(record, 40, "1100");
-    Put(record, 48, "2603-00010001");
-    Put(record, 71, "S2603-0007");
-    Put(record, 90, "13" + ToShiftJis(u"個") + " " + "000001234500");
-    Put(record, 107, ToShiftJis(u"小日向"));
-    Put(record, 114, "RK-00007#2");
-    Put(record, 139, "A100013");
-    const QByteArray cleared = QByteArray(6, '0') + QByteArray(8, ' ') + QByteArray(18, '0') + " ";
-    for (int slot = 0; slot < 31; ++slot)
-        Put(record, 164 + 33 * slot, cleared);
-    Put(record, 164,
-        "26042000370037260420000001000000"
-        "1");
-    Put(record, 197,
-        "26042000370038999999000000234500"
-        "2");
-    Put(record, 1217, ToShiftJis(u"資材部購買一課"));
-    for (int at = 1237; at <= 1350; at += 2)
-        Put(record, at, "\x81\x40");
-    return record.left(length);
+    return TwoDeliveries().bytes.left(length);
 }
 
 const QByteArray LineEnd = "\r\n";
@@ -61,10 +46,10 @@ QStringList FaultsOf(const QByteArray &file)
     return faults;
 }
 
-QString Joined(const AnsweredDelivery &delivery)
+QString Joined(const std::vector<AnswerValue> &values)
 {
-    QStringList parts = {QString::number(delivery.slot)};
-    for (const AnswerValue &value : delivery.values)
+    QStringList parts;
+    for (const AnswerValue &value : values)
         parts += value.name + '=' + value.text;
     return parts.join(' ');
 }
@@ -73,73 +58,43 @@ QString Joined(const AnsweredDelivery &delivery)
 
 TEST(AnswerFile, FieldsOfBothLayouts)
 {
-    const struct
-    {
-        const char *name;
-        const char16_t *text;
-    } fields[] = {
-        {"recordNumber", u"00041"},
-        {"informationKind", u"0702"},
-        {"processingDate", u"20260401"},
-        {"vanCode", u"V00001123456"},
-        {"customerSideCode", u"SUP1201"},
-        {"customerSectionCode", u"1100"},
-        {"orderNumber", u"2603-00010001"},
-        {"makerNumber", u"S2603-0007"},
-        {"answerKind", u"1"},
-        {"deliveryKind", u"3"},
-        {"unit", u"個"},
-        {"orderQuantity", u"1234.5"},
-        {"buyerInCharge", u"小日向"},
-        {"customerProductCode", u"RK-00007#2"},
-        {"ownProductCode", u"A100013"},
-        {"reserve1", u""},
-        {"customerSectionName", u"資材部購買一課"},
-    };
+    const QByteArray record = TwoDeliveries().Slot(31, "000000        260131999999999999 ").bytes;
+    const QString fields
+        = "recordNumber=00041 informationKind=0702 processingDate=20260401 vanCode=V00001123456 "
+          "customerSideCode=SUP1201 customerSectionCode=1100 orderNumber=2603-00010001 "
+          "makerNumber=S2603-0007 answerKind=1 deliveryKind=3 unit=個 orderQuantity=1234.5 "
+          "buyerInCharge=小日向 customerProductCode=RK-00007#2 ownProductCode=A100013 reserve1= "
+          "customerSectionName=資材部購買一課";
+    const QString wideReserves = " reserve2=" + QString(7, QChar(0x3000))
+                                 + " reserve3=" + QString(30, QChar(0x3000))
+                                 + " reserve4=" + QString(20, QChar(0x3000));
+    const QStringList deliveries
+        = {"1 specifiedDate=20260420 deliveryNumber=00370037 answeredDate=20260420 "
+           "answeredQuantity=1000 answerMark=1",
+           "2 specifiedDate=20260420 deliveryNumber=00370038 answeredDate=99999999 "
+           "answeredQuantity=234.5 answerMark=2",
+           "31 specifiedDate= deliveryNumber= answeredDate=20260131 "
+           "answeredQuantity=999999999.999 answerMark="};
     for (const int length : {1236, 1350}) {
         SCOPED_TRACE(length);
-        const auto answers = DecodeAnswers(Record(length) + LineEnd);
+        const auto answers = DecodeAnswers(record.left(length) + LineEnd);
         ASSERT_EQ(answers.size(), 1u);
-        const DecodedAnswer &answer = answers.front();
-        EXPECT_TRUE(answer.faults.empty());
-        EXPECT_EQ(answer.position, 1);
-        EXPECT_EQ(answer.length, length);
-        for (const auto &[name, text] : fields)
-            EXPECT_EQ(answer.Value(name), QString::fromUtf16(text)) << name;
-        ASSERT_EQ(answer.deliveries.size(), 2u);
-        EXPECT_EQ(Joined(answer.deliveries[0]),
-                  "1 specifiedDate=20260420 deliveryNumber=00370037 answeredDate=20260420 "
-                  "answeredQuantity=1000 answerMark=1");
-        EXPECT_EQ(Joined(answer.deliveries[1]),
-                  "2 specifiedDate=20260420 deliveryNumber=00370038 answeredDate=99999999 "
-                  "answeredQuantity=234.5 answerMark=2");
+        EXPECT_TRUE(answers[0].faults.empty());
+        EXPECT_EQ(answers[0].length, length);
+        EXPECT_EQ(Joined(answers[0].values), length == 1236 ? fields : fields + wideReserves);
+        QStringList found;
+        for (const AnsweredDelivery &delivery : answers[0].deliveries)
+            found += QString::number(delivery.slot) + ' ' + Joined(delivery.values);
+        EXPECT_EQ(found, deliveries);
     }
-    // Only the long layout has the last three reserves.
-    const DecodedAnswer longAnswer = DecodeAnswers(Record(1350) + LineEnd).front();
-    EXPECT_EQ(longAnswer.Value("reserve2"), QString(7, QChar(0x3000)));
-    EXPECT_EQ(longAnswer.Value("reserve3"), QString(30, QChar(0x3000)));
-    EXPECT_EQ(longAnswer.Value("reserve4"), QString(20, QChar(0x3000)));
-    EXPECT_TRUE(DecodeAnswers(Record(1236) + LineEnd).front().Value("reserve2").isNull());
-}
-
-TEST(AnswerFile, TheLastSlotAndABlankSpecifiedDate)
-{
-    QByteArray record = Record(1236);
-    Put(record, 164 + 33 * 30, "000000        260131999999999999 ");
-    const DecodedAnswer answer = DecodeAnswers(record + LineEnd).front();
-    EXPECT_TRUE(answer.faults.empty());
-    ASSERT_EQ(answer.deliveries.size(), 3u);
-    EXPECT_EQ(Joined(answer.deliveries.back()),
-              "31 specifiedDate= deliveryNumber= answeredDate=20260131 "
-              "answeredQuantity=999999999.999 answerMark=");
 }
 
 TEST(AnswerFile, HalfACharacterAtATextsEndIsLegal)
 {
-    QByteArray record = Record(1350);
-    Put(record, 107, ToShiftJis(u"青葉野") + ToShiftJis(u"太").left(1));
-    Put(record, 92, "\x83\x70\x83");
-    const DecodedAnswer answer = DecodeAnswers(record + LineEnd).front();
+    const ExpectedRecord record = TwoDeliveries()
+                                      .At(107, ToShiftJis(u"青葉野") + ToShiftJis(u"太").left(1))
+                                      .At(92, "\x83\x70\x83");
+    const DecodedAnswer answer = DecodeAnswers(record.bytes + LineEnd).front();
     EXPECT_TRUE(answer.faults.empty());
     EXPECT_EQ(answer.Value("buyerInCharge"), QStringLiteral("青葉野\uFFFD"));
     EXPECT_EQ(answer.Value("unit"), QStringLiteral("パ\uFFFD"));
@@ -153,22 +108,16 @@ TEST(AnswerFile, MalformedFieldsAreNamedWithTheirByte)
         QByteArray bytes;
         const char *fault;
     } cases[] = {
-        {1, "0004 ", "5 recordNumber: not a digit"},
         {6, "0704", "6 informationKind: not an allowed value"},
         {10, "26040a", "15 processingDate: not a digit"},
         {10, "261301", "10 processingDate: not a date"},
         {10, "000000", "10 processingDate: not a date"},
-        {10, "999999", "10 processingDate: not a date"},
         {16, "V\x81\x20", "17 vanCode: not a character of a text"},
-        {48, "\xfc\xfc", "48 orderNumber: not a character of a text"},
         {71, "S2\r", "73 makerNumber: not a character of a text"},
         {90, "3", "90 answerKind: not an allowed value"},
-        {90, " ", "90 answerKind: not an allowed value"},
         {95, "00000123.500", "103 orderQuantity: not a digit"},
         {164, "260230", "164 specifiedDate: not a date"},
-        {164, "999999", "164 specifiedDate: not a date"},
         {178, "      ", "178 answeredDate: not a digit"},
-        {195, "-", "195 answeredQuantity: not a digit"},
         {196, "0", "196 answerMark: not an allowed value"},
         {1217, "\x81\xad", "1217 customerSectionName: not a character of a text"},
     };
@@ -176,8 +125,7 @@ TEST(AnswerFile, MalformedFieldsAreNamedWithTheirByte)
     const QByteArray first = Record(1236) + LineEnd;
     for (const auto &[from, bytes, fault] : cases) {
         SCOPED_TRACE(fault);
-        QByteArray record = Record(1236);
-        Put(record, from, bytes);
+        const QByteArray record = TwoDeliveries().At(from, bytes).Short();
         EXPECT_EQ(FaultsOf(record + LineEnd), QStringList{fault});
         const QString position = QString(fault).section(' ', 0, 0);
         const QString later
@@ -199,18 +147,15 @@ TEST(AnswerFile, AFileOfOtherLinesIsReadLineByLine)
         {good + LineEnd + good + LineEnd, {}, 2},
         {good, {"1351 no CR LF after the record"}, 1},
         {good + "\n" + good + LineEnd, {"1351 no CR LF after the record"}, 2},
-        {good + "\r", {"1351 no CR LF after the record"}, 1},
         {good + LineEnd + LineEnd + good + LineEnd,
          {"1353 record of 0 bytes, not 1236 or 1350"},
          3},
         {good.left(1349) + LineEnd + good + LineEnd,
          {"1 record of 1349 bytes, not 1236 or 1350"},
          2},
-        {good + good + LineEnd, {"1 record of 2700 bytes, not 1236 or 1350"}, 1},
         {good + LineEnd + "\x1a",
          {"1353 record of 1 bytes, not 1236 or 1350", "1354 no CR LF after the record"},
          2},
-        {good + "\r\r\n", {"1 record of 1351 bytes, not 1236 or 1350"}, 1},
     };
     for (const auto &[file, faults, records] : cases) {
         SCOPED_TRACE(faults.join(", ").toStdString());
@@ -222,8 +167,7 @@ TEST(AnswerFile, AFileOfOtherLinesIsReadLineByLine)
 TEST(ShowAnswersCommand, PlainOutputAndFaults)
 {
     const TestFolder folder;
-    QByteArray bad = Record(1350);
-    Put(bad, 1, "\x1b[2J0");
+    const QByteArray bad = TwoDeliveries().At(1, "\x1b[2J0").bytes;
     folder.Write("GOOD.TXT", Record(1350) + LineEnd);
     folder.Write("BAD.TXT", Record(1350) + LineEnd + bad + LineEnd);
 

@@ -5,11 +5,11 @@
 #include "data/Tables.h"
 #include "data/dao/Database.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -76,18 +76,15 @@ TEST(ImportCommand, CountsOfEveryTableAndTheFindingsOfTheCheck)
     EXPECT_EQ(import.run.exitCode, ExitCode::Found); // quantities with too many decimals
     EXPECT_EQ(import.run.err, "");
     const QStringList lines = import.run.OutLines();
-    EXPECT_EQ(lines.filter("rows read").join('\n'), "TLMT0010: 1 rows read, 1 written\n"
-                                                    "TLMT0020: 40 rows read, 40 written\n"
-                                                    "TLMT0030: 140 rows read, 140 written\n"
-                                                    "TLMT0040: 7 rows read, 7 written\n"
-                                                    "TLMT0050: 21 rows read, 21 written\n"
-                                                    "TLAC0010: 400 rows read, 400 written\n"
-                                                    "TLAC0020: 400 rows read, 400 written\n"
-                                                    "TLEI0010: 260 rows read, 260 written\n"
-                                                    "TLEI0011: 201 rows read, 201 written\n"
-                                                    "TLSP0010: 493 rows read, 493 written\n"
-                                                    "TLXX9000: 30 rows read, 30 written");
+    QStringList counts = lines.filter("rows read");
+    counts.replaceInStrings(QRegularExpression("^(\\w+): (\\d+) rows read, \\2 written$"),
+                            "\\1 \\2");
+    EXPECT_EQ(counts.join(", "), "TLMT0010 1, TLMT0020 40, TLMT0030 140, TLMT0040 7, TLMT0050 21, "
+                                 "TLAC0010 400, TLAC0020 400, TLEI0010 260, TLEI0011 201, "
+                                 "TLSP0010 493, TLXX9000 30");
     EXPECT_TRUE(lines.contains("note: TLMT0030 UpdTime: the old table lacks the column"));
+    EXPECT_EQ(import.folder.Read("old.mdb"), Sample());
+    EXPECT_EQ(QDir(import.folder.Path()).entryList(QDir::Files), QStringList{"old.mdb"});
 
     // What the check says of the new database is what the import said of it.
     QStringList checked = ToolRun({"check", import.folder.Path("new")}).OutLines();
@@ -100,11 +97,7 @@ TEST(ImportCommand, CountsOfEveryTableAndTheFindingsOfTheCheck)
 TEST(ImportCommand, ValuesAreThoseOfTheFile)
 {
     const Import import(Sample());
-    const struct
-    {
-        const char *sql;
-        const char *rows;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"SELECT Value FROM DBProperty WHERE Name = 'AccessVersion'", "08.50"},
         {"SELECT CoName, TaxPer, SaveDir FROM TLMT0010", "株式会社ミドリ部品|5|C:\\EDI\\SAVE"},
         // Nulls, empty texts, and the columns that the old table lacks.
@@ -193,30 +186,12 @@ TEST(ImportCommand, WhatASoundSampleDoesNotHave)
          "SELECT * FROM (SELECT COUNT(*), MAX(PayDstName) FROM [T\"L'; 納期]), "
          "(SELECT COUNT(*) FROM TLMT0050)",
          "21|第3倉庫|0"},
-        {"a column with such a name",
-         InFile(QString("LabelNo")),
-         InFile(QString("L\"b'; 納")),
-         {"note: TLSP0010 L\"b'; 納: an unknown column"},
-         "SELECT [L\"b'; 納] FROM TLSP0010 WHERE AccNo = 2",
-         "L2"},
-        {"a name in another case",
-         InFile(QString("TLMT0050")),
-         InFile(QString("tlmt0050")),
-         {"tlmt0050: 21 rows read, 21 written"},
-         "SELECT COUNT(*) FROM TLMT0050",
-         "21"},
         {"a name that the new engine keeps for itself",
          InFile(QString("TLXX9000")),
          InFile(QString("sqlite_x")),
          {"sqlite_x: 0 rows read, 0 written", "TLSP0010: 493 rows read, 493 written"},
          "SELECT COUNT(*) FROM TLSP0010",
          "493"},
-        {"an old version",
-         InFile(QString("08.50")),
-         InFile(QString("07.50")),
-         {"DBProperty AccessVersion: 07.50 is older than 8.0"},
-         "SELECT Value FROM DBProperty WHERE Name = 'AccessVersion'",
-         "07.50"},
         {"a database without a version",
          InFile(QString("AccessVersion")),
          InFile(QString("OtherVersions")),
@@ -243,12 +218,6 @@ TEST(ImportCommand, WhatASoundSampleDoesNotHave)
          {},
          "SELECT HinName || '.' FROM TLMT0020 WHERE AccHinCD = 'HN-00007'",
          "ねじ M3×8."},
-        {"blanks and line breaks in a text that the system does not know",
-         InFile(QString("長い覚え書き0。")),
-         InFile(QString("長い\r\n書き0 ")),
-         {},
-         "SELECT Note || '.' FROM TLXX9000 WHERE ID = 2",
-         "長い\r\n書き0 ."},
         {"more digits than a double has",
          InFile(qint64(12341010)),
          InFile(std::numeric_limits<qint64>::max()),
@@ -302,36 +271,23 @@ TEST(ImportCommand, AFileThatCanNotBeReadLeavesNoDatabase)
     const TestFolder folder;
     ASSERT_EQ(ToolRun({"create", folder.Path("sqlite")}).exitCode, ExitCode::Ok);
     const QByteArray sample = Sample();
-    folder.Write("text.mdb", "text");
-    folder.Write("empty.mdb", "");
     folder.Write("header.mdb", sample.first(20));
     folder.Write("cut.mdb", sample.first(50 * 4096 + 100));
-    folder.Write("short.mdb", sample.first(100 * 4096));
     folder.Write("catalog.mdb", sample.first(8 * 4096));
-    for (const char version : {0, 2}) {
-        QByteArray other = sample;
-        other[20] = version;
-        folder.Write(QString("version%1.mdb").arg(int(version)), other);
-    }
+    QByteArray version2 = sample;
+    version2[20] = 2;
+    folder.Write("version2.mdb", version2);
     QByteArray fatal = sample; // TLSP0010's map of pages leads nowhere: the library crashes
     fatal[65 * 4096 + 55] = '\xff';
     folder.Write("fatal.mdb", fatal);
     folder.MakeFolder("folder.mdb");
-    const struct
-    {
-        const char *file;
-        const char *error;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"missing.mdb", "the file does not exist"},
         {"folder.mdb", "is not a file"},
-        {"text.mdb", "the file is not in the original engine's format"},
-        {"empty.mdb", "the file is not in the original engine's format"},
         {"sqlite/TLDB0010.MDB", "the file is not in the original engine's format"},
         {"header.mdb", "the file is not in format 4 of the original engine"},
-        {"version0.mdb", "the file is not in format 4 of the original engine"},
         {"version2.mdb", "the file is not in format 4 of the original engine"},
         {"cut.mdb", "the file is damaged: its end is missing"},
-        {"short.mdb", "the file is damaged: its end is missing"},
         {"fatal.mdb", "the file is damaged: reading it through fails"},
         {"catalog.mdb", "no table can be read"},
     };
@@ -374,23 +330,4 @@ TEST(ImportCommand, AFolderThatCanNotTakeTheDatabase)
     EXPECT_EQ(folder.Read("own/TLDB0010.MDB"), Sample());
     for (const char *name : {"used", "own"})
         EXPECT_EQ(QDir(folder.Path(name)).entryList(QDir::Files), QStringList{"TLDB0010.MDB"});
-}
-
-TEST(ImportCommand, TheOldFileIsOnlyRead)
-{
-    const TestFolder folder;
-    folder.MakeFolder("old");
-    folder.Write("old/old.mdb", Sample());
-    const QString path = folder.Path("old/old.mdb");
-    ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner));
-    ASSERT_TRUE(QFile::setPermissions(folder.Path("old"), QFile::ReadOwner | QFile::ExeOwner));
-    const auto whole = QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden;
-    const QDateTime before = QFileInfo(path).lastModified();
-    const ToolRun run({"import", path, folder.Path("new")});
-    EXPECT_TRUE(run.OutLines().last().contains(": imported")) << run.err.toStdString();
-    EXPECT_EQ(folder.Read("old/old.mdb"), Sample());
-    EXPECT_EQ(QFileInfo(path).lastModified(), before);
-    EXPECT_EQ(QDir(folder.Path("old")).entryList(whole), QStringList{"old.mdb"});
-    QFile::setPermissions(folder.Path("old"),
-                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }

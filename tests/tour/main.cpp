@@ -1,12 +1,13 @@
 #include "app/Main.h"
-#include "Verification.h"
 #include "app/Desktop.h"
 #include "grid/SpreadGrid.h"
 #include "support/Operator.h"
+#include "tldb/AnswerFile.h"
 #include "tldb/Commands.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QMessageBox>
 #include <QScreen>
 #include <QTabBar>
@@ -21,6 +22,28 @@ namespace {
 
 constexpr auto Customer = "C0001";
 constexpr int AnsweredRows = 12;
+
+/// Writes every record of the answer files, decoded field by field, to one text file. Empty when
+/// all is well, else what is wrong.
+QString WriteDecodedAnswers(const QString &folder)
+{
+    QFile text(folder + "/answers.txt");
+    if (!text.open(QIODevice::WriteOnly))
+        return "can't write " + text.fileName();
+    QDirIterator entries(folder + "/drives", QDir::Files, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        QFile file(entries.next());
+        if (!file.open(QIODevice::ReadOnly))
+            return "can't read " + file.fileName();
+        const auto answers = DecodeAnswers(file.readAll());
+        if (HasFaults(answers))
+            return file.fileName() + " has a malformed record";
+        text.write(("== " + QDir(folder).relativeFilePath(file.fileName()) + "\n\n"
+                    + DescribeAnswers(answers, AnswerFormat::Plain))
+                       .toUtf8());
+    }
+    return text.size() > 0 ? QString() : QString("no record was written");
+}
 
 class Tour
 {
@@ -49,11 +72,7 @@ public:
             return m_operator.Failure();
         if (!m_operator.IsDone())
             return "the program ended before the tour did";
-        for (const QString &problem : {WriteDecodedAnswers(m_folder, m_folder + "/answers.txt"),
-                                       CompareAnswersWithDatabase(m_folder)})
-            if (!problem.isEmpty())
-                return problem;
-        return {};
+        return WriteDecodedAnswers(m_folder);
     }
 
 private:

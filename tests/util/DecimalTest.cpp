@@ -8,25 +8,13 @@
 TEST(Decimal, DoubleHasItsShortestFifteenDigitText)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    constexpr struct
-    {
-        double value;
-        const char *text;
-    } cases[] = {
+    constexpr std::pair<double, const char *> cases[] = {
         {0, "0"},
         {-0.0, "0"},
-        {1234.5, "1234.5"},
         {0.1 + 0.2, "0.3"},
-        {1.1 * 3, "3.3"},
-        {-12.25, "-12.25"},
-        {0.001, "0.001"},
         {-0.0005, "-0.0005"},
-        {1.0 / 3, "0.333333333333333"},
         {2.0 / 3, "0.666666666666667"},
-        {1.23456, "1.23456"},
         {999999999.999, "999999999.999"},
-        {999999999.9999, "999999999.9999"},
-        {9999999999.999, "9999999999.999"},
         {123456789012345, "123456789012345"},
         {1234567890123.457, "1234567890123.46"},
         {1e15, "1000000000000000"},
@@ -35,7 +23,6 @@ TEST(Decimal, DoubleHasItsShortestFifteenDigitText)
         {1e-30, "0"},
         {1e18, "0"},
         {infinity, "0"},
-        {-infinity, "0"},
         {std::numeric_limits<double>::quiet_NaN(), "0"},
     };
     for (const auto &[value, text] : cases)
@@ -44,42 +31,29 @@ TEST(Decimal, DoubleHasItsShortestFifteenDigitText)
 
 TEST(Decimal, ThousandthsSurviveTheWayThroughADouble)
 {
-    for (const qint64 start : {qint64(0), qint64(999'999'990'000), qint64(123'456'789'000)})
-        for (qint64 thousandths = start; thousandths < start + 10'000; thousandths += 7) {
-            const Decimal exact
-                = Decimal::FromText(QString("%1.%2")
-                                        .arg(thousandths / 1000)
-                                        .arg(thousandths % 1000, 3, 10, QChar('0')));
+    for (const qint64 whole : {0, 123'456'789, 999'999'999})
+        for (int thousandths = 0; thousandths < 1000; ++thousandths) {
+            const Decimal exact = Decimal::FromText(
+                QString("%1.%2").arg(whole).arg(thousandths, 3, 10, QChar('0')));
             ASSERT_EQ(Decimal::FromDouble(exact.ToDouble()), exact) << thousandths;
         }
 }
 
 TEST(Decimal, FromText)
 {
-    constexpr struct
-    {
-        const char *text;
-        const char *result;
-    } cases[] = {
+    constexpr std::pair<const char *, const char *> cases[] = {
         {"", "0"},
-        {"0", "0"},
         {"-0", "0"},
         {"12.50", "12.5"},
         {"1,234.500", "1234.5"},
         {" 70.000 ", "70"},
-        {"-3", "-3"},
         {"+3.25", "3.25"},
-        {".5", "0.5"},
         {"5.", "5"},
         {"-.5", "-0.5"},
-        {"0.250", "0.25"},
         {"1.2.3", "1.2"},
         {"12A3", "12"},
         {"A12", "0"},
-        {"12-3", "12"},
         {"--5", "0"},
-        {"1e3", "1"},
-        {"1,234.5  ", "1234.5"},
         {"000000000000000000000007", "7"},
         {"999999999999999999", "999999999999999999"},
         {"0.0000000000000000019", "0.000000000000000001"},
@@ -103,7 +77,6 @@ TEST(Decimal, SumsAreExact)
         return (Decimal::FromText(QString(a)) + Decimal::FromText(QString(b))).ToText();
     };
     EXPECT_EQ(text("999999999.999", "0.001"), "1000000000");
-    EXPECT_EQ(text("1.5", "-2.125"), "-0.625");
     EXPECT_EQ(text("999999999999999999", "0.000000000000000001"),
               "999999999999999999.000000000000000001");
 }
@@ -155,13 +128,9 @@ TEST(Decimal, ToFixed)
         const char *result;
     } cases[] = {
         {"0", 3, true, "0.000"},
-        {"0.5", 3, true, "0.500"},
-        {"12", 3, true, "12.000"},
         {"123", 3, true, "123.000"},
-        {"1234.5", 3, true, "1,234.500"},
         {"1234.5", 3, false, "1234.500"},
         {"-123", 0, true, "-123"},
-        {"-1234", 0, true, "-1,234"},
         {"-123456.7", 1, true, "-123,456.7"},
         {"1234567.8905", 3, true, "1,234,567.891"},
         {"999999999.9995", 3, true, "1,000,000,000.000"},

@@ -27,30 +27,19 @@ TEST(bValue, FormatBySpec)
     } cases[] = {
         {"1234.5", "9.3", Natural, true, "1,234.5  "},
         {"1234", "9.3", Natural, true, "1,234    "},
-        {"1234", "9.3", Natural, false, "1234    "},
         {"1234.5", "9.3", Natural, false, "1234.5  "},
-        {"1.23456", "9.3", Natural, true, "1.234"},
         {"0.9999", "9.3", Natural, true, "0.999"},
-        {"0", "9.3", Natural, true, "0    "},
         {"-1234.5", "9.3", Natural, true, "-1,234.5  "},
-        {"12345678901.5", "9.3", Natural, true, "12,345,678,901.5  "},
         {"1234.5678", "9.3", Padded, true, "      1,234.567"},
-        {"1234.5", "9.3", Padded, true, "      1,234.5  "},
-        {"1234.5", "9.3", 2, true, "      1,234.5  "},
         {"1234", "9.3", Padded, true, "      1,234"},
         {"1234.5", "9.3", Padded, false, "     1234.5  "},
-        {"123456789", "9.3", Padded, true, "123,456,789"},
-        {"1234567890.5", "9.3", Padded, false, "234567890.5  "},
         {"1234567890", "9.3", Padded, true, "234,567,890"},
         {"1234", "10.3", Padded, true, "        1,234"},
-        {"5", "2.0", Padded, true, " 5"},
         {"5.75", "2.0", Padded, true, " 5"},
         {"5.75", "2.0", Natural, true, "5"},
-        {"5", "2.0", Natural, true, "5"},
         {"1234.50", "9", Natural, true, "1234.5"},
         {"1234.50", ".3", Natural, true, "1234.5"},
         {"1234.50", "9.", Padded, true, "1234.5"},
-        {"1234.50", "", Natural, true, "1234.5"},
     };
     for (const auto &[value, spec, mode, useComma, result] : cases)
         EXPECT_EQ(FormatBySpec(Number(value), spec, mode, useComma), result)
@@ -65,19 +54,10 @@ TEST(bValue, ZeroFillBySpec)
         const char *spec;
         const char *result;
     } cases[] = {
-        {"0", "9.3", "000000000000"},
-        {"12.5", "9.3", "000000012500"},
-        {"1.23456", "9.3", "000000001234"},
-        {"0.9999", "9.3", "000000000999"},
-        {"999999999.999", "9.3", "999999999999"},
-        {"1234567890", "9.3", "234567890000"},
-        {"-12.5", "9.3", "000000012500"},
-        {"7", "5.0", "00007"},
-        {"7.9", "5.0", "00007"},
-        {"123456", "5.0", "23456"},
-        {"12.5", "9", "12.5"},
-        {"12.5", ".3", "12.5"},
-        {"-12.5", "9.", "-12.5"},
+        {"0", "9.3", "000000000000"},       {"12.5", "9.3", "000000012500"},
+        {"1.23456", "9.3", "000000001234"}, {"1234567890", "9.3", "234567890000"},
+        {"-12.5", "9.3", "000000012500"},   {"7.9", "5.0", "00007"},
+        {"123456", "5.0", "23456"},         {"12.5", ".3", "12.5"},
     };
     for (const auto &[value, spec, result] : cases)
         EXPECT_EQ(ZeroFillBySpec(Number(value), spec), result) << value << ' ' << spec;
@@ -92,31 +72,21 @@ TEST(bValue, IsNumberInSpec)
         bool fits;
     } cases[] = {
         {"123456789.123", "9.3", true},
-        {"123456789", "9.3", true},
         {"1234567890", "9.3", false},
-        {"1234567890.1", "9.3", false},
         {"1.2345", "9.3", false},
-        {"0.123", "9.3", true},
         {"", "9.3", true},
         {".5", "9.3", false},
         {"5.", "9.3", false},
-        {".", "9.3", false},
         {"-5", "9.3", false},
-        {"+5", "9.3", false},
         {"1,000", "9.3", false},
-        {" 5", "9.3", false},
         {"5 ", "9.3", false},
-        {"5A", "9.3", false},
         {"５", "9.3", false},
         {"1.2.3", "9.3", true}, // a second point is let through, and counts as a decimal
         {"1.2.34", "9.3", false},
-        {"99", "2.0", true},
         {"100", "2.0", false},
         {"1.5", "2.0", false},
         {"5", "9", false},
-        {"5", ".3", false},
         {"5", "9.", false},
-        {"5", "", false},
     };
     for (const auto &[text, spec, fits] : cases)
         EXPECT_EQ(IsNumberInSpec(text, spec), fits) << '"' << text << "\" " << spec;
@@ -125,20 +95,7 @@ TEST(bValue, IsNumberInSpec)
 TEST(bValue, TextToDecimal)
 {
     EXPECT_EQ(TextToDecimal("1,234.50"), Number("1234.5"));
-    EXPECT_EQ(TextToDecimal("0.000"), Decimal(0));
-    EXPECT_EQ(TextToDecimal("  1,234.567  "), Number("1234.567"));
     EXPECT_EQ(TextToDecimal("0.1234567"), Number("0.1234567")) << "every decimal typed is kept";
     EXPECT_EQ(TextToDecimal(""), std::nullopt);
     EXPECT_EQ(QuantityOf(""), Decimal(0));
-    EXPECT_EQ(QuantityOf("70.000"), Decimal(70));
-}
-
-TEST(bValue, ParseDigitSpec)
-{
-    const auto counts = ParseDigitSpec("10.3");
-    ASSERT_TRUE(counts);
-    EXPECT_EQ(counts->integerDigits, 10);
-    EXPECT_EQ(counts->decimals, 3);
-    for (const char *malformed : {"", "9", ".3", "9.", "."})
-        EXPECT_FALSE(ParseDigitSpec(malformed)) << malformed;
 }

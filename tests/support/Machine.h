@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/TestDatabase.h"
+#include "support/TestFolder.h"
 #include "support/Variable.h"
 
 #include <gtest/gtest.h>
