@@ -55,11 +55,15 @@ TEST(Database, RefusesWhatIsNoDatabaseOfTheSystem)
     EXPECT_EQ(OpenError(folder.Path("EMPTY.MDB")).number, 3343);
     EXPECT_EQ(folder.Read("EMPTY.MDB"), "");
 
-    sqlite3 *other = nullptr;
-    sqlite3_open(folder.Path("OTHER.MDB").toUtf8(), &other);
-    sqlite3_exec(other, "CREATE TABLE TLSP0010 (AccNo)", nullptr, nullptr, nullptr);
-    sqlite3_close(other);
-    EXPECT_EQ(OpenError(folder.Path("OTHER.MDB")).number, 3343);
+    for (const char *sql : {"CREATE TABLE TLSP0010 (AccNo)",
+                            "PRAGMA encoding='UTF-16'; CREATE TABLE DBProperty (Name, Value)"}) {
+        const TestFolder otherFolder;
+        sqlite3 *other = nullptr;
+        sqlite3_open(otherFolder.Path("OTHER.MDB").toUtf8(), &other);
+        sqlite3_exec(other, sql, nullptr, nullptr, nullptr);
+        sqlite3_close(other);
+        EXPECT_EQ(OpenError(otherFolder.Path("OTHER.MDB")).number, 3343) << sql;
+    }
 
     EXPECT_NE(OpenError(folder.Path()).number, 0);
 }

@@ -36,6 +36,10 @@ TEST_F(RecordsetTest, ValuesAsTextAndNumber)
         {"'012.5個'", "012.5個", 12.5, false},
         {"7", "7", 7, false},
         {"-9007199254740993", "-9007199254740993", -9007199254740993.0, false},
+        {"-64", "-64", -64, false},
+        {"128", "128", 128, false},
+        {"9223372036854775807", "9223372036854775807", 9223372036854775807.0, false},
+        {"-9223372036854775807 - 1", "-9223372036854775808", -9223372036854775808.0, false},
         {"70.0", "70", 70, false},
         {"12.5", "12.5", 12.5, false},
         {"0.1 + 0.2", "0.3", 0.1 + 0.2, false},
@@ -70,6 +74,21 @@ TEST_F(RecordsetTest, MovesOverItsRows)
     EXPECT_TRUE(rows->IsEof());
     EXPECT_EQ(ErrorOf([&] { rows->Text(0); }).number, 3021);
     EXPECT_NE(ErrorOf([&] { rows->Close(); }).number, 0);
+}
+
+TEST_F(RecordsetTest, RowsOfEveryLengthKeepTheirValues)
+{
+    const auto rows = Open("WITH RECURSIVE N(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM N"
+                           " WHERE i < 5000) SELECT i, replace(hex(zeroblob(length)), '00', 'ｱ') AS"
+                           " Value, -i AS Negative FROM (SELECT i, CASE WHEN i = 2500 THEN 3000000"
+                           " WHEN i % 500 = 0 THEN i * 26 ELSE i % 300 END AS length FROM N)");
+    ASSERT_EQ(rows->RecordCount(), 5000);
+    for (int row = 1; !rows->IsEof(); rows->MoveNext(), ++row) {
+        const int length = row == 2500 ? 3'000'000 : row % 500 == 0 ? row * 26 : row % 300;
+        ASSERT_EQ(rows->Number(0), row);
+        ASSERT_TRUE(rows->Text(1) == QString(length, u'ｱ')) << row;
+        ASSERT_EQ(rows->Number(2), -row);
+    }
 }
 
 TEST_F(RecordsetTest, EmptyOne)

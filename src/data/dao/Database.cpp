@@ -103,8 +103,10 @@ Database::Database(const QString &localPath, bool isReadOnly, const QString &con
                isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE)
 {
     ExecuteNative("PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF;");
-    const auto tables = OpenRecordset("SELECT 1 FROM sqlite_master WHERE name = 'DBProperty'");
-    if (tables->IsEof())
+    // Texts are read as they stand in the file.
+    const auto property = OpenRecordset("SELECT 1 FROM sqlite_master, pragma_encoding"
+                                        " WHERE name = 'DBProperty' AND encoding = 'UTF-8'");
+    if (property->IsEof())
         throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, localPath);
     const QString hash = Property("PasswordHash");
     if (PasswordHash(Property("PasswordSalt"), PasswordOf(connect)) != hash)

@@ -10,19 +10,48 @@
 
 namespace {
 
-template <typename T>
-T Load(const char *data)
+/// Whole numbers are written in groups of seven bits, the lowest first, each byte but the last with
+/// its highest bit set: most of a row's numbers and lengths take one byte.
+constexpr size_t LongestNumber = 10;
+
+char *WriteNumber(char *at, quint64 number)
 {
-    T value;
-    std::memcpy(&value, data, sizeof value);
-    return value;
+    for (; number >= 0x80; number >>= 7)
+        *at++ = char(number | 0x80);
+    *at++ = char(number);
+    return at;
 }
 
-template <typename T>
-void Store(std::vector<char> &row, T value)
+quint64 ReadNumber(const char *&at)
 {
-    const auto *bytes = reinterpret_cast<const char *>(&value);
-    row.insert(row.end(), bytes, bytes + sizeof value);
+    quint64 number = 0;
+    int shift = 0;
+    for (; *at & 0x80; shift += 7)
+        number |= quint64(*at++ & 0x7F) << shift;
+    return number | quint64(*at++) << shift;
+}
+
+/// Small numbers of either sign become small ones without a sign, and back.
+quint64 WithoutSign(qint64 number)
+{
+    return quint64(number) << 1 ^ quint64(number >> 63);
+}
+
+qint64 WithSign(quint64 number)
+{
+    return qint64(number >> 1) ^ -qint64(number & 1);
+}
+
+qint64 WholeAt(const char *data)
+{
+    return WithSign(ReadNumber(data));
+}
+
+double RealAt(const char *data)
+{
+    double value;
+    std::memcpy(&value, data, sizeof value);
+    return value;
 }
 
 } // namespace
@@ -43,24 +72,29 @@ Recordset::Recordset(sqlite3_stmt *statement, const QString &source)
 
 void Recordset::ReadRow(sqlite3_stmt *statement)
 {
-    m_rows.push_back(m_block.size());
-    m_newRow.clear();
-    for (int field = 0; field < int(m_names.size()); ++field) {
-        const char type = char(sqlite3_column_type(statement, field));
-        m_newRow.push_back(type);
+    const int fields = int(m_names.size());
+    for (int field = 0; field < fields; ++field) {
+        const int type = sqlite3_column_type(statement, field);
+        char *at = m_block.Room(1 + LongestNumber);
+        *at++ = char(type);
         if (type == SQLITE_INTEGER) {
-            Store(m_newRow, sqlite3_column_int64(statement, field));
+            at = WriteNumber(at, WithoutSign(sqlite3_column_int64(statement, field)));
         } else if (type == SQLITE_FLOAT) {
-            Store(m_newRow, sqlite3_column_double(statement, field));
+            const double value = sqlite3_column_double(statement, field);
+            std::memcpy(at, &value, sizeof value);
+            at += sizeof value;
         } else if (type != SQLITE_NULL) {
-            const auto *text
-                = reinterpret_cast<const char *>(sqlite3_column_text(statement, field));
-            const int length = sqlite3_column_bytes(statement, field);
-            Store(m_newRow, length);
-            m_newRow.insert(m_newRow.end(), text, text + length);
+            const void *bytes = sqlite3_column_blob(statement, field);
+            const auto length = size_t(sqlite3_column_bytes(statement, field));
+            m_block.WroteTo(WriteNumber(at, length));
+            at = m_block.Room(length);
+            if (length > 0)
+                std::memcpy(at, bytes, length);
+            at += length;
         }
+        m_block.WroteTo(at);
     }
-    m_block.append(m_newRow.data(), qsizetype(m_newRow.size()));
+    m_rows.push_back(m_block.EndRow());
 }
 
 void Recordset::Select(size_t row)
@@ -69,17 +103,17 @@ void Recordset::Select(size_t row)
     m_fields.resize(m_names.size());
     if (IsEof())
         return;
-    const char *at = m_block.constData() + m_rows[row];
+    const char *at = m_rows[row];
     for (Field &field : m_fields) {
         field.type = *at++;
         field.length = 0;
-        if (field.type == SQLITE_INTEGER || field.type == SQLITE_FLOAT) {
-            field.length = 8;
-        } else if (field.type != SQLITE_NULL) {
-            field.length = Load<int>(at);
-            at += sizeof(int);
-        }
+        if (field.type == SQLITE_FLOAT)
+            field.length = sizeof(double);
+        else if (field.type == SQLITE_TEXT || field.type == SQLITE_BLOB)
+            field.length = qsizetype(ReadNumber(at));
         field.data = at;
+        if (field.type == SQLITE_INTEGER)
+            ReadNumber(at);
         at += field.length;
     }
 }
@@ -138,9 +172,9 @@ QString Recordset::Text(int field) const
     case SQLITE_NULL:
         return {};
     case SQLITE_INTEGER:
-        return QString::number(Load<qint64>(value.data));
+        return QString::number(WholeAt(value.data));
     case SQLITE_FLOAT:
-        return Decimal::FromDouble(Load<double>(value.data)).ToText();
+        return Decimal::FromDouble(RealAt(value.data)).ToText();
     default:
         return QString::fromUtf8(value.data, value.length);
     }
@@ -155,7 +189,7 @@ QString Recordset::SqlLiteral(int field) const
     case SQLITE_INTEGER:
         return Text(field);
     case SQLITE_FLOAT:
-        return QString::number(Load<double>(value.data), 'e', QLocale::FloatingPointShortest);
+        return QString::number(RealAt(value.data), 'e', QLocale::FloatingPointShortest);
     case SQLITE_BLOB:
         return "x'" + QByteArray::fromRawData(value.data, value.length).toHex() + '\'';
     default:
@@ -170,9 +204,9 @@ double Recordset::Number(int field) const
     case SQLITE_NULL:
         return 0;
     case SQLITE_INTEGER:
-        return double(Load<qint64>(value.data));
+        return double(WholeAt(value.data));
     case SQLITE_FLOAT:
-        return Load<double>(value.data);
+        return RealAt(value.data);
     default:
         return Val(QString::fromUtf8(value.data, value.length));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include "data/dao/RowBlock.h"
+
 #include <QString>
 #include <vector>
 
@@ -55,10 +56,9 @@ private:
 
     QString m_source;
     std::vector<QString> m_names;
-    QByteArray m_block; ///< per field: a type byte, then an 8-byte number or length and text
-    std::vector<char> m_newRow;    ///< the row being read
-    std::vector<qsizetype> m_rows; ///< where each row begins in the block
-    std::vector<Field> m_fields;   ///< of the current row
+    RowBlock m_block; ///< per field: its type, then its number, or its length and bytes
+    std::vector<const char *> m_rows; ///< where each row begins in the block
+    std::vector<Field> m_fields;      ///< of the current row
     size_t m_row = 0;
     bool m_isOpen = true;
 };

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+/// The bytes of many rows, one behind the other in chunks that stay where they are.
+class RowBlock
+{
+public:
+    /// Where the row being written goes on, with room for this many bytes. What is written is made
+    /// known to WroteTo before the next call.
+    char *Room(size_t bytes)
+    {
+        if (size_t(m_limit - m_end) < bytes)
+            Grow(bytes);
+        return m_end;
+    }
+    void WroteTo(char *end) { m_end = end; }
+
+    /// Ends the row and returns where it begins.
+    const char *EndRow()
+    {
+        const char *row = m_row;
+        m_row = m_end;
+        return row;
+    }
+
+private:
+    struct Free
+    {
+        void operator()(char *chunk) const;
+    };
+
+    void Grow(size_t bytes);
+
+    std::vector<std::unique_ptr<char, Free>> m_chunks;
+    size_t m_chunkSize = 0; ///< of the last one
+    char *m_row = nullptr;  ///< where the row being written begins
+    char *m_end = nullptr;
+    char *m_limit = nullptr;
+};
