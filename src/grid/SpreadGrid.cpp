@@ -1,49 +1,9 @@
 #include "grid/SpreadGrid.h"
 
+#include "grid/CellDelegate.h"
+
 #include <QHeaderView>
-#include <QPainter>
-#include <QStyledItemDelegate>
 #include <algorithm>
-
-/// Paints cells, marks the active one, and makes the editors.
-class CellDelegate : public QStyledItemDelegate
-{
-public:
-    explicit CellDelegate(SpreadGrid *grid)
-        : QStyledItemDelegate(grid)
-        , m_grid(grid)
-    {
-    }
-
-    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &,
-                          const QModelIndex &index) const override
-    {
-        return m_grid->BeginEdit(parent, index);
-    }
-
-    void setEditorData(QWidget *, const QModelIndex &) const override {}
-    void setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const override {}
-
-    void paint(QPainter *painter, const QStyleOptionViewItem &option,
-               const QModelIndex &index) const override
-    {
-        QStyleOptionViewItem cell = option;
-        cell.state &= ~QStyle::State_HasFocus;
-        QStyledItemDelegate::paint(painter, cell, index);
-        if (index != m_grid->currentIndex())
-            return;
-        painter->save();
-        painter->setPen(QPen(option.palette.color(QPalette::WindowText), 2));
-        painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
-        painter->restore();
-    }
-
-private:
-    // The grid itself decides when an edit ends.
-    bool eventFilter(QObject *, QEvent *) override { return false; }
-
-    SpreadGrid *m_grid;
-};
 
 SpreadGrid::SpreadGrid(QWidget *parent)
     : QTableView(parent)

@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QSignalSpy>
 #include <functional>
+#include <set>
 
 namespace {
 
@@ -328,4 +329,40 @@ TEST_F(SpreadGridTest, RowsComeAndGoWhileRedrawIsOff)
             shown += grid.model()->index(row, 0).data().toString();
         EXPECT_EQ(shown.join('-'), rows) << what;
     }
+}
+
+TEST_F(SpreadGridTest, ACellIsPaintedInItsColoursAndStaysInItsRoom)
+{
+    constexpr QRgb Silver = qRgb(0xC0, 0xC0, 0xC0);
+    grid.Model().SetRowText(2, QString("積層セラミックコンデンサ").repeated(9) + "\r\n\r\n二行目");
+    grid.Model().SetRowText(5, "\t\t\tx\t");
+    grid.SetBlock(1, 5, 5, 5);
+    grid.SetBlockMode(true);
+    grid.SetBackColor(Silver);
+    grid.SetBlockMode(false);
+    grid.selectRow(8);
+    grid.SetCurrentCell(1, 12);
+    grid.Perform(SpreadGrid::Action::ActivateCell);
+
+    const QImage picture = grid.viewport()->grab().toImage();
+    const auto colours = [&](int column, int row) {
+        const QRect cell = grid.visualRect(grid.Model().index(row - 1, column - 1));
+        std::set<QRgb> found;
+        for (int y = cell.top() + 1; y < cell.bottom(); ++y)
+            for (int x = cell.left() + 1; x < cell.right(); ++x)
+                found.insert(picture.pixel(x, y) | 0xFF000000);
+        return found;
+    };
+    const QRgb white = grid.palette().color(QPalette::Base).rgb();
+    EXPECT_EQ(colours(2, 2), std::set{white}) << "beside a text that is too wide";
+    EXPECT_EQ(colours(2, 5), std::set{Silver});
+    EXPECT_TRUE(colours(1, 2).contains(white));
+    EXPECT_GT(colours(1, 2).size(), 2u) << "the text";
+    EXPECT_TRUE(colours(1, 9).contains(grid.palette().color(QPalette::Highlight).rgb()));
+    EXPECT_TRUE(colours(1, 12).contains(grid.palette().color(QPalette::WindowText).rgb()));
+    const QImage before = picture.copy(grid.visualRect(grid.Model().index(2, 0)));
+    grid.Model().SetRowText(2, {});
+    const QImage after = grid.viewport()->grab().toImage();
+    EXPECT_EQ(before, after.copy(grid.visualRect(grid.Model().index(2, 0))))
+        << "nothing of the row above stands in the next";
 }

@@ -1,0 +1,90 @@
+#include "grid/CellDelegate.h"
+
+#include "grid/SpreadGrid.h"
+
+#include <QPainter>
+#include <QTextLayout>
+
+namespace {
+
+constexpr int SideMargin = 3;
+constexpr int TopMargin = 1;
+
+QPalette::ColorGroup GroupOf(QStyle::State state)
+{
+    if (!(state & QStyle::State_Enabled))
+        return QPalette::Disabled;
+    return state & QStyle::State_Active ? QPalette::Normal : QPalette::Inactive;
+}
+
+/// Paints one line of text; what is too wide for the room ends in "…".
+void PaintLine(QPainter *painter, const QStyleOptionViewItem &option, const QString &text,
+               const QRect &room, Qt::Alignment alignment)
+{
+    constexpr double AnyWidth = 1e6;
+    QTextLayout layout(text, option.font);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(AnyWidth);
+    layout.endLayout();
+    const double width = line.naturalTextWidth();
+    if (width > room.width()) {
+        const QFontMetrics &metrics = option.fontMetrics;
+        painter->drawText(QPointF(room.left(), room.top() + metrics.ascent()),
+                          metrics.elidedText(text, Qt::ElideRight, room.width()));
+        return;
+    }
+    const bool isRight = alignment & Qt::AlignRight;
+    layout.draw(painter, {room.left() + (isRight ? room.width() - width : 0), double(room.top())});
+}
+
+} // namespace
+
+CellDelegate::CellDelegate(SpreadGrid *grid)
+    : QStyledItemDelegate(grid)
+    , m_grid(grid)
+{
+}
+
+QWidget *CellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                                    const QModelIndex &index) const
+{
+    return m_grid->BeginEdit(parent, index);
+}
+
+void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                         const QModelIndex &index) const
+{
+    // Qt's own way prepares each text twice, to measure it and to draw it: half of a picture's time.
+    const QRect &cell = option.rect;
+    const CellStyle &style = m_grid->Model().Style(index.column() + 1, index.row() + 1);
+    const bool isSelected = option.state & QStyle::State_Selected;
+    const auto group = GroupOf(option.state);
+    if (isSelected)
+        painter->fillRect(cell, option.palette.brush(group, QPalette::Highlight));
+    else if (style.backColor)
+        painter->fillRect(cell, QColor(*style.backColor));
+    painter->setPen(isSelected        ? option.palette.color(group, QPalette::HighlightedText)
+                    : style.foreColor ? QColor(*style.foreColor)
+                                      : option.palette.color(group, QPalette::Text));
+
+    const auto alignment = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
+    const QStringList lines = index.data().toString().split('\n');
+    const int lineHeight = option.fontMetrics.lineSpacing();
+    const int height = lineHeight * int(lines.size());
+    QRect room = cell.adjusted(SideMargin, TopMargin, -SideMargin, 0);
+    if (alignment & Qt::AlignVCenter)
+        room.setTop(cell.top() + (cell.height() - height) / 2);
+    for (const QString &line : lines) {
+        if (room.top() + lineHeight > cell.bottom() + 1 && room.top() > cell.top() + TopMargin)
+            break; // it would run into the next row
+        if (!line.isEmpty())
+            PaintLine(painter, option, line, room, alignment);
+        room.translate(0, lineHeight);
+    }
+
+    if (index == m_grid->currentIndex()) {
+        painter->setPen(QPen(option.palette.color(QPalette::WindowText), 2));
+        painter->drawRect(cell.adjusted(1, 1, -1, -1));
+    }
+}
