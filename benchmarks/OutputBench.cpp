@@ -83,7 +83,8 @@ public:
                      RegistrationCounts counts;
                      Registration(m_state.db, m_window->list).RegisterAnswers(counts);
                  }},
-            {.run =
+            {.prepare = [this] { TakeAnswersBack(); },
+             .run =
                  [this] {
                      UpdateEach(m_bare, m_orders,
                                 "UPDATE TLSP0010 SET AnsLimDate = '20270115', ShpDate = '20270113',"
@@ -106,7 +107,6 @@ public:
                      LoadAndSetDates();
                      RegistrationCounts counts;
                      Registration(m_state.db, m_window->list).RegisterAnswers(counts);
-                     m_window->grid.selectAll();
                  },
              .run =
                  [this] {
@@ -116,7 +116,8 @@ public:
                      if (creation.Count().records != int(m_orders.size()))
                          throw std::runtime_error("not every order got its record");
                  }},
-            {.run =
+            {.prepare = [this] { TakeAnswersBack(); },
+             .run =
                  [&] {
                      UpdateEach(m_bare, m_orders,
                                 "UPDATE TLSP0010 SET AnsLimUmu = 3, UpdPGName = 'TL030101',"
@@ -128,16 +129,23 @@ public:
     }
 
 private:
-    /// Loads the customer's lines and gives each another date than it has.
-    void LoadAndSetDates()
+    /// Makes the customer's lines such as nobody has answered.
+    void TakeAnswersBack()
     {
         m_bare.ExecuteNative("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
                              + m_customer + "'");
+    }
+
+    /// Loads the customer's lines and gives each another date than it has.
+    void LoadAndSetDates()
+    {
+        TakeAnswersBack();
         m_window = std::make_unique<BenchWindow>();
         m_window->grid.SetRedraw(false);
         LoadList(m_state.db, BenchDatabase::CustomerOf(m_sizes.orders), m_window->list);
         m_window->grid.SetRedraw(true);
         m_window->grid.selectAll();
+        m_window->grid.SetRedraw(false); // as during the whole run of the program
         SetAnswerDates(m_window->list, "20270115");
     }
 
