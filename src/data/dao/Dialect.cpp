@@ -8,7 +8,8 @@ namespace {
 
 enum class Kind { Blank, Word, Number, Literal, Unclosed, Symbol };
 
-/// One token. A literal's text is its content without quotes.
+/// One token. A literal's text is its content without quotes. Texts that stand in the statement as
+/// they are point into it.
 struct Token
 {
     Kind kind;
@@ -33,34 +34,42 @@ bool IsWordPart(QChar c)
     return c.isLetterOrNumber() || c == '_' || c == '$';
 }
 
+QString PieceOf(QStringView sql, qsizetype start, qsizetype end)
+{
+    return QString::fromRawData(sql.data() + start, end - start);
+}
+
 /// Reads the literal that begins at `at` with its quote; doubled quotes stand for one.
 Token ReadLiteral(QStringView sql, qsizetype &at)
 {
     const QChar quote = sql[at++];
     Token token{Kind::Literal, {}};
-    for (; at < sql.size(); ++at) {
-        if (sql[at] == quote) {
-            if (at + 1 == sql.size() || sql[at + 1] != quote) {
-                ++at;
-                return token;
-            }
-            ++at;
+    for (;;) {
+        const qsizetype end = sql.indexOf(quote, at);
+        const QString piece = PieceOf(sql, at, end < 0 ? sql.size() : end);
+        token.text = token.text.isEmpty() ? piece : token.text + piece;
+        at = end < 0 ? sql.size() : end + 1;
+        if (end < 0) {
+            token.kind = Kind::Unclosed;
+            return token;
         }
-        token.text += sql[at];
+        if (at == sql.size() || sql[at] != quote)
+            return token;
+        token.text += quote;
+        ++at;
     }
-    token.kind = Kind::Unclosed;
-    return token;
 }
 
 Tokens Tokenize(QStringView sql)
 {
     Tokens tokens;
+    tokens.reserve(size_t(sql.size()) / 3);
     qsizetype at = 0;
     const auto take = [&](Kind kind, auto &&belongs) {
         const qsizetype start = at++;
         while (at < sql.size() && belongs(sql[at]))
             ++at;
-        tokens.push_back({kind, sql.mid(start, at - start).toString()});
+        tokens.push_back({kind, PieceOf(sql, start, at)});
     };
     while (at < sql.size()) {
         const QChar c = sql[at];
@@ -123,6 +132,7 @@ std::optional<QString> ReadConstant(const Tokens &tokens, qsizetype &at)
 Tokens JoinConstants(const Tokens &tokens)
 {
     Tokens joined;
+    joined.reserve(tokens.size());
     for (qsizetype at = 0; at < qsizetype(tokens.size());) {
         auto text = ReadConstant(tokens, at);
         if (!text) {
@@ -202,6 +212,7 @@ qsizetype OperandStart(const Tokens &tokens, qsizetype end)
 Tokens TranslateLike(const Tokens &tokens)
 {
     Tokens result;
+    result.reserve(tokens.size());
     for (qsizetype at = 0; at < qsizetype(tokens.size()); ++at) {
         const qsizetype pattern = SkipBlanks(tokens, at + 1);
         if (!tokens[at].Is(u"LIKE") || pattern >= qsizetype(tokens.size())
@@ -348,18 +359,21 @@ QString NativeName(const QString &word)
 {
     static constexpr struct
     {
-        const char *name;
+        QLatin1String name;
         const char *native;
-    } functions[] = {{"CHR", "char"}, {"CHR$", "char"}, {"LEFT$", "left_text"}};
-    for (const auto &function : functions)
-        if (word.compare(QLatin1String(function.name), Qt::CaseInsensitive) == 0)
-            return function.native;
+    } functions[] = {{QLatin1String("CHR"), "char"},
+                     {QLatin1String("CHR$"), "char"},
+                     {QLatin1String("LEFT$"), "left_text"}};
+    for (const auto &[name, native] : functions)
+        if (word.size() == name.size() && word.compare(name, Qt::CaseInsensitive) == 0)
+            return native;
     return word;
 }
 
-QString ToText(const Tokens &tokens)
+QString ToText(const Tokens &tokens, qsizetype expectedLength)
 {
     QString sql;
+    sql.reserve(expectedLength);
     for (const Token &token : tokens) {
         // Two literals side by side would be one with a quote in it.
         if (token.kind == Kind::Literal)
@@ -382,5 +396,5 @@ QString ToSqlite(const QString &statement)
     tokens = TranslateLike(JoinConstants(tokens));
     TranslateTop(tokens);
     TranslateUpdateJoin(tokens);
-    return ToText(tokens);
+    return ToText(tokens, 2 * statement.size());
 }
