@@ -78,7 +78,7 @@ void BenchLoadPerLine(const Sizes &sizes, bDAO &db, std::vector<Measurement> &re
             continue;
         Measurement result = CompareTimes(
             QString("list load per line, %L1 against %L2 lines").arg(size).arg(standard), 1.2,
-            LoadWork(db, size), LoadWork(db, standard), 5);
+            LoadWork(db, size), LoadWork(db, standard));
         result.unit = "us";
         result.ours *= 1000.0 / size;
         result.bare *= 1000.0 / standard;

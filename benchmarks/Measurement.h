@@ -32,7 +32,7 @@ struct TimedWork
 
 /// Runs both in turn, `rounds` times after one round not counted, and takes the median of each.
 Measurement CompareTimes(const QString &what, double goal, const TimedWork &ours,
-                         const TimedWork &bare, int rounds = 5);
+                         const TimedWork &bare, int rounds = 9);
 
 /// Bytes that the process has allocated.
 double AllocatedBytes();

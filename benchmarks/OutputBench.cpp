@@ -83,7 +83,7 @@ public:
                      RegistrationCounts counts;
                      Registration(m_state.db, m_window->list).RegisterAnswers(counts);
                  }},
-            {.prepare = [this] { TakeAnswersBack(); },
+            {.prepare = [this] { LoadAndSetDates(); },
              .run =
                  [this] {
                      UpdateEach(m_bare, m_orders,
@@ -102,12 +102,7 @@ public:
         SetMsgBoxHandler([](const MessageBoxRequest &) { return BoxButton::Ok; });
         results.push_back(CompareTimes(
             QString("creation of %L1 orders, records and marks").arg(m_orders.size()), 1.5,
-            {.prepare =
-                 [this] {
-                     LoadAndSetDates();
-                     RegistrationCounts counts;
-                     Registration(m_state.db, m_window->list).RegisterAnswers(counts);
-                 },
+            {.prepare = [this] { LoadAndRegister(); },
              .run =
                  [this] {
                      AnswerCreation creation(m_state.db, m_state.files, m_window->list,
@@ -116,7 +111,7 @@ public:
                      if (creation.Count().records != int(m_orders.size()))
                          throw std::runtime_error("not every order got its record");
                  }},
-            {.prepare = [this] { TakeAnswersBack(); },
+            {.prepare = [this] { LoadAndRegister(); },
              .run =
                  [&] {
                      UpdateEach(m_bare, m_orders,
@@ -129,17 +124,11 @@ public:
     }
 
 private:
-    /// Makes the customer's lines such as nobody has answered.
-    void TakeAnswersBack()
-    {
-        m_bare.ExecuteNative("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
-                             + m_customer + "'");
-    }
-
     /// Loads the customer's lines and gives each another date than it has.
     void LoadAndSetDates()
     {
-        TakeAnswersBack();
+        m_bare.ExecuteNative("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
+                             + m_customer + "'");
         m_window = std::make_unique<BenchWindow>();
         m_window->grid.SetRedraw(false);
         LoadList(m_state.db, BenchDatabase::CustomerOf(m_sizes.orders), m_window->list);
@@ -147,6 +136,14 @@ private:
         m_window->grid.selectAll();
         m_window->grid.SetRedraw(false); // as during the whole run of the program
         SetAnswerDates(m_window->list, "20270115");
+    }
+
+    /// What a creation begins with.
+    void LoadAndRegister()
+    {
+        LoadAndSetDates();
+        RegistrationCounts counts;
+        Registration(m_state.db, m_window->list).RegisterAnswers(counts);
     }
 
     const Sizes &m_sizes;

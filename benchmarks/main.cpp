@@ -1,5 +1,7 @@
 #include "Benches.h"
 
+#include "app/Desktop.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
@@ -20,9 +22,9 @@ const Sizes Full = {.folder = {},
                     .products = 50'000};
 
 const Sizes Quick = {.folder = {},
-                     .database = 60'000,
+                     .database = 80'000,
                      .smallDatabase = 10'000,
-                     .lists = {1'000, 5'000, 20'000},
+                     .lists = {1'000, 10'000, 20'000},
                      .longest = 100'000,
                      .list = 20'000,
                      .search = 2'000,
@@ -50,6 +52,7 @@ int main(int argc, char **argv)
         return ShowFirstWindow(argv[2], QString::fromLocal8Bit(argv[3]), argc, argv);
 
     QApplication application(argc, argv);
+    PrepareDesktop(application);
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "Times the program against the bare minimum for the same work.");

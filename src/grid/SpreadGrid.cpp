@@ -163,7 +163,9 @@ void SpreadGrid::SetRowHeight(int, double height)
 void SpreadGrid::SetRedraw(bool isOn)
 {
     m_model.SetNotifying(isOn);
-    setUpdatesEnabled(isOn);
+    // The headings stay as they are.
+    viewport()->setUpdatesEnabled(isOn);
+    verticalHeader()->setUpdatesEnabled(isOn);
 }
 
 void SpreadGrid::SetForeColor(QRgb color)

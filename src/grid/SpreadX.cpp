@@ -259,13 +259,15 @@ void SpreadX::AddNewRow(std::optional<int> row, int &newRow)
         ShowError("挿入行指定エラー");
         return;
     }
-    if (m_grid->RowCount() <= m_itemCount)
+    const bool isSpare = m_grid->RowCount() > m_itemCount; // one that MinLines keeps
+    if (!isSpare)
         m_grid->SetRowCount(m_grid->RowCount() + 1);
     if (target <= m_itemCount) {
         SelectRow(target);
         m_grid->Perform(Action::InsertRow);
+    } else if (isSpare) {
+        ClearRowText(target);
     }
-    ClearRowText(target);
     m_grid->SetRowHeight(target, m_lineHeight);
     ++m_itemCount;
     newRow = target;

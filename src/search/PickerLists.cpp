@@ -39,12 +39,18 @@ int FillRows(bDAO &db, Recordset &rows, const QStringList &columns, SpreadX &gri
     int wanted = 0;
     std::vector<QString> cells(fields.size());
     for (int row = 1; !db.IsEOF(&rows); ++row, db.MoveNext(rows)) {
-        QString text;
+        qsizetype length = 0;
         for (size_t at = 0; at < fields.size(); ++at) {
             cells[at] = RTrim(rows.Text(fields[at]));
-            text += cells[at].replace('\t', ' '); // a tab would end the cell
-            if (at + 1 < fields.size())
+            cells[at].replace('\t', ' '); // a tab would end the cell
+            length += cells[at].size() + 1;
+        }
+        QString text;
+        text.reserve(length);
+        for (size_t at = 0; at < cells.size(); ++at) {
+            if (at > 0)
                 text += '\t';
+            text += cells[at];
         }
         grid.AddItem(text);
         if (wanted == 0 && isWanted(cells[0], cells[1]))

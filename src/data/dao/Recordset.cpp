@@ -74,18 +74,20 @@ void Recordset::ReadRow(sqlite3_stmt *statement)
 {
     const int fields = int(m_names.size());
     for (int field = 0; field < fields; ++field) {
-        const int type = sqlite3_column_type(statement, field);
+        // The connection has no locks, being one thread's own, and so its values are read directly.
+        sqlite3_value *value = sqlite3_column_value(statement, field);
+        const int type = sqlite3_value_type(value);
         char *at = m_block.Room(1 + LongestNumber);
         *at++ = char(type);
         if (type == SQLITE_INTEGER) {
-            at = WriteNumber(at, WithoutSign(sqlite3_column_int64(statement, field)));
+            at = WriteNumber(at, WithoutSign(sqlite3_value_int64(value)));
         } else if (type == SQLITE_FLOAT) {
-            const double value = sqlite3_column_double(statement, field);
-            std::memcpy(at, &value, sizeof value);
-            at += sizeof value;
+            const double number = sqlite3_value_double(value);
+            std::memcpy(at, &number, sizeof number);
+            at += sizeof number;
         } else if (type != SQLITE_NULL) {
-            const void *bytes = sqlite3_column_blob(statement, field);
-            const auto length = size_t(sqlite3_column_bytes(statement, field));
+            const void *bytes = sqlite3_value_blob(value);
+            const auto length = size_t(sqlite3_value_bytes(value));
             m_block.WroteTo(WriteNumber(at, length));
             at = m_block.Room(length);
             if (length > 0)
