@@ -28,6 +28,9 @@ void BenchStart(const Sizes &sizes, std::vector<Measurement> &results);
 /// The large database of these sizes.
 BenchDatabase LargeDatabase(const Sizes &sizes);
 
+/// The database that the longest list fills.
+BenchDatabase LongestDatabase(const Sizes &sizes);
+
 /// Run in a process of its own: shows the search screen ("search"), an empty window ("empty") or
 /// one with a Japanese word ("word"), and ends when it has been painted.
 int ShowFirstWindow(const QString &which, const QString &folder, int argc, char **argv);

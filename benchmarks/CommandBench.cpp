@@ -7,6 +7,7 @@
 #include "output/PreOutputChecks.h"
 
 #include <memory>
+#include <stdexcept>
 
 namespace {
 
@@ -15,7 +16,9 @@ std::unique_ptr<BenchWindow> LoadedWindow(bDAO &db, int lines)
 {
     auto window = std::make_unique<BenchWindow>();
     window->grid.SetRedraw(false);
-    LoadList(db, BenchDatabase::CustomerOf(lines), window->list);
+    const LoadedList loaded = LoadList(db, BenchDatabase::CustomerOf(lines), window->list);
+    if (loaded.lineCount != lines)
+        throw std::runtime_error("the list has another number of lines");
     window->grid.SetRedraw(true);
     window->Paint();
     return window;
@@ -91,6 +94,38 @@ void BenchChecks(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results
                      }}));
 }
 
+/// Everything selected, another date set and checked, as before the answers are made.
+void SetAndCheck(BenchWindow &window, const QString &date)
+{
+    window.grid.selectAll();
+    window.list.SetRedraw(false);
+    SetAnswerDates(window.list, date);
+    int participants = 0;
+    RunPreOutputChecks(window.list, [](const QString &) {}, participants);
+    window.list.SetRedraw(true);
+    window.Paint();
+    if (participants != window.list.RowCount())
+        throw std::runtime_error("not every row took part");
+}
+
+/// The longest list must cost no more per line than a long one.
+void BenchLongRun(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results)
+{
+    ProgramState longestState;
+    LongestDatabase(sizes).Open(longestState);
+    const auto longest = LoadedWindow(longestState.db, sizes.longest);
+    const auto standard = LoadedWindow(db, sizes.list);
+    int day = 10;
+    results.push_back(PerLine(
+        CompareTimes(
+            QString("date and checks per line, %L1 against %L2 lines")
+                .arg(sizes.longest)
+                .arg(sizes.list),
+            1.2, {.run = [&] { SetAndCheck(*longest, QString("202701%1").arg(day++)); }},
+            {.run = [&] { SetAndCheck(*standard, QString("202702%1").arg(day)); }}, 5),
+        sizes.longest, sizes.list));
+}
+
 } // namespace
 
 void BenchCommands(const Sizes &sizes, std::vector<Measurement> &results)
@@ -100,4 +135,5 @@ void BenchCommands(const Sizes &sizes, std::vector<Measurement> &results)
     BenchSetDates(sizes, state.db, results);
     BenchSplit(sizes, state.db, results);
     BenchChecks(sizes, state.db, results);
+    BenchLongRun(sizes, state.db, results);
 }

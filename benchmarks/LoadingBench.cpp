@@ -76,13 +76,11 @@ void BenchLoadPerLine(const Sizes &sizes, bDAO &db, std::vector<Measurement> &re
     for (const int size : sizes.lists) {
         if (size == standard)
             continue;
-        Measurement result = CompareTimes(
-            QString("list load per line, %L1 against %L2 lines").arg(size).arg(standard), 1.2,
-            LoadWork(db, size), LoadWork(db, standard));
-        result.unit = "us";
-        result.ours *= 1000.0 / size;
-        result.bare *= 1000.0 / standard;
-        results.push_back(result);
+        results.push_back(PerLine(
+            CompareTimes(
+                QString("list load per line, %L1 against %L2 lines").arg(size).arg(standard), 1.2,
+                LoadWork(db, size), LoadWork(db, standard)),
+            size, standard));
     }
 }
 
@@ -101,18 +99,14 @@ Measurement WorstTurn(const QString &what, Turn &&turn)
 /// The longest list: its load per line, then how it answers scrolling and keys.
 void BenchLongestList(const Sizes &sizes, bDAO &standardDb, std::vector<Measurement> &results)
 {
-    // Every line has an order of its own, so many lines of the demo data fall away.
-    const BenchDatabase longest(sizes.folder, 2 * sizes.longest, {sizes.longest});
     ProgramState state;
-    longest.Open(state);
+    LongestDatabase(sizes).Open(state);
     const int standard = sizes.lists[1];
-    Measurement result = CompareTimes(
-        QString("list load per line, %L1 against %L2 lines").arg(sizes.longest).arg(standard), 1.2,
-        LoadWork(state.db, sizes.longest), LoadWork(standardDb, standard), 3);
-    result.unit = "us";
-    result.ours *= 1000.0 / sizes.longest;
-    result.bare *= 1000.0 / standard;
-    results.push_back(result);
+    results.push_back(PerLine(
+        CompareTimes(
+            QString("list load per line, %L1 against %L2 lines").arg(sizes.longest).arg(standard),
+            1.2, LoadWork(state.db, sizes.longest), LoadWork(standardDb, standard), 3),
+        sizes.longest, standard));
 
     BenchWindow window;
     Load(state.db, sizes.longest, window);
@@ -211,6 +205,12 @@ BenchDatabase LargeDatabase(const Sizes &sizes)
     if (std::find(customers.begin(), customers.end(), sizes.orders) == customers.end())
         customers.push_back(sizes.orders);
     return BenchDatabase(sizes.folder, sizes.database, customers);
+}
+
+BenchDatabase LongestDatabase(const Sizes &sizes)
+{
+    // Every line has an order of its own, so many lines of the demo data fall away.
+    return BenchDatabase(sizes.folder, 2 * sizes.longest, {sizes.longest});
 }
 
 void BenchLoading(const Sizes &sizes, std::vector<Measurement> &results)

@@ -51,6 +51,15 @@ Measurement CompareTimes(const QString &what, double goal, const TimedWork &ours
     return {what, "ms", Median(oursTimes), Median(bareTimes), goal};
 }
 
+Measurement PerLine(Measurement lists, int oursLines, int bareLines)
+{
+    constexpr double MicrosecondsPerMs = 1000;
+    lists.unit = "us";
+    lists.ours *= MicrosecondsPerMs / oursLines;
+    lists.bare *= MicrosecondsPerMs / bareLines;
+    return lists;
+}
+
 double AllocatedBytes()
 {
     const struct mallinfo2 info = mallinfo2();

@@ -34,6 +34,9 @@ struct TimedWork
 Measurement CompareTimes(const QString &what, double goal, const TimedWork &ours,
                          const TimedWork &bare, int rounds = 9);
 
+/// Times of two whole lists as microseconds a line.
+Measurement PerLine(Measurement lists, int oursLines, int bareLines);
+
 /// Bytes that the process has allocated.
 double AllocatedBytes();
 
