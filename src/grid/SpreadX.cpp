@@ -14,39 +14,38 @@ using Action = SpreadGrid::Action;
 
 constexpr QChar LineSeparator('\r');
 
-/// Block mode on for a while, then as it was.
-class BlockModeScope
+/// A setting of the grid changed for a while, then as it was.
+class SettingScope
 {
 public:
-    explicit BlockModeScope(SpreadGrid *grid)
+    using Setter = void (SpreadGrid::*)(bool);
+
+    SettingScope(SpreadGrid *grid, Setter set, bool before, bool now)
         : m_grid(grid)
-        , m_before(grid->BlockMode())
+        , m_set(set)
+        , m_before(before)
     {
-        grid->SetBlockMode(true);
+        (m_grid->*m_set)(now);
     }
-    ~BlockModeScope() { m_grid->SetBlockMode(m_before); }
+    ~SettingScope() { (m_grid->*m_set)(m_before); }
+    SettingScope(const SettingScope &) = delete;
+    SettingScope &operator=(const SettingScope &) = delete;
 
 private:
     SpreadGrid *m_grid;
+    Setter m_set;
     bool m_before;
 };
 
-/// Redraw off for a while, then as it was.
-class NoRedrawScope
+SettingScope BlockModeOn(SpreadGrid *grid)
 {
-public:
-    explicit NoRedrawScope(SpreadGrid *grid)
-        : m_grid(grid)
-        , m_before(grid->Redraw())
-    {
-        grid->SetRedraw(false);
-    }
-    ~NoRedrawScope() { m_grid->SetRedraw(m_before); }
+    return {grid, &SpreadGrid::SetBlockMode, grid->BlockMode(), true};
+}
 
-private:
-    SpreadGrid *m_grid;
-    bool m_before;
-};
+SettingScope RedrawOff(SpreadGrid *grid)
+{
+    return {grid, &SpreadGrid::SetRedraw, grid->Redraw(), false};
+}
 
 /// Splits at tabs; what follows the last tab is split at ";".
 QStringList SplitItems(const QString &text)
@@ -103,7 +102,7 @@ void SpreadX::SetMinLines(int count)
     m_minLines = count;
     if (m_grid->RowCount() == count)
         return;
-    const NoRedrawScope noRedraw(m_grid);
+    const auto redraw = RedrawOff(m_grid);
     m_grid->SetRowCount(m_grid->RowCount() < count ? count : std::max(m_itemCount, count));
 }
 
@@ -246,7 +245,7 @@ void SpreadX::SelectRow(int row)
 void SpreadX::ClearRowText(int row)
 {
     SelectRow(row);
-    const BlockModeScope blockMode(m_grid);
+    const auto blockMode = BlockModeOn(m_grid);
     m_grid->Perform(Action::ClearText);
 }
 
@@ -322,7 +321,7 @@ void SpreadX::Clear(int column1, int column2, int row1, int row2)
 {
     if (!CheckComponent())
         return;
-    const NoRedrawScope noRedraw(m_grid);
+    const auto redraw = RedrawOff(m_grid);
     m_grid->SetRowCount(m_minLines);
     m_itemCount = 0;
     if (m_minLines < 1)
@@ -330,7 +329,7 @@ void SpreadX::Clear(int column1, int column2, int row1, int row2)
     const auto [firstColumn, lastColumn] = Range(column1, column2, m_grid->ColumnCount());
     const auto [firstRow, lastRow] = Range(row1, row2, m_grid->RowCount());
     m_grid->SetBlock(firstColumn, firstRow, lastColumn, std::min(lastRow, m_grid->RowCount()));
-    const BlockModeScope blockMode(m_grid);
+    const auto blockMode = BlockModeOn(m_grid);
     m_grid->Perform(Action::ClearText);
 }
 
@@ -358,7 +357,7 @@ void SpreadX::SetForeColor(QRgb color, int row, int column)
     if (!CheckComponent())
         return;
     m_grid->SetBlock(column, row, column, row);
-    const BlockModeScope blockMode(m_grid);
+    const auto blockMode = BlockModeOn(m_grid);
     m_grid->SetForeColor(color);
 }
 
@@ -367,7 +366,7 @@ void SpreadX::SetBackColor(QRgb color, int row, int column)
     if (!CheckComponent())
         return;
     m_grid->SetBlock(column, row, column, row);
-    const BlockModeScope blockMode(m_grid);
+    const auto blockMode = BlockModeOn(m_grid);
     m_grid->SetBackColor(color);
 }
 
@@ -402,7 +401,7 @@ void SpreadX::SetLockCell(bool isLocked, int column1, int row1, int column2, int
     const auto [firstColumn, lastColumn] = Range(column1, column2, m_grid->ColumnCount());
     const auto [firstRow, lastRow] = Range(row1, row2, m_grid->RowCount());
     m_grid->SetBlock(firstColumn, firstRow, lastColumn, lastRow);
-    const BlockModeScope blockMode(m_grid);
+    const auto blockMode = BlockModeOn(m_grid);
     m_grid->SetLock(isLocked);
 }
 
