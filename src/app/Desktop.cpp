@@ -13,9 +13,11 @@ void PrepareDesktop(QApplication &application)
     application.setQuitOnLastWindowClosed(false); // the screens take turns
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
 
-    // A Japanese face first: other faces draw the same characters in their Chinese shapes.
+    // A Japanese face first: other faces draw the same characters in their Chinese shapes. One with
+    // TrueType outlines: it comes faster and is drawn in half the time of one with PostScript's,
+    // and its lines are lower.
     const QStringList installed = QFontDatabase::families();
-    for (const char *family : {"Noto Sans CJK JP", "IPAexGothic", "IPAGothic", "TakaoGothic"}) {
+    for (const char *family : {"IPAexGothic", "IPAGothic", "TakaoGothic", "Noto Sans CJK JP"}) {
         if (!installed.contains(QLatin1String(family)))
             continue;
         QFont font(QString::fromLatin1(family));
