@@ -3,6 +3,7 @@
 #include "grid/SpreadGrid.h"
 
 #include <QPainter>
+#include <utility>
 
 namespace {
 
@@ -30,40 +31,52 @@ QWidget *CellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     return m_grid->BeginEdit(parent, index);
 }
 
-const QStaticText &CellDelegate::Prepared(const QString &text, const QFont &font) const
+/// The text as glyphs of the font, one behind the other; none where the font lacks one of them.
+QGlyphRun CellDelegate::Glyphs(const QString &text, const QFont &font) const
 {
-    if (font != m_font)
-        m_lines.clear();
-    m_font = font;
-    if (const QStaticText *known = m_lines.object(text))
-        return *known;
-    auto *line = new QStaticText(text);
-    line->setTextFormat(Qt::PlainText);
-    line->prepare({}, font);
-    m_lines.insert(text, line);
-    return *line;
+    if (!m_face.isValid() || font != m_font) {
+        m_face = QRawFont::fromFont(font);
+        m_font = font;
+    }
+    const QList<quint32> glyphs = m_face.glyphIndexesForString(text);
+    if (glyphs.contains(0))
+        return {};
+    QList<QPointF> positions = m_face.advancesForGlyphIndexes(glyphs);
+    double width = 0;
+    for (QPointF &position : positions)
+        width += std::exchange(position, {width, 0}).x();
+    QGlyphRun run;
+    run.setRawFont(m_face);
+    run.setGlyphIndexes(glyphs);
+    run.setPositions(positions);
+    run.setBoundingRect({0, -m_face.ascent(), width, m_face.ascent() + m_face.descent()});
+    return run;
 }
 
 /// Paints one line of text; what is too wide for the room ends in "…".
 void CellDelegate::PaintLine(QPainter *painter, const QStyleOptionViewItem &option,
                              const QString &text, const QRect &room, Qt::Alignment alignment) const
 {
-    const QStaticText &line = Prepared(text, option.font);
-    const double width = line.size().width();
+    const QGlyphRun glyphs = Glyphs(text, option.font);
+    const double width = glyphs.isEmpty() ? option.fontMetrics.horizontalAdvance(text)
+                                          : glyphs.boundingRect().width();
+    QPointF start(room.left(), room.top() + option.fontMetrics.ascent());
     if (width > room.width()) {
-        painter->drawText(QPointF(room.left(), room.top() + option.fontMetrics.ascent()),
-                          option.fontMetrics.elidedText(text, Qt::ElideRight, room.width()));
+        painter->drawText(start, option.fontMetrics.elidedText(text, Qt::ElideRight, room.width()));
         return;
     }
-    const bool isRight = alignment & Qt::AlignRight;
-    painter->drawStaticText(QPointF(room.left() + (isRight ? room.width() - width : 0), room.top()),
-                            line);
+    if (alignment & Qt::AlignRight)
+        start.rx() += room.width() - width;
+    if (glyphs.isEmpty())
+        painter->drawText(start, text);
+    else
+        painter->drawGlyphRun(start, glyphs);
 }
 
 void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                          const QModelIndex &index) const
 {
-    // Qt's own way prepares each text twice, to measure it and to draw it, in every picture.
+    // Qt's own way lays each text out twice, to measure it and to draw it.
     painter->setFont(option.font);
     const QRect &cell = option.rect;
     const CellStyle &style = m_grid->Model().Style(index.column() + 1, index.row() + 1);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QCache>
-#include <QStaticText>
+#include <QGlyphRun>
+#include <QRawFont>
 #include <QStyledItemDelegate>
 
 class SpreadGrid;
@@ -24,14 +24,12 @@ private:
     // The grid itself decides when an edit ends.
     bool eventFilter(QObject *, QEvent *) override { return false; }
 
-    const QStaticText &Prepared(const QString &text, const QFont &font) const;
+    QGlyphRun Glyphs(const QString &text, const QFont &font) const;
     void PaintLine(QPainter *painter, const QStyleOptionViewItem &option, const QString &text,
                    const QRect &room, Qt::Alignment alignment) const;
 
     SpreadGrid *m_grid;
 
-    /// Lines of text made ready to be drawn: most of a picture's stand in it several times, or were
-    /// there before.
-    mutable QCache<QString, QStaticText> m_lines{2000};
-    mutable QFont m_font; ///< of those lines
+    mutable QRawFont m_face;
+    mutable QFont m_font; ///< of that face
 };
