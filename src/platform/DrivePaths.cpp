@@ -6,26 +6,35 @@
 
 namespace {
 
-/// The entry of `folder` that equals `name` but for its case; `name` itself when there is none.
+/// The entry of `folder` that equals `name` but for its case; `name` itself when it is there, or
+/// when there is none.
 QString ExistingName(const QString &folder, const QString &name)
 {
-    if (QFileInfo::exists(folder + '/' + name))
-        return name;
     const auto filters = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    for (const QString &entry : QDir(folder).entryList(filters))
-        if (entry.compare(name, Qt::CaseInsensitive) == 0)
-            return entry;
+    const QStringList entries = QDir(folder).entryList(filters);
+    if (!entries.contains(name))
+        for (const QString &entry : entries)
+            if (entry.compare(name, Qt::CaseInsensitive) == 0)
+                return entry;
     return name;
 }
 
-QString Resolve(const QString &root, const QString &rest)
+/// The path below `root`; only what is not there as it is written is looked for.
+QString Resolve(const QString &root, QStringList names)
 {
-    QString path = root;
-    while (path.size() > 1 && path.endsWith('/'))
-        path.chop(1);
-    for (const QString &name : rest.split('\\', Qt::SkipEmptyParts))
-        path += '/' + ExistingName(path, name);
-    return path;
+    const QString path = (QStringList(root) + names).join('/');
+    if (names.isEmpty() || QFileInfo::exists(path))
+        return path;
+    const QString name = names.takeLast();
+    const QString folder = Resolve(root, names);
+    return folder + '/' + ExistingName(folder, name);
+}
+
+QString Resolve(QString root, const QString &rest)
+{
+    while (root.size() > 1 && root.endsWith('/'))
+        root.chop(1);
+    return Resolve(root, rest.split('\\', Qt::SkipEmptyParts));
 }
 
 bool HasDrive(const QString &path)
