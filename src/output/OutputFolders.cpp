@@ -34,6 +34,18 @@ QStringList FolderNames(const QString &path, QChar separator)
     return names;
 }
 
+/// Makes the folders of a path that are missing; false when one can't be made.
+bool MakeFolders(const Files &files, const QStringList &names, QChar separator)
+{
+    QString folder = names[0];
+    for (const QString &name : names.sliced(1)) {
+        folder += separator + name;
+        if (!files.FolderExists(folder) && files.MakeFolder(folder) != RuntimeError::None)
+            return false;
+    }
+    return true;
+}
+
 /// Names the first customer that uses the path.
 QString CustomerOfPath(bDAO &db, const InfoKind &kind, const QString &path)
 {
@@ -100,14 +112,11 @@ bool CheckOutputFolder(const Files &files, const QString &filePath, QString &mes
     QStringList names = FolderNames(path, separator);
     if (names.isEmpty())
         names += "."; // a bare file name stands in the current folder
-    QString folder = names.takeFirst();
-    for (const QString &name : names) {
-        folder += separator + name;
-        if (!files.FolderExists(folder) && files.MakeFolder(folder) != RuntimeError::None) {
-            message = "ファイルを出力するフォルダが存在しません。\r\n"
-                      "出力フォルダの設定、属性を確認してください。";
-            return false;
-        }
+    const QString folder = names.join(separator);
+    if (!files.FolderExists(folder) && !MakeFolders(files, names, separator)) {
+        message = "ファイルを出力するフォルダが存在しません。\r\n"
+                  "出力フォルダの設定、属性を確認してください。";
+        return false;
     }
     const QString testFile = folder + separator + WritableTestFile;
     int error = RuntimeError::None;
