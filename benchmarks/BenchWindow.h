@@ -26,8 +26,8 @@ public:
         ShowAndWait(grid);
     }
 
-    /// Paints what has changed, as the event loop would.
-    void Paint() { grid.viewport()->repaint(); }
+    /// Lays out and paints what has changed: what the event loop does next.
+    void Paint() { QCoreApplication::processEvents(); }
 
     SpreadGrid grid;
     AnswerList list;

@@ -5,9 +5,40 @@
 #include <QHeaderView>
 #include <algorithm>
 
+namespace {
+
+/// The numbers of the rows, in room for the longest. Qt's own header measures two hundred of them
+/// whenever rows come or go.
+class RowHeader : public QHeaderView
+{
+public:
+    explicit RowHeader(QWidget *parent)
+        : QHeaderView(Qt::Vertical, parent)
+    {
+        setSectionsClickable(true);
+        setHighlightSections(true);
+        setSectionResizeMode(Fixed);
+        setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    }
+
+    QSize sizeHint() const override
+    {
+        constexpr qsizetype LeastDigits = 5; // so that few lists change the room
+        const int digits = int(std::max(LeastDigits, QString::number(count()).size()));
+        QFont selected = font();
+        selected.setBold(true);
+        const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
+        return {digits * QFontMetrics(selected).horizontalAdvance(QChar('0')) + 2 * margin, 0};
+    }
+};
+
+} // namespace
+
 SpreadGrid::SpreadGrid(QWidget *parent)
     : QTableView(parent)
 {
+    setVerticalHeader(new RowHeader(this));
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setModel(&m_model);
     setItemDelegate(new CellDelegate(this));
     setSelectionMode(ExtendedSelection);
@@ -21,8 +52,6 @@ SpreadGrid::SpreadGrid(QWidget *parent)
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setMinimumSectionSize(24);
     horizontalHeader()->setStretchLastSection(true);
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
     // A press on a heading leaves a cell in edit as one on another cell does.
     for (QHeaderView *header : {horizontalHeader(), verticalHeader()})
@@ -163,6 +192,8 @@ void SpreadGrid::SetRowHeight(int, double height)
 void SpreadGrid::SetRedraw(bool isOn)
 {
     m_model.SetNotifying(isOn);
+    if (isOn)
+        executeDelayedItemsLayout(); // else a first picture would be painted with the old one
     // The headings stay as they are.
     viewport()->setUpdatesEnabled(isOn);
     verticalHeader()->setUpdatesEnabled(isOn);
