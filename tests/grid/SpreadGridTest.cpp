@@ -5,6 +5,7 @@
 #include "support/WindowHands.h"
 
 #include <QClipboard>
+#include <QHeaderView>
 #include <QSignalSpy>
 #include <functional>
 #include <set>
@@ -328,6 +329,43 @@ TEST_F(SpreadGridTest, RowsComeAndGoWhileRedrawIsOff)
         for (int row = 0; row < grid.model()->rowCount(); ++row)
             shown += grid.model()->index(row, 0).data().toString();
         EXPECT_EQ(shown.join('-'), rows) << what;
+    }
+}
+
+/// Counts the pictures of a widget.
+class PictureCount : public QObject
+{
+public:
+    explicit PictureCount(QWidget *widget) { widget->installEventFilter(this); }
+
+    int count = 0;
+
+private:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+TEST_F(SpreadGridTest, ALongListTakesOnePictureAndItsNumbersFit)
+{
+    QCoreApplication::processEvents();
+    const QRect room = grid.viewport()->geometry();
+    for (const auto &[rows, keepsRoom] : {std::pair(90'000, true), std::pair(900'000, false)}) {
+        PictureCount pictures(grid.viewport());
+        grid.SetRedraw(false);
+        grid.SetRowCount(rows);
+        grid.SetRedraw(true);
+        for (int turn = 0; turn < 3; ++turn)
+            QCoreApplication::processEvents();
+        EXPECT_EQ(pictures.count == 1, keepsRoom) << rows;
+        EXPECT_EQ(grid.viewport()->geometry() == room, keepsRoom) << rows;
+        QFont selected = grid.verticalHeader()->font();
+        selected.setBold(true);
+        EXPECT_GT(grid.verticalHeader()->width(),
+                  QFontMetrics(selected).horizontalAdvance(QString::number(rows)))
+            << rows;
     }
 }
 
