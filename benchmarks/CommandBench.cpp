@@ -101,7 +101,8 @@ void SetAndCheck(BenchWindow &window, const QString &date)
     window.list.SetRedraw(false);
     SetAnswerDates(window.list, date);
     int participants = 0;
-    RunPreOutputChecks(window.list, [](const QString &) {}, participants);
+    RunPreOutputChecks(
+        window.list, [](const QString &) {}, participants);
     window.list.SetRedraw(true);
     window.Paint();
     if (participants != window.list.RowCount())
@@ -117,12 +118,11 @@ void BenchLongRun(const Sizes &sizes, bDAO &db, std::vector<Measurement> &result
     const auto standard = LoadedWindow(db, sizes.list);
     int day = 10;
     results.push_back(PerLine(
-        CompareTimes(
-            QString("date and checks per line, %L1 against %L2 lines")
-                .arg(sizes.longest)
-                .arg(sizes.list),
-            1.2, {.run = [&] { SetAndCheck(*longest, QString("202701%1").arg(day++)); }},
-            {.run = [&] { SetAndCheck(*standard, QString("202702%1").arg(day)); }}, 5),
+        CompareTimes(QString("date and checks per line, %L1 against %L2 lines")
+                         .arg(sizes.longest)
+                         .arg(sizes.list),
+                     1.2, {.run = [&] { SetAndCheck(*longest, QString("202701%1").arg(day++)); }},
+                     {.run = [&] { SetAndCheck(*standard, QString("202702%1").arg(day)); }}, 5),
         sizes.longest, sizes.list));
 }
 

@@ -174,7 +174,7 @@ void BenchPicker(const Sizes &sizes, std::vector<Measurement> &results)
                               grid->SetRedraw(false);
                               FillProducts(db, {}, spread);
                               grid->SetRedraw(true);
-                              grid->viewport()->repaint();
+                              QCoreApplication::processEvents();
                           }},
                      {.run = [&] { CopyTexts(database->Connection(), BuildProductSql({})); }}));
 }
