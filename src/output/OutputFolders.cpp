@@ -118,7 +118,9 @@ bool CheckOutputFolder(const Files &files, const QString &filePath, QString &mes
                   "出力フォルダの設定、属性を確認してください。";
         return false;
     }
-    const QString testFile = folder + separator + WritableTestFile;
+    // By the folder's name on the machine: no file is looked for that differs only in case.
+    const QString local = files.LocalPath(folder);
+    const QString testFile = local.isEmpty() ? local : local + '/' + WritableTestFile;
     int error = RuntimeError::None;
     if (!files.Open(testFile, FileMode::Output, FileLock::None, error)) {
         message = "ファイルの書き込みが出来ません。\r\n"
