@@ -201,9 +201,9 @@ void BenchMemory(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results
 BenchDatabase LargeDatabase(const Sizes &sizes)
 {
     std::vector<int> customers = sizes.lists;
-    customers.push_back(sizes.search);
-    if (std::find(customers.begin(), customers.end(), sizes.orders) == customers.end())
-        customers.push_back(sizes.orders);
+    for (const int size : {sizes.search, sizes.orders, sizes.list / 2})
+        if (std::find(customers.begin(), customers.end(), size) == customers.end())
+            customers.push_back(size);
     return BenchDatabase(sizes.folder, sizes.database, customers);
 }
 

@@ -90,6 +90,7 @@ bool RunPreOutputChecks(AnswerList &list, const ShowStatusText &showStatus, int 
 
     showStatus("回答数合計が、注残数を超えているかチェックしています…");
     std::unordered_map<qint64, Decimal> sums;
+    sums.reserve(lines.size());
     for (const Participant &line : lines)
         sums[line.accNo] += line.quantity;
     if (!CheckRows(list, lines,
