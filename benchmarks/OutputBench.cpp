@@ -20,14 +20,13 @@
 
 namespace {
 
-/// The customer's order numbers.
-std::vector<qint64> OrdersOf(Database &database, const QString &customer)
+/// The orders of a list, each once, as the program comes to them.
+std::vector<qint64> OrdersOf(const AnswerList &list)
 {
     std::vector<qint64> orders;
-    const auto rows
-        = database.OpenRecordset("SELECT AccNo FROM TLSP0010 WHERE CustCD = '" + customer + "'");
-    for (; !rows->IsEof(); rows->MoveNext())
-        orders.push_back(qint64(rows->Number(0)));
+    for (int row = 1; row <= list.RowCount(); ++row)
+        if (const qint64 accNo = list.Row(row).AccNo(); orders.empty() || orders.back() != accNo)
+            orders.push_back(accNo);
     return orders;
 }
 
@@ -68,9 +67,10 @@ public:
         , m_large(LargeDatabase(sizes))
         , m_bare(m_large.Folder() + "/TLDB0010.MDB", false, ConnectText)
         , m_customer(BenchDatabase::CustomerOf(sizes.orders).customerCode)
-        , m_orders(OrdersOf(m_bare, m_customer))
     {
         m_large.Open(m_state);
+        LoadAndSetDates();
+        m_orders = OrdersOf(m_window->list);
     }
 
     void Registering(std::vector<Measurement> &results)
