@@ -71,6 +71,15 @@ bool SpreadX::CheckComponent() const
     return m_grid != nullptr;
 }
 
+bool SpreadX::CheckRow(int row) const
+{
+    if (!CheckComponent())
+        return false;
+    if (!IsItemRow(row))
+        ShowError("行指定エラー");
+    return IsItemRow(row);
+}
+
 void SpreadX::ShowError(const QString &message)
 {
     MsgBox(message, BoxStyle::Critical, QString("エラー"));
@@ -165,19 +174,24 @@ void SpreadX::GetItemNameAtRow(int column, int line, QString &name) const
     name = isInside ? m_names[size_t(column - 1)][size_t(line - 1)] : QString();
 }
 
-void SpreadX::GetItemFromRow(const QString &name, std::optional<int> row, QString &value) const
+bool SpreadX::FindItem(const QString &name, std::optional<int> row, int &itemRow, int &column,
+                       int &line) const
 {
     if (!CheckComponent())
-        return;
-    const int itemRow = row.value_or(m_grid->ActiveRow());
-    if (!IsItemRow(itemRow)) {
-        ShowError("行指定エラー");
-        return;
-    }
+        return false;
+    itemRow = row.value_or(m_grid->ActiveRow());
+    if (!CheckRow(itemRow))
+        return false;
+    GetItemPosAtRow(name, column, line);
+    return column != 0;
+}
+
+void SpreadX::GetItemFromRow(const QString &name, std::optional<int> row, QString &value) const
+{
+    int itemRow = 0;
     int column = 0;
     int line = 0;
-    GetItemPosAtRow(name, column, line);
-    if (column == 0)
+    if (!FindItem(name, row, itemRow, column, line))
         return;
     GetValue(column, itemRow, value);
     value = value.split(LineSeparator).value(line - 1);
@@ -185,17 +199,10 @@ void SpreadX::GetItemFromRow(const QString &name, std::optional<int> row, QStrin
 
 void SpreadX::SetItemIntoRow(const QString &name, std::optional<int> row, const QString &value)
 {
-    if (!CheckComponent())
-        return;
-    const int itemRow = row.value_or(m_grid->ActiveRow());
-    if (!IsItemRow(itemRow)) {
-        ShowError("行指定エラー");
-        return;
-    }
+    int itemRow = 0;
     int column = 0;
     int line = 0;
-    GetItemPosAtRow(name, column, line);
-    if (column == 0)
+    if (!FindItem(name, row, itemRow, column, line))
         return;
     QString cell;
     GetValue(column, itemRow, cell);
@@ -208,12 +215,8 @@ void SpreadX::SetItemIntoRow(const QString &name, std::optional<int> row, const 
 
 QString SpreadX::GetAllItemsFromRow(int row) const
 {
-    if (!CheckComponent())
+    if (!CheckRow(row))
         return {};
-    if (!IsItemRow(row)) {
-        ShowError("行指定エラー");
-        return {};
-    }
     QStringList cells;
     for (int column = 1; column <= m_grid->ColumnCount(); ++column) {
         QString cell;
@@ -225,12 +228,8 @@ QString SpreadX::GetAllItemsFromRow(int row) const
 
 void SpreadX::SetAllItemsIntoRow(int row, const QString &text)
 {
-    if (!CheckComponent())
+    if (!CheckRow(row))
         return;
-    if (!IsItemRow(row)) {
-        ShowError("行指定エラー");
-        return;
-    }
     const QStringList cells = SplitItems(text);
     for (int column = 1; column <= m_grid->ColumnCount() && column <= cells.size(); ++column)
         SetValue(column, row, cells[column - 1]);
@@ -411,10 +410,8 @@ void SpreadX::CopyItem()
         return;
     const int source = m_grid->ActiveRow();
     const int column = m_grid->ActiveColumn();
-    if (!IsItemRow(source)) {
-        ShowError("行指定エラー");
+    if (!CheckRow(source))
         return;
-    }
     int copy = 0;
     AddNewRow(source + 1, copy);
     SelectRow(source);

@@ -83,6 +83,11 @@ private:
 
     bool CheckComponent() const;
     static void ShowError(const QString &message);
+    bool CheckRow(int row) const; ///< that it holds items; else a message
+
+    /// The row that is meant, and where the item stands in it; False after a message.
+    bool FindItem(const QString &name, std::optional<int> row, int &itemRow, int &column,
+                  int &line) const;
     bool IsItemRow(int row) const { return row >= 1 && row <= m_itemCount; }
     void SelectRow(int row);
     void ClearRowText(int row);
