@@ -1,54 +1,31 @@
 #include "grid/SpreadGrid.h"
 
 #include "grid/CellDelegate.h"
+#include "grid/PlainHeader.h"
+#include "grid/PlainScrollBar.h"
 
-#include <QHeaderView>
+#include <QPaintEvent>
+#include <QPainter>
 #include <algorithm>
-
-namespace {
-
-/// The numbers of the rows, in room for the longest. Qt's own header measures two hundred of them
-/// whenever rows come or go.
-class RowHeader : public QHeaderView
-{
-public:
-    explicit RowHeader(QWidget *parent)
-        : QHeaderView(Qt::Vertical, parent)
-    {
-        setSectionsClickable(true);
-        setHighlightSections(true);
-        setSectionResizeMode(Fixed);
-        setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    }
-
-    QSize sizeHint() const override
-    {
-        constexpr qsizetype LeastDigits = 5; // so that few lists change the room
-        const int digits = int(std::max(LeastDigits, QString::number(count()).size()));
-        QFont selected = font();
-        selected.setBold(true);
-        const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
-        return {digits * QFontMetrics(selected).horizontalAdvance(QChar('0')) + 2 * margin, 0};
-    }
-};
-
-} // namespace
 
 SpreadGrid::SpreadGrid(QWidget *parent)
     : QTableView(parent)
 {
-    setVerticalHeader(new RowHeader(this));
+    setHorizontalHeader(new PlainHeader(Qt::Horizontal, this));
+    setVerticalHeader(new PlainHeader(Qt::Vertical, this));
+    setVerticalScrollBar(new PlainScrollBar(this));
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setModel(&m_model);
     setItemDelegate(new CellDelegate(this));
+    SetLineStyle(1, palette().color(QPalette::Window).darker(120));
     setSelectionMode(ExtendedSelection);
     setSelectionBehavior(SelectItems);
     setEditTriggers(EditKeyPressed | AnyKeyPressed);
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
-    setWordWrap(false);
-    setTextElideMode(Qt::ElideRight);
-    horizontalHeader()->setHighlightSections(false);
+    verticalHeader()->setHighlightSections(true);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setMinimumSectionSize(24);
     horizontalHeader()->setStretchLastSection(true);
@@ -62,6 +39,13 @@ SpreadGrid::SpreadGrid(QWidget *parent)
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, forgetSelection);
     connect(&m_model, &QAbstractItemModel::rowsRemoved, this, forgetSelection);
     connect(&m_model, &QAbstractItemModel::modelReset, this, forgetSelection);
+}
+
+void SpreadGrid::paintEvent(QPaintEvent *event)
+{
+    // Qt's own way lays each text out twice, to measure it and to draw it.
+    QPainter painter(viewport());
+    m_painter.Paint(painter, event->rect());
 }
 
 void SpreadGrid::SetCurrentCell(int column, int row)
@@ -270,8 +254,9 @@ bool SpreadGrid::IsRowSelected(int row) const
     return after != ranges.begin() && row <= std::prev(after)->second;
 }
 
-void SpreadGrid::SetLineStyle(int style)
+void SpreadGrid::SetLineStyle(int style, const QColor &color)
 {
+    m_lineColor = color;
     setShowGrid(style != 0);
     setGridStyle(style == 2 ? Qt::DotLine : Qt::SolidLine);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "grid/CellInput.h"
+#include "grid/CellPainter.h"
 #include "grid/SpreadModel.h"
 
 #include <QLineEdit>
@@ -81,8 +82,9 @@ public:
     /// The selected rows as ranges (first, last), in order, none touching another.
     const std::vector<std::pair<int, int>> &SelectedRowRanges() const;
 
-    /// Lines of cell texts that the style of the grid's lines can take: 0 none, 1 solid, 2 dotted.
-    void SetLineStyle(int style);
+    /// How the lines between the cells look: 0 none, 1 solid, 2 dotted.
+    void SetLineStyle(int style, const QColor &color);
+    QColor LineColor() const { return m_lineColor; }
 
     /// For the form that owns the grid: columns that can be typed into, and how columns look.
     void SetColumnInput(int column, std::unique_ptr<CellInput> input);
@@ -110,6 +112,7 @@ signals:
     void CellDoubleClicked(int column, int row);
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
@@ -139,6 +142,8 @@ private:
     void CopyBlock(const Block &block);
 
     SpreadModel m_model;
+    CellPainter m_painter{*this};
+    QColor m_lineColor;
     Cell m_current;
     Block m_block;
     Cell m_destination;

@@ -344,10 +344,7 @@ void SpreadX::DrawGrid(int lineStyle, QRgb lineColor)
 {
     if (!CheckComponent())
         return;
-    m_grid->SetLineStyle(lineStyle);
-    QPalette palette = m_grid->palette();
-    palette.setColor(QPalette::Mid, QColor(lineColor));
-    m_grid->setPalette(palette);
+    m_grid->SetLineStyle(lineStyle, QColor(lineColor));
     m_grid->Perform(Action::Draw);
 }
 

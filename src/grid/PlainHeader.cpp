@@ -1,0 +1,68 @@
+#include "grid/PlainHeader.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QStyleOptionHeaderV2>
+#include <algorithm>
+
+PlainHeader::PlainHeader(Qt::Orientation orientation, QWidget *parent)
+    : QHeaderView(orientation, parent)
+{
+    setSectionsClickable(true);
+    connect(this, &QHeaderView::sectionCountChanged, this, &PlainHeader::ForgetSize);
+    connect(this, &QHeaderView::sectionResized, this, &PlainHeader::ForgetSize);
+}
+
+void PlainHeader::setModel(QAbstractItemModel *model)
+{
+    QHeaderView::setModel(model);
+    connect(model, &QAbstractItemModel::headerDataChanged, this, &PlainHeader::ForgetSize);
+}
+
+/// Qt asks whenever rows come or go, and measures up to two hundred texts each time.
+QSize PlainHeader::sizeHint() const
+{
+    if (!m_size.isValid())
+        m_size = Measured();
+    return m_size;
+}
+
+/// Row numbers get room for the longest, columns for their texts.
+QSize PlainHeader::Measured() const
+{
+    if (orientation() == Qt::Horizontal)
+        return QHeaderView::sizeHint();
+    constexpr qsizetype LeastDigits = 5; // so that few lists change the room
+    const int digits = int(std::max(LeastDigits, QString::number(count()).size()));
+    QFont selected = font();
+    selected.setBold(true);
+    const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
+    return {digits * QFontMetrics(selected).horizontalAdvance(QChar('0')) + 2 * margin, 0};
+}
+
+void PlainHeader::paintSection(QPainter *painter, const QRect &section, int index) const
+{
+    QStyleOptionHeaderV2 option;
+    initStyleOption(&option);
+    initStyleOptionForIndex(&option, index);
+    const QColor line = palette().color(QPalette::Window).darker(130);
+    painter->fillRect(section, palette().color(QPalette::Button));
+    painter->fillRect(section.right(), section.top(), 1, section.height(), line);
+    painter->fillRect(section.left(), section.bottom(), section.width(), 1, line);
+    if (option.state & QStyle::State_On) {
+        QFont bold = font();
+        bold.setBold(true);
+        painter->setFont(bold);
+    }
+    painter->setPen(palette().color(QPalette::ButtonText));
+    const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
+    painter->drawText(section.adjusted(margin, 0, -margin, 0), int(option.textAlignment),
+                      option.text);
+}
+
+void PlainHeader::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        ForgetSize();
+    QHeaderView::changeEvent(event);
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QHeaderView>
+
+/// Headings in plain colours, drawn without the style's gradients; those of selected rows or columns
+/// bold where that is asked for.
+class PlainHeader : public QHeaderView
+{
+public:
+    PlainHeader(Qt::Orientation orientation, QWidget *parent);
+
+    void setModel(QAbstractItemModel *model) override;
+    QSize sizeHint() const override;
+
+protected:
+    void paintSection(QPainter *painter, const QRect &section, int index) const override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    QSize Measured() const;
+    void ForgetSize() { m_size = {}; }
+
+    mutable QSize m_size; ///< invalid: to be measured anew
+};

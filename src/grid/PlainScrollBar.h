@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QScrollBar>
+
+/// A scroll bar in plain colours. The style's own has gradients, for which Qt wakes threads: a
+/// quarter of a list's first picture.
+class PlainScrollBar : public QScrollBar
+{
+public:
+    explicit PlainScrollBar(QWidget *parent)
+        : QScrollBar(Qt::Vertical, parent)
+    {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
