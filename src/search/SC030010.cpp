@@ -75,10 +75,13 @@ SC030010::SC030010(ProgramState &state, QWidget *parent)
     connect(m_ui->cmdSSansho, &QPushButton::clicked, this, &SC030010::cmdSSansho_Click);
     for (int position = 0; position < 6; ++position) {
         for (int key = 0; key < 6; ++key) {
-            connect(SortButton(position, key), &QRadioButton::clicked, this, [this, position, key] {
+            auto *button
+                = findChild<QRadioButton *>(QString("optSortKey%1_%2").arg(position + 1).arg(key));
+            connect(button, &QRadioButton::clicked, this, [this, position, key] {
                 m_sortKeys = WithSortKey(m_sortKeys, position, SortKeyNames[size_t(key)]);
                 ShowSortKeys();
             });
+            m_sortButtons[position][key] = button;
         }
     }
     ShowConditions();
@@ -86,17 +89,12 @@ SC030010::SC030010(ProgramState &state, QWidget *parent)
 
 SC030010::~SC030010() = default;
 
-QRadioButton *SC030010::SortButton(int position, int key) const
-{
-    return findChild<QRadioButton *>(QString("optSortKey%1_%2").arg(position + 1).arg(key));
-}
-
 void SC030010::ShowSortKeys()
 {
     for (int position = 0; position < 6; ++position) {
         for (int key = 0; key < 6; ++key) {
             const bool isHeld = m_sortKeys[size_t(position)] == SortKeyNames[size_t(key)];
-            QRadioButton *button = SortButton(position, key);
+            QRadioButton *button = m_sortButtons[position][key];
             if (isHeld)
                 button->setChecked(true);
             // A group is one stop: the button that is on.
@@ -108,16 +106,25 @@ void SC030010::ShowSortKeys()
 void SC030010::ShowConditions()
 {
     const SearchConditions &conditions = m_state.conditions;
-    m_ui->txtCustCD->setText(conditions.customerCode);
-    m_ui->txtCustName->setText(conditions.customerName);
-    m_ui->txtCustSecCD->setText(conditions.customerSectionCode);
-    m_ui->txtAccHinCD->setText(conditions.productCode);
-    m_ui->txtAccHinName->setText(conditions.productName);
-    m_ui->txtOdrNo->setText(conditions.orderNo);
-    m_ui->txtMfactNo->setText(conditions.makerNo);
-    m_ui->txtPayKeyNo->setText(conditions.payKeyNo);
-    m_ui->txtFromDate->setText(FormatDateText(conditions.fromDate, 3));
-    m_ui->txtToDate->setText(FormatDateText(conditions.toDate, 3));
+    const struct
+    {
+        QLineEdit *box;
+        QString text;
+    } texts[] = {
+        {m_ui->txtCustCD, conditions.customerCode},
+        {m_ui->txtCustName, conditions.customerName},
+        {m_ui->txtCustSecCD, conditions.customerSectionCode},
+        {m_ui->txtAccHinCD, conditions.productCode},
+        {m_ui->txtAccHinName, conditions.productName},
+        {m_ui->txtOdrNo, conditions.orderNo},
+        {m_ui->txtMfactNo, conditions.makerNo},
+        {m_ui->txtPayKeyNo, conditions.payKeyNo},
+        {m_ui->txtFromDate, FormatDateText(conditions.fromDate, 3)},
+        {m_ui->txtToDate, FormatDateText(conditions.toDate, 3)},
+    };
+    for (const auto &[box, text] : texts)
+        if (box->text() != text) // setting a text lays it out even when it is the same
+            box->setText(text);
     for (int tab = 0; tab < m_ui->tabDate->count(); ++tab)
         if (m_ui->tabDate->tabData(tab) == conditions.dateBasis)
             m_ui->tabDate->setCurrentIndex(tab);

@@ -36,9 +36,9 @@ private:
     void DateBox_LostFocus(QLineEdit *box, QWidget *newFocus, Qt::FocusReason reason);
     bool CheckDateBox(QLineEdit *box);
     void ShowSortKeys();
-    QRadioButton *SortButton(int position, int key) const;
 
     std::unique_ptr<Ui::SC030010> m_ui;
     ProgramState &m_state;
+    QRadioButton *m_sortButtons[6][6] = {}; ///< [position][key]
     SortKeys m_sortKeys;
 };
