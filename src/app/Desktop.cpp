@@ -63,8 +63,6 @@ void PrepareDesktop(QApplication &application)
             continue;
         QFont font(QString::fromLatin1(family));
         font.setPointSize(application.font().pointSize() > 0 ? application.font().pointSize() : 10);
-        // Japanese needs no shaping: each character is one glyph.
-        font.setStyleStrategy(QFont::PreferNoShaping);
         application.setFont(font);
         break;
     }
