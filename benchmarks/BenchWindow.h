@@ -3,16 +3,17 @@
 #include "answerlist/AnswerList.h"
 #include "grid/SpreadGrid.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QWindow>
 
-/// Waits until a window is on the screen: before that nothing is painted.
+/// Waits until a window's picture is on the screen and the display is at rest.
 inline void ShowAndWait(QWidget &window)
 {
     window.show();
     while (!window.windowHandle() || !window.windowHandle()->isExposed())
         QCoreApplication::processEvents();
     window.repaint();
+    QGuiApplication::sync();
 }
 
 /// A shown window with the answer list's grid.

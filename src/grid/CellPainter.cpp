@@ -2,9 +2,7 @@
 
 #include "grid/SpreadGrid.h"
 
-#include <QGlyphRun>
 #include <QPainter>
-#include <numeric>
 #include <utility>
 
 namespace {
@@ -25,13 +23,6 @@ QBrush LineBrush(const SpreadGrid &grid)
             grid.gridStyle() == Qt::DotLine ? Qt::Dense4Pattern : Qt::SolidPattern};
 }
 
-double WidthOf(const QList<QPointF> &advances)
-{
-    return std::accumulate(
-        advances.begin(), advances.end(), 0.0,
-        [](double width, const QPointF &advance) { return width + advance.x(); });
-}
-
 } // namespace
 
 CellPainter::CellPainter(const SpreadGrid &grid)
@@ -41,7 +32,7 @@ CellPainter::CellPainter(const SpreadGrid &grid)
 
 void CellPainter::Paint(QPainter &painter, const QRect &area)
 {
-    TakeFont();
+    m_texts.SetFont(m_grid.font());
     m_group = GroupOf(m_grid);
     const std::vector<Column> columns = ColumnsIn(area);
     int row = m_grid.rowAt(area.top());
@@ -63,21 +54,13 @@ void CellPainter::Paint(QPainter &painter, const QRect &area)
     for (const Column &column : columns)
         painter.fillRect(column.left + column.width - lineWidth, area.top(), lineWidth,
                          bottom - area.top(), line);
-    DrawTexts(painter);
+    m_texts.Draw(painter);
 
     const QRect active = m_grid.visualRect(m_grid.currentIndex());
     if (active.intersects(area)) {
         painter.setPen(QPen(m_grid.palette().color(QPalette::WindowText), 2));
         painter.drawRect(active.adjusted(1, 1, -1, -1));
     }
-}
-
-void CellPainter::TakeFont()
-{
-    if (m_face.isValid() && m_grid.font() == m_font)
-        return;
-    m_font = m_grid.font();
-    m_face = QRawFont::fromFont(m_font);
 }
 
 std::vector<CellPainter::Column> CellPainter::ColumnsIn(const QRect &area) const
@@ -120,51 +103,7 @@ void CellPainter::AddTexts(QPainter &painter, const QModelIndex &index, const QR
         if (room.top() + lineHeight > cell.bottom() + 1 && room.top() > cell.top() + TopMargin)
             break; // it would run into the next row
         if (!line.isEmpty())
-            AddLine(painter, line, room, alignment, color);
+            m_texts.Add(painter, line, room, alignment, color);
         room.translate(0, lineHeight);
     }
-}
-
-/// Adds one line of text; what is too wide for the room ends in "…". A text with a character that
-/// the font lacks is drawn at once, for Qt to find another font.
-void CellPainter::AddLine(QPainter &painter, QString text, const QRect &room,
-                          Qt::Alignment alignment, const QColor &color)
-{
-    const QFontMetrics metrics = m_grid.fontMetrics();
-    QList<quint32> indexes = m_face.glyphIndexesForString(text);
-    QList<QPointF> advances = m_face.advancesForGlyphIndexes(indexes);
-    double width = indexes.contains(0) ? metrics.horizontalAdvance(text) : WidthOf(advances);
-    if (width > room.width()) {
-        text = metrics.elidedText(text, Qt::ElideRight, room.width());
-        indexes = m_face.glyphIndexesForString(text);
-        advances = m_face.advancesForGlyphIndexes(indexes);
-        width = room.width();
-    }
-    QPointF position(room.left(), room.top() + metrics.ascent());
-    if (alignment & Qt::AlignRight)
-        position.rx() += room.width() - width;
-    if (indexes.contains(0)) {
-        painter.setPen(color);
-        painter.drawText(position, text);
-        return;
-    }
-    Glyphs &glyphs = m_texts[color.rgba()];
-    glyphs.indexes += indexes;
-    for (const QPointF &advance : advances) {
-        glyphs.positions += position;
-        position.rx() += advance.x();
-    }
-}
-
-void CellPainter::DrawTexts(QPainter &painter)
-{
-    for (const auto &[color, glyphs] : m_texts) {
-        QGlyphRun run;
-        run.setRawFont(m_face);
-        run.setGlyphIndexes(glyphs.indexes);
-        run.setPositions(glyphs.positions);
-        painter.setPen(QColor::fromRgba(color));
-        painter.drawGlyphRun({}, run);
-    }
-    m_texts.clear();
 }

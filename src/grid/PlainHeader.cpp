@@ -40,6 +40,14 @@ QSize PlainHeader::Measured() const
     return {digits * QFontMetrics(selected).horizontalAdvance(QChar('0')) + 2 * margin, 0};
 }
 
+void PlainHeader::paintEvent(QPaintEvent *event)
+{
+    m_numbers.SetFont(font());
+    QHeaderView::paintEvent(event);
+    QPainter painter(viewport());
+    m_numbers.Draw(painter);
+}
+
 void PlainHeader::paintSection(QPainter *painter, const QRect &section, int index) const
 {
     QStyleOptionHeaderV2 option;
@@ -49,15 +57,22 @@ void PlainHeader::paintSection(QPainter *painter, const QRect &section, int inde
     painter->fillRect(section, palette().color(QPalette::Button));
     painter->fillRect(section.right(), section.top(), 1, section.height(), line);
     painter->fillRect(section.left(), section.bottom(), section.width(), 1, line);
-    if (option.state & QStyle::State_On) {
+    const QColor color = palette().color(QPalette::ButtonText);
+    const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
+    QRect room = section.adjusted(margin, 0, -margin, 0);
+    const bool isSelected = option.state & QStyle::State_On;
+    if (orientation() == Qt::Vertical && !isSelected) {
+        room.translate(0, (room.height() - fontMetrics().height()) / 2);
+        m_numbers.Add(*painter, option.text, room, option.textAlignment, color);
+        return;
+    }
+    if (isSelected) {
         QFont bold = font();
         bold.setBold(true);
         painter->setFont(bold);
     }
-    painter->setPen(palette().color(QPalette::ButtonText));
-    const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
-    painter->drawText(section.adjusted(margin, 0, -margin, 0), int(option.textAlignment),
-                      option.text);
+    painter->setPen(color);
+    painter->drawText(room, int(option.textAlignment), option.text);
 }
 
 void PlainHeader::changeEvent(QEvent *event)

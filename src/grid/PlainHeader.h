@@ -1,9 +1,11 @@
 #pragma once
 
+#include "grid/GlyphTexts.h"
+
 #include <QHeaderView>
 
-/// Headings in plain colours, drawn without the style's gradients; those of selected rows or columns
-/// bold where that is asked for.
+/// Headings in plain colours, drawn without the style's gradients; those of selected rows or
+/// columns bold where that is asked for.
 class PlainHeader : public QHeaderView
 {
 public:
@@ -13,6 +15,7 @@ public:
     QSize sizeHint() const override;
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void paintSection(QPainter *painter, const QRect &section, int index) const override;
     void changeEvent(QEvent *event) override;
 
@@ -20,5 +23,6 @@ private:
     QSize Measured() const;
     void ForgetSize() { m_size = {}; }
 
-    mutable QSize m_size; ///< invalid: to be measured anew
+    mutable QSize m_size;         ///< invalid: to be measured anew
+    mutable GlyphTexts m_numbers; ///< of the rows, gathered for the picture
 };
