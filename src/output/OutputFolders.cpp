@@ -113,13 +113,16 @@ bool CheckOutputFolder(const Files &files, const QString &filePath, QString &mes
     if (names.isEmpty())
         names += "."; // a bare file name stands in the current folder
     const QString folder = names.join(separator);
-    if (!files.FolderExists(folder) && !MakeFolders(files, names, separator)) {
-        message = "ファイルを出力するフォルダが存在しません。\r\n"
-                  "出力フォルダの設定、属性を確認してください。";
-        return false;
-    }
     // By the folder's name on the machine: no file is looked for that differs only in case.
-    const QString local = files.LocalPath(folder);
+    QString local = files.LocalPath(folder);
+    if (!files.FolderExists(local)) {
+        if (!MakeFolders(files, names, separator)) {
+            message = "ファイルを出力するフォルダが存在しません。\r\n"
+                      "出力フォルダの設定、属性を確認してください。";
+            return false;
+        }
+        local = files.LocalPath(folder);
+    }
     const QString testFile = local.isEmpty() ? local : local + '/' + WritableTestFile;
     int error = RuntimeError::None;
     if (!files.Open(testFile, FileMode::Output, FileLock::None, error)) {
