@@ -1,7 +1,17 @@
 #include "grid/PlainScrollBar.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QStyleOptionSlider>
+
+bool PlainScrollBar::event(QEvent *event)
+{
+    const bool isDone = QScrollBar::event(event);
+    // Styles take this away; what lies below the bar would be painted with each change of it.
+    if (event->type() == QEvent::Polish)
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    return isDone;
+}
 
 void PlainScrollBar::paintEvent(QPaintEvent *)
 {

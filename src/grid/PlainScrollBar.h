@@ -10,9 +10,9 @@ public:
     explicit PlainScrollBar(QWidget *parent)
         : QScrollBar(Qt::Vertical, parent)
     {
-        setAttribute(Qt::WA_OpaquePaintEvent);
     }
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 };
