@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QPainter>
-#include <QStyleOptionHeaderV2>
 #include <algorithm>
 
 PlainHeader::PlainHeader(Qt::Orientation orientation, QWidget *parent)
@@ -34,45 +33,57 @@ QSize PlainHeader::Measured() const
         return QHeaderView::sizeHint();
     constexpr qsizetype LeastDigits = 5; // so that few lists change the room
     const int digits = int(std::max(LeastDigits, QString::number(count()).size()));
-    QFont selected = font();
-    selected.setBold(true);
+    const int digitWidth = QFontMetrics(SelectedFont()).horizontalAdvance(QChar('0'));
     const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
-    return {digits * QFontMetrics(selected).horizontalAdvance(QChar('0')) + 2 * margin, 0};
+    return {digits * digitWidth + 2 * margin, 0};
+}
+
+QFont PlainHeader::SelectedFont() const
+{
+    QFont bold = font();
+    bold.setBold(true);
+    return bold;
+}
+
+bool PlainHeader::IsSelected(int index) const
+{
+    if (!highlightSections())
+        return false;
+    return orientation() == Qt::Vertical ? selectionModel()->rowIntersectsSelection(index)
+                                         : selectionModel()->columnIntersectsSelection(index);
 }
 
 void PlainHeader::paintEvent(QPaintEvent *event)
 {
     m_numbers.SetFont(font());
+    m_selectedNumbers.SetFont(SelectedFont());
     QHeaderView::paintEvent(event);
     QPainter painter(viewport());
     m_numbers.Draw(painter);
+    m_selectedNumbers.Draw(painter);
 }
 
 void PlainHeader::paintSection(QPainter *painter, const QRect &section, int index) const
 {
-    QStyleOptionHeaderV2 option;
-    initStyleOption(&option);
-    initStyleOptionForIndex(&option, index);
     const QColor line = palette().color(QPalette::Window).darker(130);
     painter->fillRect(section, palette().color(QPalette::Button));
     painter->fillRect(section.right(), section.top(), 1, section.height(), line);
     painter->fillRect(section.left(), section.bottom(), section.width(), 1, line);
+
+    const QString text = model()->headerData(index, orientation(), Qt::DisplayRole).toString();
     const QColor color = palette().color(QPalette::ButtonText);
     const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
     QRect room = section.adjusted(margin, 0, -margin, 0);
-    const bool isSelected = option.state & QStyle::State_On;
-    if (orientation() == Qt::Vertical && !isSelected) {
+    if (orientation() == Qt::Vertical) {
         room.translate(0, (room.height() - fontMetrics().height()) / 2);
-        m_numbers.Add(*painter, option.text, room, option.textAlignment, color);
+        (IsSelected(index) ? m_selectedNumbers : m_numbers)
+            .Add(*painter, text, room, defaultAlignment(), color);
         return;
     }
-    if (isSelected) {
-        QFont bold = font();
-        bold.setBold(true);
-        painter->setFont(bold);
-    }
+    if (IsSelected(index))
+        painter->setFont(SelectedFont());
     painter->setPen(color);
-    painter->drawText(room, int(option.textAlignment), option.text);
+    painter->drawText(room, int(defaultAlignment()), text);
 }
 
 void PlainHeader::changeEvent(QEvent *event)

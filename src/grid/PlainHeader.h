@@ -21,8 +21,11 @@ protected:
 
 private:
     QSize Measured() const;
+    QFont SelectedFont() const;
+    bool IsSelected(int index) const; ///< as far as that is to be shown
     void ForgetSize() { m_size = {}; }
 
     mutable QSize m_size;         ///< invalid: to be measured anew
     mutable GlyphTexts m_numbers; ///< of the rows, gathered for the picture
+    mutable GlyphTexts m_selectedNumbers;
 };
