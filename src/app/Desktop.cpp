@@ -1,5 +1,7 @@
 #include "app/Desktop.h"
 
+#include "app/PlainStyle.h"
+
 #include <QApplication>
 #include <QFontDatabase>
 #include <QLibraryInfo>
@@ -49,6 +51,7 @@ void PrepareDesktop(QApplication &application)
 {
     KeepMemoryBetweenLists();
     TakeFontsWithoutRules();
+    application.setStyle(new PlainStyle);
     application.setApplicationName("TL030101");
     application.setApplicationDisplayName("納期回答入力");
     application.setQuitOnLastWindowClosed(false); // the screens take turns
