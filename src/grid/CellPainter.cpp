@@ -93,8 +93,9 @@ void CellPainter::PaintCell(QPainter &painter, const QModelIndex &index, const Q
 void CellPainter::AddTexts(QPainter &painter, const QModelIndex &index, const QRect &cell,
                            const QColor &color)
 {
-    const auto alignment = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
-    const QStringList lines = index.data().toString().split('\n');
+    const Qt::Alignment alignment = m_grid.Model().Alignment(index.column() + 1);
+    const QStringList lines
+        = m_grid.Model().ShownText(index.column() + 1, index.row() + 1).split('\n');
     const int lineHeight = m_grid.fontMetrics().lineSpacing();
     QRect room = cell.adjusted(SideMargin, TopMargin, -SideMargin, 0);
     if (alignment & Qt::AlignVCenter)

@@ -19,24 +19,23 @@ void PlainScrollBar::paintEvent(QPaintEvent *)
     initStyleOption(&option);
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Window).darker(108));
-    constexpr struct
-    {
-        QStyle::SubControl part;
-        QStyle::PrimitiveElement arrow; ///< PE_CustomBase: none
-    } buttons[] = {{QStyle::SC_ScrollBarSubLine, QStyle::PE_IndicatorArrowUp},
-                   {QStyle::SC_ScrollBarAddLine, QStyle::PE_IndicatorArrowDown},
-                   {QStyle::SC_ScrollBarSlider, QStyle::PE_CustomBase}};
-    for (const auto &[part, arrow] : buttons) {
+    for (const auto part :
+         {QStyle::SC_ScrollBarSubLine, QStyle::SC_ScrollBarAddLine, QStyle::SC_ScrollBarSlider}) {
         const bool isPressed = isSliderDown() && part == QStyle::SC_ScrollBarSlider;
         const QRect place = style()->subControlRect(QStyle::CC_ScrollBar, &option, part, this);
         painter.fillRect(place, palette().color(QPalette::Window).darker(150));
         painter.fillRect(place.adjusted(1, 1, -1, -1),
                          palette().color(QPalette::Button).darker(isPressed ? 115 : 100));
-        if (arrow == QStyle::PE_CustomBase)
-            continue;
-        QStyleOption sign;
-        sign.initFrom(this);
-        sign.rect = place.adjusted(3, 3, -3, -3);
-        style()->drawPrimitive(arrow, &sign, &painter, this);
+        if (part != QStyle::SC_ScrollBarSlider)
+            DrawArrow(painter, place.center(), part == QStyle::SC_ScrollBarSubLine);
     }
+}
+
+/// A triangle of lines, each two points wider than the one before.
+void PlainScrollBar::DrawArrow(QPainter &painter, const QPoint &center, bool isUp) const
+{
+    constexpr int Height = 4;
+    for (int line = 0; line < Height; ++line)
+        painter.fillRect(center.x() - line, center.y() + (isUp ? line - 1 : 2 - line), 2 * line + 1,
+                         1, palette().color(QPalette::ButtonText));
 }

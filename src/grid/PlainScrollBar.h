@@ -15,4 +15,7 @@ public:
 protected:
     bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    void DrawArrow(QPainter &painter, const QPoint &center, bool isUp) const;
 };

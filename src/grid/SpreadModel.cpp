@@ -92,6 +92,11 @@ QString SpreadModel::Text(int column, int row) const
     return start < 0 ? QString() : text.mid(start, length);
 }
 
+QString SpreadModel::ShownText(int column, int row) const
+{
+    return Text(column, row).replace("\r\n", "\n").replace('\r', '\n');
+}
+
 void SpreadModel::SetText(int column, int row, const QString &text)
 {
     QString &rowText = m_rows[size_t(row - 1)].text;
@@ -153,11 +158,6 @@ bool SpreadModel::IsEditable(int column, int row) const
     return m_editable[size_t(column - 1)] && !Style(column, row).isLocked;
 }
 
-void SpreadModel::SetAlignment(int column, Qt::Alignment alignment)
-{
-    m_alignments[size_t(column - 1)] = alignment;
-}
-
 int SpreadModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_announcedRows;
@@ -174,11 +174,11 @@ QVariant SpreadModel::data(const QModelIndex &index, int role) const
     const int row = index.row() + 1;
     switch (role) {
     case Qt::DisplayRole:
-        return Text(column, row).replace("\r\n", "\n").replace('\r', '\n');
+        return ShownText(column, row);
     case Qt::EditRole:
         return Text(column, row);
     case Qt::TextAlignmentRole:
-        return int(m_alignments[size_t(column - 1)]);
+        return int(Alignment(column));
     case Qt::ForegroundRole:
         if (const auto color = Style(column, row).foreColor)
             return QColor(*color);

@@ -46,6 +46,7 @@ public:
     void SetHeading(int column, const QString &text);
 
     QString Text(int column, int row) const;
+    QString ShownText(int column, int row) const; ///< its lines separated by LF
     void SetText(int column, int row, const QString &text);
 
     /// All cells of a row, joined by tabs; cells at the end that are empty may be missing.
@@ -64,7 +65,11 @@ public:
     /// Which columns can be typed into where the cell is not locked.
     void SetEditable(int column, bool isEditable) { m_editable[size_t(column - 1)] = isEditable; }
     bool IsEditable(int column, int row) const;
-    void SetAlignment(int column, Qt::Alignment alignment);
+    Qt::Alignment Alignment(int column) const { return m_alignments[size_t(column - 1)]; }
+    void SetAlignment(int column, Qt::Alignment alignment)
+    {
+        m_alignments[size_t(column - 1)] = alignment;
+    }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
