@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QStyleOption>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
