@@ -87,6 +87,7 @@ QString ToTable(const std::vector<Measurement> &measurements)
                      .arg(line.ratio, 7, 'f', 2)
                      .arg(line.goal, 6, 'f', 2)
                      .arg(line.IsMet() ? "met" : "NOT MET");
+    table += "Times are medians; a ratio is the median of its rounds' own ratios.\n";
     return table;
 }
 
@@ -94,7 +95,7 @@ QByteArray ToJson(const std::vector<Measurement> &measurements)
 {
     QJsonArray array;
     for (const Measurement &line : measurements)
-        array += QJsonObject{{"work", line.what},  {"unit", line.unit},     {"ours", line.ours},
+        array += QJsonObject{{"work", line.what},  {"unit", line.unit},   {"ours", line.ours},
                              {"bare", line.bare},  {"ratio", line.ratio}, {"goal", line.goal},
                              {"met", line.IsMet()}};
     return QJsonDocument(array).toJson();

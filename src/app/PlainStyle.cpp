@@ -38,7 +38,7 @@ void DrawButton(QPainter &painter, const QStyleOptionButton &option)
     DrawFrame(painter, option.rect, FrameColor(option, line));
 }
 
-/// A tab above a page; the selected one is open to it.
+/// The selected tab is light, a little higher, and has a coloured edge.
 void DrawTab(QPainter &painter, const QStyleOptionTab &option)
 {
     const bool isSelected = option.state & QStyle::State_Selected;
