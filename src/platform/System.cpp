@@ -1,6 +1,8 @@
 #include "platform/System.h"
 
+#include "platform/Files.h"
 #include "platform/IniFile.h"
+#include "platform/RuntimeError.h"
 
 #include <QApplication>
 #include <QDir>
@@ -27,12 +29,19 @@ QString LockFolder()
 } // namespace
 
 PreviousInstance::PreviousInstance(const QString &programName)
-    : m_lock(LockFolder() + '/' + programName + ".lock")
 {
-    m_lock.setStaleLockTime(0); // only a dead owner makes the lock stale, not its age
+    // The lock goes with its holder, however that ends. The file stays: one taken away could still
+    // be open in a copy that is just starting.
+    Files files;
+    files.SetLockWait(0);
+    int error = RuntimeError::None;
+    m_lock = files.Open(LockFolder() + '/' + programName + ".lock", FileMode::ReadWrite,
+                        FileLock::Exclusive, error);
     // A folder in which no lock can be made must not keep the operator out.
-    m_isFirst = m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError;
+    m_isFirst = error != RuntimeError::PermissionDenied;
 }
+
+PreviousInstance::~PreviousInstance() = default;
 
 bool RegReadText(const QString &root, const QString &key, const QString &valueName, QString &text)
 {

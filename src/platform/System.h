@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QLockFile>
 #include <QRect>
 #include <QString>
 #include <memory>
 
+class OpenFile;
 class QWidget;
 
 /// The Windows directory: $WINDIR, else /etc/talven. No trailing separator.
@@ -15,10 +15,11 @@ class PreviousInstance
 {
 public:
     explicit PreviousInstance(const QString &programName);
+    ~PreviousInstance();
     bool IsFirst() const { return m_isFirst; }
 
 private:
-    QLockFile m_lock;
+    std::unique_ptr<OpenFile> m_lock;
     bool m_isFirst;
 };
 

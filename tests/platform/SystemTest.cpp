@@ -4,6 +4,7 @@
 #include "support/QtPrinters.h"
 #include "support/Variable.h"
 
+#include <QDir>
 #include <QWidget>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -42,6 +43,13 @@ TEST(PreviousInstance, ACrashedCopyDoesNotBlockTheNext)
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_EQ(status, 0);
+    EXPECT_TRUE(PreviousInstance("TL030101").IsFirst());
+}
+
+TEST(PreviousInstance, WhereNoLockCanBeMadeTheOperatorIsNotKeptOut)
+{
+    const Machine machine;
+    ASSERT_TRUE(QDir().mkdir(machine.runtimeFolder.Path("TL030101.lock")));
     EXPECT_TRUE(PreviousInstance("TL030101").IsFirst());
 }
 
