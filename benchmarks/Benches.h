@@ -31,6 +31,7 @@ BenchDatabase LargeDatabase(const Sizes &sizes);
 /// The database that the longest list fills.
 BenchDatabase LongestDatabase(const Sizes &sizes);
 
-/// Run in a process of its own: shows the search screen ("search"), an empty window ("empty") or
-/// one with a Japanese word ("word"), and ends when it has been painted.
-int ShowFirstWindow(const QString &which, const QString &folder, int argc, char **argv);
+/// Run in a process of its own: what `argv` names first is the program with its own command line
+/// ("search"), an empty window ("empty") or one with a Japanese word ("word"). Ends with 0 when its
+/// first window is on the screen, else with another code.
+int ShowFirstWindow(int argc, char **argv);

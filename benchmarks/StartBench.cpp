@@ -2,8 +2,6 @@
 
 #include "app/Desktop.h"
 #include "app/Main.h"
-#include "output/OutputFolders.h"
-#include "search/SC030010.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -15,60 +13,60 @@
 
 namespace {
 
-/// Ends the program once the window's picture is on the screen; what it would clean up is no part
-/// of a start.
+/// Ends the program once the picture of a window of this class is on the screen; what it would
+/// clean up is no part of a start.
 class EndAfterPaint : public QObject
 {
 public:
-    explicit EndAfterPaint(QWidget *window)
-        : QObject(window)
+    explicit EndAfterPaint(const char *windowClass)
+        : m_windowClass(windowClass)
     {
-        window->installEventFilter(this);
     }
 
-    bool eventFilter(QObject *, QEvent *event) override
+    bool eventFilter(QObject *object, QEvent *event) override
     {
-        if (event->type() == QEvent::Paint)
+        if (event->type() == QEvent::Paint && object->inherits(m_windowClass))
             QTimer::singleShot(0, qApp, [] {
                 QGuiApplication::sync();
                 std::_Exit(EXIT_SUCCESS);
             });
         return false;
     }
+
+private:
+    const char *m_windowClass;
 };
 
 void RunWindow(const QString &which, const QString &folder)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(QCoreApplication::applicationFilePath(), {"--first-window", which, folder});
+    process.start(QCoreApplication::applicationFilePath(),
+                  {"--first-window", which, "--home", folder});
     if (!process.waitForFinished() || process.exitCode() != 0)
         throw std::runtime_error("the first window did not come");
 }
 
 } // namespace
 
-int ShowFirstWindow(const QString &which, const QString &folder, int argc, char **argv)
+int ShowFirstWindow(int argc, char **argv)
 {
+    const QByteArrayView which(argv[0]);
     QApplication application(argc, argv);
-    ProgramState state;
-    std::unique_ptr<QWidget> window;
+    EndAfterPaint end(which == "search" ? "SC030010" : "QWidget");
+    application.installEventFilter(&end);
     if (which == "search") {
         PrepareDesktop(application);
-        if (!InitApp(state, folder) || !CheckAnswerOutputPaths(state.db, state.files))
-            return 1;
-        state.isSearchMode = true;
-        SetSearchDefaults(state);
-        window = std::make_unique<SC030010>(state);
+        Main(ProgramDir(application));
     } else {
-        window = std::make_unique<QWidget>();
-        window->resize(820, 640);
+        QWidget window;
+        window.resize(820, 640);
         if (which == "word")
-            new QLabel("納期", window.get());
+            new QLabel("納期", &window);
+        window.show();
+        application.exec();
     }
-    new EndAfterPaint(window.get());
-    window->show();
-    return application.exec();
+    return EXIT_FAILURE; // the window did not come
 }
 
 void BenchStart(const Sizes &sizes, std::vector<Measurement> &results)

@@ -48,8 +48,8 @@ constexpr Group Groups[] = {
 
 int main(int argc, char **argv)
 {
-    if (argc == 4 && std::strcmp(argv[1], "--first-window") == 0)
-        return ShowFirstWindow(argv[2], QString::fromLocal8Bit(argv[3]), argc, argv);
+    if (argc > 2 && std::strcmp(argv[1], "--first-window") == 0)
+        return ShowFirstWindow(argc - 2, argv + 2);
 
     QApplication application(argc, argv);
     PrepareDesktop(application);

@@ -3,6 +3,8 @@
 #include "app/PlainStyle.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QLibraryInfo>
 #include <QLocale>
@@ -72,4 +74,17 @@ void PrepareDesktop(QApplication &application)
     auto *translator = new QTranslator(&application);
     if (translator->load("qtbase_ja", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         application.installTranslator(translator);
+}
+
+QString ProgramDir(const QApplication &application)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription("納期回答入力");
+    parser.addHelpOption();
+    const QCommandLineOption home("home", "The program's own folder, in place of the executable's.",
+                                  "DIR");
+    parser.addOption(home);
+    parser.process(application);
+    return parser.isSet(home) ? QFileInfo(parser.value(home)).absoluteFilePath()
+                              : QCoreApplication::applicationDirPath();
 }
