@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStyleOption>
+#include <algorithm>
 
 namespace {
 
@@ -50,6 +51,16 @@ void DrawTab(QPainter &painter, const QStyleOptionTab &option)
                          option.palette.color(QPalette::Highlight));
 }
 
+/// A header's part without a text, as the corner between a grid's headers.
+void DrawHeader(QPainter &painter, const QStyleOption &option)
+{
+    const QRect &rect = option.rect;
+    const QColor line = option.palette.color(QPalette::Window).darker(130);
+    painter.fillRect(rect, option.palette.color(QPalette::Button));
+    painter.fillRect(rect.right(), rect.top(), 1, rect.height(), line);
+    painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, line);
+}
+
 } // namespace
 
 PlainStyle::PlainStyle()
@@ -71,6 +82,11 @@ void PlainStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
         DrawFrame(*painter, frame->rect, FrameColor(*frame, LineColor(*frame)));
     } else if (frame && element == PE_Frame) {
         DrawFrame(*painter, frame->rect, LineColor(*frame));
+    } else if (frame && element == PE_FrameGroupBox) {
+        constexpr int TitleGap = 3; // which Fusion's own places leave
+        const int title
+            = std::max(pixelMetric(PM_IndicatorHeight, option), frame->fontMetrics.height());
+        DrawFrame(*painter, frame->rect.adjusted(0, title + TitleGap, 0, 0), LineColor(*frame));
     } else {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
@@ -82,6 +98,8 @@ void PlainStyle::drawControl(ControlElement element, const QStyleOption *option,
     if (const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option);
         tab && element == CE_TabBarTabShape)
         DrawTab(*painter, *tab);
+    else if (element == CE_HeaderSection)
+        DrawHeader(*painter, *option);
     else
         QProxyStyle::drawControl(element, option, painter, widget);
 }

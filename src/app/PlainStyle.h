@@ -2,8 +2,8 @@
 
 #include <QProxyStyle>
 
-/// Qt's Fusion with the fields, buttons, tabs and frames in plain colours, as the grids have them.
-/// Fusion's gradients and round corners take a quarter of a form's first picture.
+/// Qt's Fusion with the fields, buttons, tabs, headers and frames in plain colours, as the grids
+/// have them. Fusion's gradients and round corners take a quarter of a form's first picture.
 class PlainStyle : public QProxyStyle
 {
 public:
