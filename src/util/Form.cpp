@@ -24,14 +24,15 @@ void TakePictureMemory(const QWidget &window)
     if (!store)
         return;
     store->resize(window.size());
-    auto *picture = dynamic_cast<QImage *>(store->paintDevice());
-    if (!picture || picture->isNull())
-        return;
-    const quintptr pageSize = quintptr(::sysconf(_SC_PAGESIZE));
-    const quintptr start = quintptr(picture->constBits()) / pageSize * pageSize;
-    const quintptr end = quintptr(picture->constBits()) + quintptr(picture->sizeInBytes());
-    // What a machine can't give in this way it gives when it is painted.
-    ::madvise(reinterpret_cast<void *>(start), end - start, MADV_POPULATE_WRITE);
+    store->beginPaint(QRect({}, window.size())); // before it there may be no picture
+    if (const auto *picture = dynamic_cast<QImage *>(store->paintDevice())) {
+        const quintptr pageSize = quintptr(::sysconf(_SC_PAGESIZE));
+        const quintptr start = quintptr(picture->constBits()) / pageSize * pageSize;
+        const quintptr end = quintptr(picture->constBits()) + quintptr(picture->sizeInBytes());
+        // What a machine can't give in this way it gives when it is painted.
+        ::madvise(reinterpret_cast<void *>(start), end - start, MADV_POPULATE_WRITE);
+    }
+    store->endPaint();
 }
 
 } // namespace
