@@ -20,6 +20,9 @@
 
 namespace {
 
+/// A disk is now faster, now slower, for seconds on end.
+constexpr int DiskRounds = 5;
+
 /// The orders of a list, each once, as the program comes to them.
 std::vector<qint64> OrdersOf(const AnswerList &list)
 {
@@ -92,7 +95,7 @@ public:
                                 " UpdPGName = 'TL030101', UpdDate = '20260101', UpdTime = '090000'"
                                 " WHERE AccNo = ?");
                  }},
-            3));
+            DiskRounds));
     }
 
     void Creating(std::vector<Measurement> &results)
@@ -119,7 +122,7 @@ public:
                                 " UpdDate = '20260101', UpdTime = '090000' WHERE AccNo = ?",
                                 [&] { AppendRecord(path, line); });
                  }},
-            3));
+            DiskRounds));
         SetMsgBoxHandler({});
     }
 
