@@ -76,10 +76,12 @@ void BenchLoadPerLine(const Sizes &sizes, bDAO &db, std::vector<Measurement> &re
     for (const int size : sizes.lists) {
         if (size == standard)
             continue;
+        // The less a round takes, the more of them a steady median needs.
+        const int rounds = std::max(9, 100'000 / size);
         results.push_back(PerLine(
             CompareTimes(
                 QString("list load per line, %L1 against %L2 lines").arg(size).arg(standard), 1.2,
-                LoadWork(db, size), LoadWork(db, standard)),
+                LoadWork(db, size), LoadWork(db, standard), rounds),
             size, standard));
     }
 }
