@@ -1,7 +1,7 @@
 # What ./run, ./test and ./bench share: packages and the build. Sourced, not run.
 
 # mdbtools-dev, which brings pkg-config and glib, is for "tldb import"; mdbtools for a test of it.
-packages="g++ cmake ninja-build qt6-base-dev libsqlite3-dev libfontconfig-dev qt6-translations-l10n
+packages="g++ cmake ninja-build qt6-base-dev libsqlite3-dev qt6-translations-l10n
           libgtest-dev sqlite3 python3 xvfb xauth fonts-ipaexfont-gothic mdbtools-dev mdbtools"
 
 say() { printf '== %s\n' "$*"; }

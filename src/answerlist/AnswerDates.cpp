@@ -32,9 +32,10 @@ bool CheckDateSelection(const AnswerList &list)
     if (hasOpenRow)
         return true;
     if (list.SelectedRowCount() == 0)
-        ShowMessage(88);
+        ShowMessage(Message::NoRowForDate);
     else
-        ShowMessage(0, "出荷済のものしか、選択されていません\rこのデータの変更は出来ません");
+        ShowMessage(Message::ExtraTextAlone,
+                    "出荷済のものしか、選択されていません\rこのデータの変更は出来ません");
     return false;
 }
 
@@ -88,6 +89,6 @@ QString AskAnswerDate()
     const QString stored = AddCentury(typed);
     if (IsValidDate(stored))
         return stored;
-    ShowMessage(8);
+    ShowMessage(Message::WrongDate);
     return {};
 }

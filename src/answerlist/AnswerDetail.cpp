@@ -134,7 +134,7 @@ bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry)
     if (!stored)
         return false;
     if (db.IsEOF(stored.get())) {
-        ShowMessage(13);
+        ShowMessage(Message::NoData);
         return false;
     }
     // A shipped line keeps its dates, and an answer without a date has none to give.
@@ -150,11 +150,11 @@ bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry)
         dates->arrivalDate = entry.answeredDate;
     }
     if (!db.BeginTrans()) {
-        ShowMessage(15);
+        ShowMessage(Message::NotRegistered);
         return false;
     }
     if (!db.DBExecute(BuildDetailUpdateSql(key, entry, dates, stamp)) || !db.CommitTrans()) {
-        ShowMessage(15);
+        ShowMessage(Message::NotRegistered);
         db.Rollback();
         return false;
     }

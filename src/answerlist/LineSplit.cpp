@@ -11,14 +11,14 @@ bool CheckSingleRow(const AnswerList &list)
 {
     if (list.SelectedRowCount() <= 1)
         return true;
-    ShowMessage(0, "複数行の指定は出来ません");
+    ShowMessage(Message::ExtraTextAlone, "複数行の指定は出来ません");
     return false;
 }
 
 int SingleRow(const AnswerList &list)
 {
     if (list.RowCount() == 0 || list.SelectedRowCount() == 0) {
-        ShowMessage(22);
+        ShowMessage(Message::NoValidRow);
         return 0;
     }
     return CheckSingleRow(list) ? list.ActiveRow() : 0;
@@ -79,10 +79,10 @@ bool DeleteLine(bDAO &db, AnswerList &list, int row)
     const ListRow line = list.Row(row);
     const QString refusal = DeleteRefusal(line);
     if (!refusal.isEmpty()) {
-        ShowMessage(19, refusal);
+        ShowMessage(Message::NotDeleted, refusal);
         return false;
     }
-    if (ShowMessage(20) != BoxButton::Yes)
+    if (ShowMessage(Message::MayDelete) != BoxButton::Yes)
         return false;
     if (line.IsStored() && !DeleteStoredLine(db, line))
         return false;

@@ -104,7 +104,7 @@ bool Registration::Commit(RegistrationCounts &counts)
 bool Registration::Fail(const ListRow &line)
 {
     m_written.clear();
-    ShowMessage(15, "注文№ " + line.OrderNo());
+    ShowMessage(Message::NotRegistered, "注文№ " + line.OrderNo());
     return false;
 }
 
@@ -145,7 +145,7 @@ bool Registration::WriteStoredLine(const LineKey &key, const ListRow &line)
     if (!stored)
         return false;
     if (m_db.IsEOF(stored.get())) {
-        ShowMessage(13);
+        ShowMessage(Message::NoData);
         return false;
     }
     const auto answer = Answer(*stored, line, m_db.NullToZero(*stored, u"ShpSts") == Shipped);
@@ -164,7 +164,7 @@ bool Registration::InsertLine(LineKey &key, const ListRow &line)
     if (!source || !highest || !payKeys)
         return false;
     if (m_db.IsEOF(source.get())) {
-        ShowMessage(13);
+        ShowMessage(Message::NoData);
         return false;
     }
     MoveToFirstLine(m_db, *source);

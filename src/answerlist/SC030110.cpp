@@ -108,7 +108,7 @@ LoadedList SC030110::LoadLines()
              {m_ui->cmdCopy, m_ui->cmdDelete, m_ui->cmdMake, m_ui->cmdDetail, m_ui->cmdLimSet})
             button->setEnabled(false);
         if (loaded.isRead && !loaded.isStopped)
-            ShowMessage(13);
+            ShowMessage(Message::NoData);
     }
     return loaded;
 }
@@ -197,7 +197,7 @@ void SC030110::cmdDetail_Click()
     const int row = m_list.ActiveRow();
     const ListRow line = m_list.Row(row);
     if (!line.IsStored()) {
-        ShowMessage(76);
+        ShowMessage(Message::NotRegisteredYet);
         return;
     }
     m_state.detail = {line.AccNo(),

@@ -4,7 +4,7 @@
 #include "answerlist/DeliveryLine.h"
 #include "answerlist/ListLoading.h"
 #include "data/ProgramState.h"
-#include "util/Form.h"
+#include "forms/Form.h"
 
 #include <functional>
 #include <memory>

@@ -1,10 +1,10 @@
 #include "answerlist/SC030120.h"
 
 #include "answerlist/AnswerDetail.h"
+#include "forms/FieldInput.h"
 #include "messages/bMessage.h"
 #include "platform/System.h"
 #include "ui_SC030120.h"
-#include "util/FieldInput.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
 #include "util/bValue.h"
@@ -58,7 +58,7 @@ void SC030120::ShowLine()
         detail = ReadDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo});
     }
     if (!detail) {
-        ShowMessage(13);
+        ShowMessage(Message::NoData);
         // Nothing to answer; what is left is the way back.
         m_ui->Frame6->setEnabled(false);
         m_ui->cmdRegister->setEnabled(false);
@@ -128,7 +128,7 @@ bool SC030120::CheckDate()
         return true;
     }
     box->setFocus();
-    ShowMessage(8);
+    ShowMessage(Message::WrongDate);
     return false;
 }
 
@@ -141,7 +141,7 @@ bool SC030120::CheckQuantity()
         return true;
     }
     box->setFocus();
-    ShowMessage(9);
+    ShowMessage(Message::WrongNumber);
     return false;
 }
 
@@ -154,7 +154,7 @@ void SC030120::cmdRegister_Click()
                             QuantityOf(Trim(m_ui->txtAnsVal->text())), m_ui->txtBiko->text()};
     if (!SaveDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo}, entry))
         return;
-    ShowMessage(14);
+    ShowMessage(Message::Registered);
     line.answeredDate = entry.answeredDate;
     line.answeredQuantity = entry.quantity;
     accept();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "data/ProgramState.h"
-#include "util/Form.h"
+#include "forms/Form.h"
 
 #include <memory>
 

@@ -4,8 +4,8 @@
 
 class QApplication;
 
-/// Gives the program its Japanese font, the Japanese texts of Qt's own boxes, its name and its way
-/// with memory.
+/// Gives the program its name, the Japanese texts of Qt's own boxes and, where the desktop's font
+/// has no Japanese characters, a Japanese font. All else looks as the desktop makes it.
 void PrepareDesktop(QApplication &application);
 
 /// The program's own folder: the one after --home on the command line, else the executable's. Tells

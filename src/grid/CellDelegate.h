@@ -4,18 +4,23 @@
 
 class SpreadGrid;
 
-/// Makes the editors of a grid's cells.
+/// Paints a grid's cells as the style does, with a frame around the active one, and makes their
+/// editors. Colours of a cell's own stay readable whatever the palette is.
 class CellDelegate : public QStyledItemDelegate
 {
 public:
     explicit CellDelegate(SpreadGrid *grid);
 
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
     void setEditorData(QWidget *, const QModelIndex &) const override {}
     void setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const override {}
 
 private:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+
     // The grid itself decides when an edit ends.
     bool eventFilter(QObject *, QEvent *) override { return false; }
 

@@ -1,7 +1,7 @@
 #include "grid/CellInput.h"
 
+#include "forms/FieldInput.h"
 #include "messages/bMessage.h"
-#include "util/FieldInput.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
 #include "util/bValue.h"
@@ -24,7 +24,7 @@ bool DateCellInput::ToShown(const QString &typed, QString &shown) const
     shown = FormatDateText(shown, 1);
     if (IsValidDate(StoredDate(shown)))
         return true;
-    ShowMessage(8);
+    ShowMessage(Message::WrongDate);
     return false;
 }
 
@@ -42,7 +42,7 @@ bool QuantityCellInput::ToShown(const QString &typed, QString &shown) const
 {
     const QString number = Trim(typed);
     if (!IsNumberInSpec(number, DigitSpec::Quantity)) {
-        ShowMessage(9);
+        ShowMessage(Message::WrongNumber);
         return false;
     }
     shown = FormatQuantity(QuantityOf(number));

@@ -1,23 +1,16 @@
 #include "grid/SpreadGrid.h"
 
 #include "grid/CellDelegate.h"
-#include "grid/PlainHeader.h"
-#include "grid/PlainScrollBar.h"
 
-#include <QPaintEvent>
-#include <QPainter>
+#include <QHeaderView>
 #include <algorithm>
 
 SpreadGrid::SpreadGrid(QWidget *parent)
     : QTableView(parent)
 {
-    setHorizontalHeader(new PlainHeader(Qt::Horizontal, this));
-    setVerticalHeader(new PlainHeader(Qt::Vertical, this));
-    setVerticalScrollBar(new PlainScrollBar(this));
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setModel(&m_model);
     setItemDelegate(new CellDelegate(this));
-    SetLineStyle(1, palette().color(QPalette::Window).darker(120));
     setSelectionMode(ExtendedSelection);
     setSelectionBehavior(SelectItems);
     setEditTriggers(EditKeyPressed | AnyKeyPressed);
@@ -39,13 +32,6 @@ SpreadGrid::SpreadGrid(QWidget *parent)
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, forgetSelection);
     connect(&m_model, &QAbstractItemModel::rowsRemoved, this, forgetSelection);
     connect(&m_model, &QAbstractItemModel::modelReset, this, forgetSelection);
-}
-
-void SpreadGrid::paintEvent(QPaintEvent *event)
-{
-    // Qt's own way lays each text out twice, to measure it and to draw it.
-    QPainter painter(viewport());
-    m_painter.Paint(painter, event->rect());
 }
 
 void SpreadGrid::SetCurrentCell(int column, int row)
@@ -254,9 +240,8 @@ bool SpreadGrid::IsRowSelected(int row) const
     return after != ranges.begin() && row <= std::prev(after)->second;
 }
 
-void SpreadGrid::SetLineStyle(int style, const QColor &color)
+void SpreadGrid::SetLineStyle(int style)
 {
-    m_lineColor = color;
     setShowGrid(style != 0);
     setGridStyle(style == 2 ? Qt::DotLine : Qt::SolidLine);
 }

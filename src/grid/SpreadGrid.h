@@ -1,7 +1,6 @@
 #pragma once
 
 #include "grid/CellInput.h"
-#include "grid/CellPainter.h"
 #include "grid/SpreadModel.h"
 
 #include <QLineEdit>
@@ -83,8 +82,7 @@ public:
     const std::vector<std::pair<int, int>> &SelectedRowRanges() const;
 
     /// How the lines between the cells look: 0 none, 1 solid, 2 dotted.
-    void SetLineStyle(int style, const QColor &color);
-    QColor LineColor() const { return m_lineColor; }
+    void SetLineStyle(int style);
 
     /// For the form that owns the grid: columns that can be typed into, and how columns look.
     void SetColumnInput(int column, std::unique_ptr<CellInput> input);
@@ -112,7 +110,6 @@ signals:
     void CellDoubleClicked(int column, int row);
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
@@ -142,8 +139,6 @@ private:
     void CopyBlock(const Block &block);
 
     SpreadModel m_model;
-    CellPainter m_painter{*this};
-    QColor m_lineColor;
     Cell m_current;
     Block m_block;
     Cell m_destination;

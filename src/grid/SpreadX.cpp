@@ -340,11 +340,11 @@ void SpreadX::ActiveCell(int row, int column)
     m_grid->Perform(Action::ActivateCell);
 }
 
-void SpreadX::DrawGrid(int lineStyle, QRgb lineColor)
+void SpreadX::DrawGrid(int lineStyle, QRgb)
 {
     if (!CheckComponent())
         return;
-    m_grid->SetLineStyle(lineStyle, QColor(lineColor));
+    m_grid->SetLineStyle(lineStyle);
     m_grid->Perform(Action::Draw);
 }
 

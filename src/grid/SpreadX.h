@@ -36,7 +36,7 @@ public:
     void Clear(int column1, int column2, int row1, int row2);
 
     void ActiveCell(int row, int column);
-    void DrawGrid(int lineStyle, QRgb lineColor);
+    void DrawGrid(int lineStyle, QRgb); ///< the lines keep the colour that the desktop gives them
     void SetForeColor(QRgb color, int row, int column);
     void SetBackColor(QRgb color, int row, int column);
 

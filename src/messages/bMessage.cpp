@@ -37,7 +37,7 @@ constexpr BoxLook LookOf(Style style)
     return {"注意", Exclamation + DefaultButton2};
 }
 
-struct Message
+struct Entry
 {
     int code;
     const char *text;
@@ -45,7 +45,7 @@ struct Message
 };
 
 // The suite shares the catalogue, so that a code means the same in each of its programs.
-constexpr Message Catalogue[] = {
+constexpr Entry Catalogue[] = {
     {1, "注文情報がありません", Caution},
     {2, "出荷されていません", Caution},
     {3, "指示数量が注残数を超えています", Caution},
@@ -163,9 +163,9 @@ constexpr Message Catalogue[] = {
     {115, "ファイル出力ができません。出力フォルダの設定、属性を確認してください。", Fallback},
 };
 
-const Message *Find(int code)
+const Entry *Find(int code)
 {
-    const auto *entry = std::ranges::lower_bound(Catalogue, code, {}, &Message::code);
+    const auto *entry = std::ranges::lower_bound(Catalogue, code, {}, &Entry::code);
     return entry != std::end(Catalogue) && entry->code == code ? entry : nullptr;
 }
 
@@ -173,13 +173,13 @@ const Message *Find(int code)
 
 QString MessageText(int code)
 {
-    const Message *message = Find(code);
+    const Entry *message = Find(code);
     return message ? QString::fromUtf8(message->text) : QString();
 }
 
 int ShowMessage(int code, const QString &extra)
 {
-    const Message *message = Find(code);
+    const Entry *message = Find(code);
     const BoxLook look = LookOf(message ? message->style : Fallback);
     const QString text = MessageText(code);
     return MsgBox(Trim(text).isEmpty() ? Trim(extra) : text + '\r' + Trim(extra), look.style,

@@ -73,7 +73,7 @@ bool AnswerCreation::RunAnswerCreation()
         bool written = false;
         MakeOrderAnswer(line, ok, written);
         if (!ok) {
-            ShowMessage(43);
+            ShowMessage(Message::NotCreated);
             return false;
         }
         m_counts.records += written;
@@ -91,7 +91,7 @@ void AnswerCreation::MakeOrderAnswer(const ListRow &row, bool &ok, bool &written
     if (!lines)
         return;
     if (m_db.IsEOF(lines.get())) {
-        ShowMessage(13);
+        ShowMessage(Message::NoData);
         return;
     }
     const QString settings = m_db.NullToRTrim(*lines, u"HenpVerPath");
@@ -171,13 +171,13 @@ bool AnswerCreation::WriteRecord(const QString &path, const QString &layoutSetti
 bool AnswerCreation::MarkAnswered(qint64 accNo)
 {
     if (!m_db.BeginTrans()) {
-        ShowMessage(17);
+        ShowMessage(Message::NotUpdated);
         return false;
     }
     if (m_db.DBExecute(BuildMarkAnsweredSql(accNo, m_stamp)) && m_db.CommitTrans())
         return true;
     m_db.Rollback();
-    ShowMessage(17);
+    ShowMessage(Message::NotUpdated);
     return false;
 }
 

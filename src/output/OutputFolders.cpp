@@ -140,6 +140,6 @@ bool CheckAnswerOutputPaths(bDAO &db, const Files &files)
     if (CheckInfoOutputPaths(db, files, AnswerInfoKind, message))
         return true;
     if (!message.isEmpty()) // else the database's error boxes have told why
-        ShowMessage(0, message);
+        ShowMessage(Message::ExtraTextAlone, message);
     return false;
 }

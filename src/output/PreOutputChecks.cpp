@@ -81,7 +81,7 @@ bool RunPreOutputChecks(AnswerList &list, const ShowStatusText &showStatus, int 
     const std::vector<Participant> lines = FindParticipants(list, showStatus);
     participants = int(lines.size());
     if (lines.empty()) {
-        ShowMessage(22, "※ 出荷済のものは、納期回答作成対象にはなりません");
+        ShowMessage(Message::NoValidRow, "※ 出荷済のものは、納期回答作成対象にはなりません");
         return false;
     }
     showStatus("回答数が 0でないかチェックしています…");

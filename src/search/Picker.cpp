@@ -44,7 +44,7 @@ void Picker::Pick()
         m_grid.Client()->SetRedraw(true);
     }
     if (row == 0) {
-        ShowMessage(13);
+        ShowMessage(Message::NoData);
         return;
     }
     m_grid.ActiveCell(row, 1);

@@ -1,11 +1,11 @@
 #include "search/SC030010.h"
 
+#include "forms/FieldInput.h"
 #include "messages/bMessage.h"
 #include "search/SC040220R.h"
 #include "search/SC040230R.h"
 #include "search/bTLName.h"
 #include "ui_SC030010.h"
-#include "util/FieldInput.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
 
@@ -223,6 +223,6 @@ bool SC030010::CheckDateBox(QLineEdit *box)
         return true;
     }
     box->setFocus();
-    ShowMessage(8);
+    ShowMessage(Message::WrongDate);
     return false;
 }

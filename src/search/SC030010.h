@@ -1,8 +1,8 @@
 #pragma once
 
 #include "data/ProgramState.h"
+#include "forms/Form.h"
 #include "search/SearchForm.h"
-#include "util/Form.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
-#include "tldb/AnswerFile.h"
 #include "tldb/Commands.h"
+#include "tldb/answers/AnswerFile.h"
 
 #include <QDate>
 #include <QFile>

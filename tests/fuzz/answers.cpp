@@ -4,8 +4,8 @@
 #include "Fuzzing.h"
 
 #include "platform/ShiftJis.h"
-#include "tldb/AnswerFile.h"
-#include "tldb/AnswerLayout.h"
+#include "tldb/answers/AnswerFile.h"
+#include "tldb/answers/AnswerLayout.h"
 #include "util/VbText.h"
 
 #include <QJsonArray>

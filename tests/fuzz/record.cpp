@@ -7,7 +7,7 @@
 #include "output/AnswerFile.h"
 #include "output/AnswerRecord.h"
 #include "platform/ShiftJis.h"
-#include "tldb/AnswerFile.h"
+#include "tldb/answers/AnswerFile.h"
 #include "util/VbText.h"
 
 #include <QStringList>

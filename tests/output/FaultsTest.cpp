@@ -2,7 +2,7 @@
 
 #include "answerlist/LineSplit.h"
 #include "support/FaultyDisk.h"
-#include "tldb/AnswerFile.h"
+#include "tldb/answers/AnswerFile.h"
 
 #include <QDir>
 #include <cerrno>

@@ -4,7 +4,7 @@
 #include "support/TestFolder.h"
 
 #include "platform/ShiftJis.h"
-#include "tldb/AnswerFile.h"
+#include "tldb/answers/AnswerFile.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #include "support/QtPrinters.h"
 
-#include "tldb/OldValue.h"
+#include "tldb/import/OldValue.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 #include "app/Desktop.h"
 #include "grid/SpreadGrid.h"
 #include "support/Operator.h"
-#include "tldb/AnswerFile.h"
 #include "tldb/Commands.h"
+#include "tldb/answers/AnswerFile.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,0 +1,143 @@
+#include "forms/Form.h"
+
+#include "platform/System.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFocusEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStatusBar>
+
+Form::Form(QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
+                   | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
+}
+
+void Form::OnFocus(QWidget *field, std::function<void()> enter, LeaveHandler leave)
+{
+    m_focusHandlers[field] = {std::move(enter), std::move(leave)};
+    field->installEventFilter(this);
+}
+
+void Form::keyPressEvent(QKeyEvent *event)
+{
+    const bool isBack = event->modifiers() & Qt::ShiftModifier;
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (auto *button = qobject_cast<QAbstractButton *>(focusWidget());
+            button && !button->isCheckable())
+            button->click();
+        else
+            MoveFocus(!isBack);
+        return;
+    case Qt::Key_Down:
+    case Qt::Key_Up:
+        MoveFocus(event->key() == Qt::Key_Down);
+        return;
+    case Qt::Key_Escape:
+        if (m_escapeButton)
+            m_escapeButton->click();
+        return;
+    default:
+        QDialog::keyPressEvent(event);
+    }
+}
+
+void Form::MoveFocus(bool isForward)
+{
+    do
+        focusNextPrevChild(isForward);
+    while (m_helperButtons.contains(focusWidget()));
+}
+
+void Form::showEvent(QShowEvent *event)
+{
+    if (!m_isPlaced) {
+        CenterForm(*this);
+        // No button is pressed by Enter in another field, and none may look like it.
+        for (QPushButton *button : findChildren<QPushButton *>())
+            button->setAutoDefault(false);
+        ColorReadOnlyBoxes();
+    }
+    m_isPlaced = true;
+    QDialog::showEvent(event);
+}
+
+void Form::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_isPlaced)
+        ColorReadOnlyBoxes();
+}
+
+/// Boxes that only show look like the form, so that those to type in stand out.
+void Form::ColorReadOnlyBoxes()
+{
+    for (QLineEdit *box : findChildren<QLineEdit *>()) {
+        if (!box->isReadOnly())
+            continue;
+        QPalette onlyBase;
+        onlyBase.setColor(QPalette::Base, palette().color(QPalette::Window));
+        box->setPalette(onlyBase);
+    }
+}
+
+bool Form::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress && object == m_lostClickTarget) {
+        m_lostClickTarget = nullptr;
+        return true;
+    }
+    const auto handlers = m_focusHandlers.find(object);
+    const bool isFocusEvent = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
+    if (handlers == m_focusHandlers.end() || !isFocusEvent)
+        return QDialog::eventFilter(object, event);
+    const auto reason = static_cast<QFocusEvent *>(event)->reason();
+    if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason)
+        return false;
+    if (event->type() == QEvent::FocusIn && handlers->second.enter)
+        handlers->second.enter();
+    if (event->type() == QEvent::FocusOut && handlers->second.leave) {
+        QWidget *newFocus = QApplication::focusWidget();
+        handlers->second.leave(newFocus, reason);
+        if (reason == Qt::MouseFocusReason && newFocus && focusWidget() == object)
+            LoseClickOn(newFocus);
+    }
+    return false;
+}
+
+void Form::LoseClickOn(QWidget *target)
+{
+    // The press is still on its way: it gave the focus first.
+    m_lostClickTarget = target;
+    target->installEventFilter(this);
+    QMetaObject::invokeMethod(
+        this, [this] { m_lostClickTarget = nullptr; }, Qt::QueuedConnection);
+}
+
+void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
+{
+    for (const QString &key : keys) {
+        auto *panel = new QLabel(&bar);
+        panel->setObjectName(key);
+        panel->setAccessibleName(key);
+        bar.addWidget(panel, key == keys.front() ? 1 : 0);
+    }
+}
+
+QString PanelText(const QStatusBar &bar, const QString &key)
+{
+    return bar.findChild<QLabel *>(key)->text();
+}
+
+void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
+{
+    auto *panel = bar.findChild<QLabel *>(key);
+    panel->setText(text);
+    panel->repaint();
+}

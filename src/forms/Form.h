@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QDialog>
+#include <QPointer>
+#include <functional>
+#include <map>
+#include <set>
+
+class QAbstractButton;
+class QStatusBar;
+
+/// What every screen shares: it stands in the middle of the desktop when it appears, Enter and the
+/// arrow keys move between its fields, and it can tell when a field is entered and left.
+///
+/// Enter goes to the next field, Shift+Enter back; Down and Up do the same where the field has no
+/// use of its own for them. Enter on a button presses it; a button that only helps to fill the box
+/// beside it is reached by Tab, and Enter goes on to the next box.
+class Form : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit Form(QWidget *parent = nullptr);
+
+    /// Esc presses this button. Without one, Esc does nothing.
+    void SetEscapeButton(QAbstractButton *button) { m_escapeButton = button; }
+
+    /// Enter and the arrow keys pass this button over.
+    void SetHelperButton(QWidget *button) { m_helperButtons.insert(button); }
+
+protected:
+    using LeaveHandler = std::function<void(QWidget *newFocus, Qt::FocusReason reason)>;
+
+    /// `enter` runs when the operator comes to the field, `leave` when he goes on to another field
+    /// of this form; neither when a box or another window takes the focus for a while. When `leave`
+    /// takes the focus back, the click that led away from the field does nothing.
+    void OnFocus(QWidget *field, std::function<void()> enter, LeaveHandler leave);
+
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    struct FocusHandlers
+    {
+        std::function<void()> enter;
+        LeaveHandler leave;
+    };
+
+    void ColorReadOnlyBoxes();
+    void MoveFocus(bool isForward);
+    void LoseClickOn(QWidget *target);
+
+    std::map<QObject *, FocusHandlers> m_focusHandlers;
+    std::set<QWidget *> m_helperButtons;
+    QPointer<QWidget> m_lostClickTarget;
+    QAbstractButton *m_escapeButton = nullptr;
+    bool m_isPlaced = false;
+};
+
+/// Gives a status bar its panels: the first takes the free width, the others are as wide as their
+/// texts. Each panel is a label whose object name is its key.
+void AddStatusPanels(QStatusBar &bar, const QStringList &keys);
+
+QString PanelText(const QStatusBar &bar, const QString &key);
+
+/// Shows a text in a panel of the status bar and paints it at once, even within a long run.
+void SetPanelText(QStatusBar &bar, const QString &key, const QString &text);

@@ -1,0 +1,217 @@
+#include "tldb/check/DatabaseCheck.h"
+
+#include "data/Tables.h"
+#include "data/dao/DaoError.h"
+#include "tldb/NewDatabase.h"
+#include "tldb/check/ValueRules.h"
+
+#include <QStringList>
+#include <memory>
+#include <sqlite3.h>
+#include <vector>
+
+namespace {
+
+/// A column that has to be found in another table.
+struct Relation
+{
+    const char *table;
+    const char *column; ///< of the same name in both tables
+    const char *owner;
+    const char *what;
+};
+
+constexpr Relation Relations[] = {
+    {"TLSP0010", "AccNo", "TLAC0010", "the line's order is missing"},
+    {"TLSP0010", "CustCD", "TLMT0040", "the line's customer is missing"},
+    {"TLAC0010", "CustCD", "TLMT0040", "the order's customer is missing"},
+    {"TLAC0020", "AccNo", "TLAC0010", "the sub-line's order is missing"},
+};
+
+/// A query whose rows are read one by one: a table need not fit into memory.
+class RowReader
+{
+public:
+    RowReader(Database &database, const QString &sql)
+        : m_connection(database.Connection())
+    {
+        sqlite3_stmt *statement = nullptr;
+        const int result = sqlite3_prepare_v2(m_connection, sql.toUtf8(), -1, &statement, nullptr);
+        m_statement.reset(statement);
+        if (result != SQLITE_OK)
+            throw DaoErrors::FromSqlite(m_connection, "tldb");
+    }
+
+    bool Next()
+    {
+        const int result = sqlite3_step(m_statement.get());
+        if (result != SQLITE_ROW && result != SQLITE_DONE)
+            throw DaoErrors::FromSqlite(m_connection, "tldb");
+        return result == SQLITE_ROW;
+    }
+
+    sqlite3_value *Value(int column) { return sqlite3_column_value(m_statement.get(), column); }
+
+    QString Text(int column)
+    {
+        const auto *text = sqlite3_column_text(m_statement.get(), column);
+        return text ? QString::fromUtf8(reinterpret_cast<const char *>(text)) : QString("null");
+    }
+
+private:
+    struct Finalize
+    {
+        void operator()(sqlite3_stmt *statement) const { sqlite3_finalize(statement); }
+    };
+
+    sqlite3 *m_connection;
+    std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
+};
+
+/// The columns by which a finding names a row: the key, or the row's number in a table without one.
+QStringList KeyColumns(const TableDefinition &table, const QStringList &columnsInFile)
+{
+    QStringList keys;
+    for (const ColumnDefinition &column : table.columns)
+        if (column.isKey && columnsInFile.contains(column.name, Qt::CaseInsensitive))
+            keys += column.name;
+    return keys.isEmpty() ? QStringList{"rowid"} : keys;
+}
+
+/// The key of the current row, whose columns are the query's from `first` on.
+QString KeyText(RowReader &rows, const QStringList &keys, int first)
+{
+    QStringList parts;
+    for (const QString &key : keys)
+        parts += key + '=' + rows.Text(first++);
+    return parts.join(' ');
+}
+
+void CheckEqualKeys(Database &database, const TableDefinition &table, const QStringList &columns,
+                    const FindingSink &found)
+{
+    const QStringList keys = KeyColumns(table, columns);
+    if (columns.isEmpty() || keys.first() == "rowid")
+        return;
+    const QString list = keys.join(", ");
+    RowReader rows(database, QString("SELECT %1, COUNT(*) FROM %2 GROUP BY %1 HAVING COUNT(*) > 1")
+                                 .arg(list, table.name));
+    while (rows.Next())
+        found({table.name,
+               KeyText(rows, keys, 0),
+               {},
+               rows.Text(int(keys.size())) + " rows have this key"});
+}
+
+void CheckRelation(Database &database, const Relation &relation, const FindingSink &found)
+{
+    const QStringList columns = ColumnsInFile(database, relation.table);
+    const QStringList ownerColumns = ColumnsInFile(database, relation.owner);
+    // A table that is missing is one finding, not one for each row that belongs to it.
+    if (!columns.contains(relation.column, Qt::CaseInsensitive)
+        || !ownerColumns.contains(relation.column, Qt::CaseInsensitive))
+        return;
+    const QStringList keys = KeyColumns(*FindTable(relation.table), columns);
+    RowReader rows(database,
+                   QString("SELECT %1, %2 FROM %3 AS t WHERE NOT EXISTS "
+                           "(SELECT 1 FROM %4 AS o WHERE o.%2 = t.%2)")
+                       .arg(keys.join(", "), relation.column, relation.table, relation.owner));
+    while (rows.Next())
+        found({relation.table, KeyText(rows, keys, 0), relation.column,
+               QString(relation.what) + ": " + Quoted(rows.Text(int(keys.size())))});
+}
+
+/// Runs one check; a file that can't be read further is a finding.
+template <typename Check>
+void Guarded(const QString &table, const FindingSink &found, Check &&check)
+{
+    try {
+        check();
+    } catch (const DaoError &error) {
+        found({table, {}, {}, "can't be read: " + ErrorText(error)});
+    }
+}
+
+} // namespace
+
+QString ToLine(const Finding &finding)
+{
+    QStringList parts;
+    for (const QString &part : {finding.table, finding.key, finding.column})
+        if (!part.isEmpty())
+            parts += part;
+    const QString line = parts.join(' ') + (parts.isEmpty() ? "" : ": ") + finding.what;
+    QString shown;
+    for (const QChar c : line)
+        shown += c.category() == QChar::Other_Control
+                     ? QString("\\u%1").arg(c.unicode(), 4, 16, QChar('0'))
+                     : QString(c);
+    return shown;
+}
+
+FindingReport::FindingReport(QTextStream &out)
+    : found([this, &out](const Finding &finding) {
+        out << ToLine(finding) << '\n';
+        ++findings;
+    })
+    , noted([this, &out](const Finding &note) {
+        out << "note: " << ToLine(note) << '\n';
+        ++notes;
+    })
+{
+}
+
+qint64 CheckDatabase(Database &database, const FindingSink &found, const FindingSink &noted)
+{
+    Guarded({}, found, [&] { CheckIntegrity(database, found); });
+    Guarded({}, found, [&] { CheckProperties(database, found); });
+    Guarded({}, found, [&] { CheckSchema(database, found, noted); });
+    qint64 rowCount = 0;
+    for (const TableDefinition &table : Tables())
+        Guarded(table.name, found, [&] { rowCount += CheckValues(database, table, found); });
+    Guarded({}, found, [&] { CheckRelations(database, found); });
+    return rowCount;
+}
+
+qint64 CheckValues(Database &database, const TableDefinition &table, const FindingSink &found)
+{
+    const QStringList inFile = ColumnsInFile(database, table.name);
+    std::vector<const ColumnDefinition *> columns;
+    QStringList names;
+    for (const ColumnDefinition &column : table.columns) {
+        if (!inFile.contains(column.name, Qt::CaseInsensitive))
+            continue;
+        columns.push_back(&column);
+        names += column.name;
+    }
+    if (columns.empty())
+        return 0;
+    const QStringList keys = KeyColumns(table, inFile);
+    RowReader rows(database,
+                   QString("SELECT %1 FROM %2").arg((names + keys).join(", "), table.name));
+    qint64 count = 0;
+    for (; rows.Next(); ++count) {
+        for (size_t column = 0; column < columns.size(); ++column) {
+            const QString fault = ValueFault(*columns[column], rows.Value(int(column)));
+            if (!fault.isEmpty())
+                found({table.name, KeyText(rows, keys, int(columns.size())), columns[column]->name,
+                       fault});
+        }
+    }
+    return count;
+}
+
+void CheckRelations(Database &database, const FindingSink &found)
+{
+    for (const TableDefinition &table : Tables())
+        CheckEqualKeys(database, table, ColumnsInFile(database, table.name), found);
+    for (const Relation &relation : Relations)
+        CheckRelation(database, relation, found);
+
+    constexpr auto companies = "TLMT0010";
+    if (ColumnsInFile(database, companies).isEmpty())
+        return;
+    RowReader rows(database, QString("SELECT COUNT(*) FROM %1").arg(companies));
+    if (rows.Next() && rows.Text(0) != "1")
+        found({companies, {}, {}, rows.Text(0) + " company rows, one is wanted"});
+}

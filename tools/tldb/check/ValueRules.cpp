@@ -1,0 +1,122 @@
+#include "tldb/check/ValueRules.h"
+
+#include "platform/ShiftJis.h"
+#include "util/Decimal.h"
+#include "util/VbText.h"
+#include "util/bDate.h"
+
+#include <QStringDecoder>
+#include <algorithm>
+#include <cmath>
+#include <sqlite3.h>
+
+namespace {
+
+constexpr double QuantityLimit = 1e9; ///< 9 integer digits
+constexpr int QuantityDecimals = 3;
+
+bool IsDigits(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= '0' && c <= '9'; });
+}
+
+/// What only some columns may hold, besides what their type allows.
+struct ColumnRule
+{
+    const char *column;
+    bool (*isKept)(const QString &text);
+    const char *what;
+};
+
+constexpr ColumnRule ColumnRules[] = {
+    {"UpdTime",
+     [](const QString &text) {
+         return Trim(text).isEmpty() || (text.size() == 6 && IsDigits(text));
+     },
+     "is neither blank nor six digits"},
+    {"AnsMark",
+     [](const QString &text) { return Trim(text).isEmpty() || text == "1" || text == "2"; },
+     "is neither blank nor 1 nor 2"},
+    {"ShpSts",
+     [](const QString &text) { return text == "1" || text == "2" || text == "3" || text == "4"; },
+     "is not 1 to 4"},
+};
+
+const ColumnRule *RuleOf(const ColumnDefinition &column)
+{
+    for (const ColumnRule &rule : ColumnRules)
+        if (qstricmp(rule.column, column.name) == 0)
+            return &rule;
+    return nullptr;
+}
+
+bool IsAscii(QByteArrayView bytes)
+{
+    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return uchar(byte) < 0x80; });
+}
+
+QString TextFault(const ColumnDefinition &column, QByteArrayView utf8)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = IsAscii(utf8) ? QString::fromLatin1(utf8) : decoder.decode(utf8);
+    if (decoder.hasError())
+        return "is not UTF-8";
+    const auto fault = [&](const QString &what) { return what + ": " + Quoted(text); };
+    if (text.size() > column.width)
+        return fault(QString("has %1 characters, %2 fit").arg(text.size()).arg(column.width));
+    if (text.endsWith(' '))
+        return fault("ends in blanks");
+    if (!IsShiftJisText(text))
+        return fault("has characters outside of Shift-JIS");
+    if (column.type == ColumnType::Date && !text.isEmpty()
+        && (!IsDigits(text) || !IsValidDate(text)))
+        return fault("is not a date");
+    const ColumnRule *rule = RuleOf(column);
+    return rule && !rule->isKept(text) ? fault(rule->what) : QString();
+}
+
+QString NumberFault(const ColumnDefinition &column, double number)
+{
+    const auto shown = [number] { return QString::number(number, 'g', 15); };
+    if (column.type == ColumnType::Integer && number != std::nearbyint(number))
+        return "is not a whole number: " + shown();
+    if (column.type == ColumnType::Quantity) {
+        if (!(number >= 0 && number < QuantityLimit))
+            return "is not from 0 to 9 integer digits: " + shown();
+        const Decimal quantity = Decimal::FromDouble(number);
+        if (quantity != quantity.Rounded(QuantityDecimals))
+            return "has more than 3 decimals: " + shown();
+    }
+    const ColumnRule *rule = RuleOf(column);
+    return rule && !rule->isKept(shown()) ? rule->what + (": " + shown()) : QString();
+}
+
+} // namespace
+
+QString ValueFault(const ColumnDefinition &column, sqlite3_value *value)
+{
+    const int type = sqlite3_value_type(value);
+    const bool isNumber = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
+    if (type == SQLITE_NULL)
+        return column.isKey ? "is null" : "";
+    if (type == SQLITE_BLOB || isNumber == column.IsText())
+        return column.IsText() ? "is not a text" : "is not a number";
+    if (isNumber)
+        return NumberFault(column, sqlite3_value_double(value));
+    const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(value));
+    return TextFault(column, QByteArrayView(text, sqlite3_value_bytes(value)));
+}
+
+QString Quoted(const QString &text)
+{
+    QString shown = "\"";
+    for (const QChar c : text) {
+        if (c == '"' || c == '\\')
+            shown += QString('\\') + c;
+        else if (c.category() == QChar::Other_Control)
+            shown += QString("\\u%1").arg(c.unicode(), 4, 16, QChar('0'));
+        else
+            shown += c;
+    }
+    return shown + '"';
+}
