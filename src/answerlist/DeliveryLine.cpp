@@ -55,7 +55,7 @@ QString BuildUpdateSql(const LineKey &key, const LineAnswer &answer, const Write
 QString BuildInsertSql(const Recordset &source, int shpSubNo, const QString &payKeyNo,
                        const LineAnswer &answer, const WriteStamp &stamp)
 {
-    const int payKeySubNp = int(source.Number(u"PayKeySubNp"));
+    const int payKeySubNp = int(source.Number(source.FieldIndex(u"PayKeySubNp")));
     const QHash<QString, QString> anew = {
         {"ShpSubNo", QString::number(shpSubNo)},
         {"PayKeyNo", payKeyNo},

@@ -176,7 +176,7 @@ bool Registration::InsertLine(LineKey &key, const ListRow &line)
     const auto answer = Answer(*source, line, false);
     if (!answer)
         return false;
-    const QString payKey
-        = NextPayKey(source->Text(u"PayKeyNo"), int(source->Number(u"PayKeySubNp")), keysOfOrder);
+    const QString payKey = NextPayKey(m_db.NullToRTrim(*source, u"PayKeyNo"),
+                                      int(m_db.NullToZero(*source, u"PayKeySubNp")), keysOfOrder);
     return m_db.DBExecute(BuildInsertSql(*source, key.shpSubNo, payKey, *answer, m_stamp));
 }

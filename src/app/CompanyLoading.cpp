@@ -62,16 +62,6 @@ constexpr NumberColumn NumberColumns[] = {
     {"RptDenNo", &CompanyRecord::RptDenNo}, {"PayDenNo", &CompanyRecord::PayDenNo},
 };
 
-/// Reads one column; a column that can't be read leaves its field as it is.
-template <typename Read>
-void Ignoring(Read &&read)
-{
-    try {
-        read();
-    } catch (const DaoError &) {
-    }
-}
-
 CompanyRecord BlankCompany()
 {
     CompanyRecord company;
@@ -95,14 +85,14 @@ bool LoadCompany(bDAO &db, const QString &executableName, CompanyRecord &company
             company.SaveDir = FixedText(folder, int(company.SaveDir.size()));
         return true;
     }
+    // A column that can't be read leaves its field blank or 0.
+    const auto field = [&](const char *name) { return rows->FieldIndex(QString(name)); };
     for (const TextColumn &column : TextColumns)
-        Ignoring([&] {
-            company.*column.member = FixedText(rows->Text(QString(column.name)), column.width);
-        });
+        company.*column.member = FixedText(rows->Text(field(column.name)), column.width);
     for (const WholeColumn &column : WholeColumns)
-        Ignoring([&] { company.*column.member = IntVal(rows->Text(QString(column.name))); });
+        company.*column.member = IntVal(rows->Text(field(column.name)));
     for (const NumberColumn &column : NumberColumns)
-        Ignoring([&] { company.*column.member = rows->Number(QString(column.name)); });
+        company.*column.member = rows->Number(field(column.name));
     // The suite has always kept the closing day here; nothing reads the time of the record.
     company.UpdTime = FixedText(QString::number(company.CloseDay), int(company.UpdTime.size()));
     db.CloseRS(rows.get());

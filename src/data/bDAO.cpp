@@ -12,6 +12,14 @@ QString EscapePipes(QString sql)
     return sql.replace("|", "' & Chr(124) & '");
 }
 
+int FieldOf(const Recordset &rows, QStringView column)
+{
+    const int field = rows.FieldIndex(column);
+    if (field < 0)
+        throw DaoErrors::Make(DaoErrors::ItemNotFound, "DAO.Recordset", column.toString());
+    return field;
+}
+
 } // namespace
 
 template <typename Result, typename Operation>
@@ -154,24 +162,29 @@ std::vector<int> bDAO::FieldsOf(const Recordset &rows, const QStringList &column
     return Guarded(std::vector<int>(), [&] {
         std::vector<int> fields;
         for (const QString &column : columns)
-            fields.push_back(rows.FieldIndex(column));
+            fields.push_back(FieldOf(rows, column));
         return fields;
     });
 }
 
+int bDAO::FieldOrError(const Recordset &rows, QStringView column)
+{
+    return Guarded(-1, [&] { return FieldOf(rows, column); });
+}
+
 QString bDAO::NullToTrim(const Recordset &rows, QStringView column)
 {
-    return Trim(Guarded(QString(), [&] { return rows.Text(column); }));
+    return Trim(rows.Text(FieldOrError(rows, column)));
 }
 
 QString bDAO::NullToRTrim(const Recordset &rows, QStringView column)
 {
-    return RTrim(Guarded(QString(), [&] { return rows.Text(column); }));
+    return RTrim(rows.Text(FieldOrError(rows, column)));
 }
 
 double bDAO::NullToZero(const Recordset &rows, QStringView column)
 {
-    return Guarded(0.0, [&] { return rows.Number(column); });
+    return rows.Number(FieldOrError(rows, column));
 }
 
 bool bDAO::CheckAccessVersion()

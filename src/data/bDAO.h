@@ -66,6 +66,7 @@ public:
 private:
     template <typename Result, typename Operation>
     Result Guarded(Result onError, Operation &&operation);
+    int FieldOrError(const Recordset &rows, QStringView column);
 
     DBEngine m_engine;
     Workspace *m_workspace = &m_engine.Workspaces(0);

@@ -110,6 +110,7 @@ bool AnswerCreation::FillRecord(Recordset &lines, const ListRow &row)
     const auto text = [&](QStringView column) { return m_db.NullToRTrim(lines, column); };
     const auto quantity
         = [&](QStringView column) { return Decimal::FromDouble(m_db.NullToZero(lines, column)); };
+    const auto stored = [&](QStringView column) { return lines.Text(lines.FieldIndex(column)); };
     ClearAnswerRecord(m_record);
     m_record.infoKind = AnswerInfoKind;
     m_record.processingDate = m_stamp.date;
@@ -142,10 +143,10 @@ bool AnswerCreation::FillRecord(Recordset &lines, const ListRow &row)
                    BoxStyle::Critical, ProgramId);
             return false;
         }
-        const QString answeredDate = lines.Text(u"AnsLimDate");
-        m_record.lines[slot] = {lines.Text(u"LimDate"), lines.Text(u"PayNo"),
+        const QString answeredDate = stored(u"AnsLimDate");
+        m_record.lines[slot] = {stored(u"LimDate"), stored(u"PayNo"),
                                 Trim(answeredDate).isEmpty() ? NoDate : answeredDate,
-                                quantity(u"AnsVal"), lines.Text(u"AnsMark")};
+                                quantity(u"AnsVal"), stored(u"AnsMark")};
         if (m_db.NullToZero(lines, u"AnsLimUmu") == AnswerOutput)
             m_record.answerKind = "2";
     }

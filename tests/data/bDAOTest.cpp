@@ -102,6 +102,11 @@ TEST_F(bDAOTest, EachFailureHasItsValue)
         {"Rollback", [&] { return !db.Rollback(); }, 1},
         {"unknown column", [&] { return db.NullToTrim(*rows, u"Missing").isEmpty(); }, 1},
         {"unknown number", [&] { return db.NullToZero(*rows, u"Missing") == 0; }, 1},
+        {"unknown columns",
+         [&] {
+             return db.FieldsOf(*rows, {"HinName", "Missing", "None"}).empty();
+         },
+         1},
         {"MoveNext", [&] { return db.MoveNext(*rows) && !db.MoveNext(*rows); }, 1},
         {"no rows: GetRecordCount", [&] { return db.GetRecordCount(nullptr) == -1; }, 0},
         {"not open: OpenRS", [&] { return closed->OpenRS("SELECT 1") == nullptr; }, 1},

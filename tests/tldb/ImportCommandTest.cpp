@@ -154,7 +154,8 @@ TEST(ImportCommand, TextsAreThoseOfAnotherReader)
                 const QString column = types->Text(0);
                 if (column == "At" || !columns.contains(column))
                     continue; // dates are shown in another form
-                EXPECT_EQ(rows->Text(column), fields.value(columns.indexOf(column)))
+                EXPECT_EQ(rows->Text(rows->FieldIndex(column)),
+                          fields.value(columns.indexOf(column)))
                     << line.toStdString();
             }
             rows->MoveNext();

@@ -54,6 +54,23 @@ double RealAt(const char *data)
     return value;
 }
 
+/// The value that begins at `at`, which moves past it.
+RowValue ReadValue(const char *&at)
+{
+    RowValue value{*at++};
+    if (value.type == SQLITE_FLOAT)
+        value.length = sizeof(double);
+    else if (value.type == SQLITE_TEXT || value.type == SQLITE_BLOB)
+        value.length = qsizetype(ReadNumber(at));
+    value.data = at;
+    if (value.type == SQLITE_INTEGER)
+        ReadNumber(at);
+    at += value.length;
+    return value;
+}
+
+constexpr RowValue NoValue{SQLITE_NULL};
+
 } // namespace
 
 Recordset::Recordset(sqlite3_stmt *statement, const QString &source)
@@ -106,18 +123,8 @@ void Recordset::Select(size_t row)
     if (IsEof())
         return;
     const char *at = m_rows[row];
-    for (Field &field : m_fields) {
-        field.type = *at++;
-        field.length = 0;
-        if (field.type == SQLITE_FLOAT)
-            field.length = sizeof(double);
-        else if (field.type == SQLITE_TEXT || field.type == SQLITE_BLOB)
-            field.length = qsizetype(ReadNumber(at));
-        field.data = at;
-        if (field.type == SQLITE_INTEGER)
-            ReadNumber(at);
-        at += field.length;
-    }
+    for (RowValue &field : m_fields)
+        field = ReadValue(at);
 }
 
 void Recordset::MoveFirst()
@@ -152,64 +159,81 @@ int Recordset::FieldIndex(QStringView name) const
     for (size_t field = 0; field < m_names.size(); ++field)
         if (m_names[field].compare(name, Qt::CaseInsensitive) == 0)
             return int(field);
-    throw DaoErrors::Make(DaoErrors::ItemNotFound, m_source, name.toString());
+    return -1;
 }
 
-const Recordset::Field &Recordset::Current(int field) const
+const RowValue &Recordset::Current(int field) const
 {
-    if (IsEof())
-        throw DaoErrors::Make(DaoErrors::NoCurrentRecord, m_source);
-    return m_fields.at(size_t(field));
+    const bool isThere = !IsEof() && field >= 0 && field < FieldCount();
+    return isThere ? m_fields[size_t(field)] : NoValue;
 }
 
-bool Recordset::IsNull(int field) const
+RowValue Record::Value(int field) const
 {
-    return Current(field).type == SQLITE_NULL;
+    const bool isThere = m_rows && m_row >= 0 && m_row < m_rows->RecordCount() && field >= 0
+                         && field < m_rows->FieldCount();
+    if (!isThere)
+        return NoValue;
+    const char *at = m_rows->m_rows[size_t(m_row)];
+    for (int before = 0; before < field; ++before)
+        ReadValue(at);
+    return ReadValue(at);
 }
 
-QString Recordset::Text(int field) const
+bool RowValue::IsNull() const
 {
-    const Field &value = Current(field);
-    switch (value.type) {
+    return type == SQLITE_NULL;
+}
+
+QString RowValue::Text() const
+{
+    switch (type) {
     case SQLITE_NULL:
         return {};
     case SQLITE_INTEGER:
-        return QString::number(WholeAt(value.data));
+        return QString::number(WholeAt(data));
     case SQLITE_FLOAT:
-        return Decimal::FromDouble(RealAt(value.data)).ToText();
+        return Decimal::FromDouble(RealAt(data)).ToText();
     default:
-        return QString::fromUtf8(value.data, value.length);
+        return QString::fromUtf8(data, length);
     }
 }
 
-QString Recordset::SqlLiteral(int field) const
+double RowValue::Number() const
 {
-    const Field &value = Current(field);
-    switch (value.type) {
-    case SQLITE_NULL:
-        return "NULL";
-    case SQLITE_INTEGER:
-        return Text(field);
-    case SQLITE_FLOAT:
-        return QString::number(RealAt(value.data), 'e', QLocale::FloatingPointShortest);
-    case SQLITE_BLOB:
-        return "x'" + QByteArray::fromRawData(value.data, value.length).toHex() + '\'';
-    default:
-        return '\'' + Text(field).replace("'", "''") + '\'';
-    }
-}
-
-double Recordset::Number(int field) const
-{
-    const Field &value = Current(field);
-    switch (value.type) {
+    switch (type) {
     case SQLITE_NULL:
         return 0;
     case SQLITE_INTEGER:
-        return double(WholeAt(value.data));
+        return double(WholeAt(data));
     case SQLITE_FLOAT:
-        return RealAt(value.data);
+        return RealAt(data);
     default:
-        return Val(QString::fromUtf8(value.data, value.length));
+        return Val(QString::fromUtf8(data, length));
+    }
+}
+
+qint64 RowValue::Whole() const
+{
+    if (type == SQLITE_INTEGER)
+        return WholeAt(data);
+    constexpr double Limit = 0x1p63;
+    const double number = Number();
+    return number >= -Limit && number < Limit ? qint64(number) : 0;
+}
+
+QString RowValue::SqlLiteral() const
+{
+    switch (type) {
+    case SQLITE_NULL:
+        return "NULL";
+    case SQLITE_INTEGER:
+        return Text();
+    case SQLITE_FLOAT:
+        return QString::number(RealAt(data), 'e', QLocale::FloatingPointShortest);
+    case SQLITE_BLOB:
+        return "x'" + QByteArray::fromRawData(data, length).toHex() + '\'';
+    default:
+        return '\'' + Text().replace("'", "''") + '\'';
     }
 }

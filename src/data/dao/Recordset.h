@@ -7,6 +7,48 @@
 
 struct sqlite3_stmt;
 
+class Recordset;
+
+/// One value of a row, where the row's block has it.
+struct RowValue
+{
+    char type; ///< SQLite's
+    const char *data = nullptr;
+    qsizetype length = 0;
+
+    bool IsNull() const;
+    QString Text() const;
+    double Number() const;
+    qint64 Whole() const;
+    QString SqlLiteral() const;
+};
+
+/// A handle on one row of a recordset, whatever the recordset's current row is; it must not outlive
+/// the recordset. Values are decoded when asked for and read as the recordset's own are.
+class Record
+{
+public:
+    Record() = default; ///< no row
+
+    bool IsNull(int field) const { return Value(field).IsNull(); }
+    QString Text(int field) const { return Value(field).Text(); }
+    double Number(int field) const { return Value(field).Number(); }
+    qint64 Whole(int field) const { return Value(field).Whole(); }
+    QString SqlLiteral(int field) const { return Value(field).SqlLiteral(); }
+
+private:
+    friend Recordset;
+    Record(const Recordset &rows, int row)
+        : m_rows(&rows)
+        , m_row(row)
+    {
+    }
+    RowValue Value(int field) const;
+
+    const Recordset *m_rows = nullptr;
+    int m_row = 0;
+};
+
 /// The rows of a query, read whole when opened and kept in one compact block: the record count is
 /// free, and nothing of the database stays locked. Fields are addressed by their position (0 is the
 /// first), found once by name.
@@ -25,40 +67,42 @@ public:
     /// Gives the rows up. A second call throws DaoError.
     void Close();
 
-    /// The position of a column, its name compared without case. Throws DaoError for an unknown
-    /// one.
+    /// Any row, 0 the first. One that is not there, or not any more, has a null in every field.
+    Record At(int row) const { return {*this, row}; }
+
+    /// The position of a column, its name compared without case; -1 for an unknown one.
     int FieldIndex(QStringView name) const;
     int FieldCount() const { return int(m_names.size()); }
     QString FieldName(int field) const { return m_names[size_t(field)]; }
 
-    // Values of the current row; each throws DaoError when there is none.
-    bool IsNull(int field) const;
-    QString Text(int field) const;  ///< "" for null; a number in its shortest 15-digit form
-    double Number(int field) const; ///< 0 for null; the leading number of a text
+    // Values of the current row. A field that is not there, and any field when there is no current
+    // row, reads as null.
+    bool IsNull(int field) const { return Current(field).IsNull(); }
+
+    /// "" for null; a number in its shortest 15-digit form.
+    QString Text(int field) const { return Current(field).Text(); }
+
+    /// 0 for null; the leading number of a text.
+    double Number(int field) const { return Current(field).Number(); }
+
+    /// A whole number exactly, any other cut toward zero; 0 for null and for what has no room.
+    qint64 Whole(int field) const { return Current(field).Whole(); }
 
     /// The value as a statement gives it, so that it is stored again just as it is.
-    QString SqlLiteral(int field) const;
-
-    QString Text(QStringView name) const { return Text(FieldIndex(name)); }
-    double Number(QStringView name) const { return Number(FieldIndex(name)); }
+    QString SqlLiteral(int field) const { return Current(field).SqlLiteral(); }
 
 private:
-    struct Field
-    {
-        char type;
-        const char *data;
-        qsizetype length;
-    };
+    friend Record;
 
     void ReadRow(sqlite3_stmt *statement);
     void Select(size_t row);
-    const Field &Current(int field) const;
+    const RowValue &Current(int field) const;
 
     QString m_source;
     std::vector<QString> m_names;
     RowBlock m_block; ///< per field: its type, then its number, or its length and bytes
     std::vector<const char *> m_rows; ///< where each row begins in the block
-    std::vector<Field> m_fields;      ///< of the current row
+    std::vector<RowValue> m_fields;   ///< of the current row
     size_t m_row = 0;
     bool m_isOpen = true;
 };
