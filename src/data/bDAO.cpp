@@ -219,13 +219,3 @@ void bDAO::ShowDBErrors()
                    .arg(QString::number(error.number), error.description, error.source),
                BoxStyle::Critical + BoxStyle::SystemModal, QString("ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ"));
 }
-
-QString SqlText(const QString &text)
-{
-    return RTrim(QString(text).replace("'", "''"));
-}
-
-QString LikeText(const QString &text)
-{
-    return QString(text).replace("#", "[#]");
-}

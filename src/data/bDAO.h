@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/dao/DBEngine.h"
+#include "data/dao/SqlText.h"
 #include "platform/Files.h"
 
 #include <QStringList>
@@ -73,9 +74,3 @@ private:
     Database *m_database = nullptr;
     bool m_isOpen = false;
 };
-
-/// A text for use between single quotes in SQL: quotes doubled, trailing blanks removed.
-QString SqlText(const QString &text);
-
-/// A text for use in a LIKE pattern: every "#" as "[#]". The caller adds the wildcard.
-QString LikeText(const QString &text);

@@ -98,7 +98,12 @@ TEST(Database, Properties)
 TEST(Database, ErrorsNameTheirCause)
 {
     TestDatabase database;
-    database.Insert("TLMT0020", {{"AccHinCD", "A"}});
+    database.Run("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A'), ('B')");
+    database.Run("CREATE UNIQUE INDEX OnePhone ON TLMT0040 (TEL);"
+                 "INSERT INTO TLMT0040 (CustCD, TEL) VALUES ('A', '03');"
+                 "CREATE TABLE Rated (Rate CHECK (Rate < 100));"
+                 "CREATE TRIGGER Kept BEFORE DELETE ON TLMT0020"
+                 " BEGIN SELECT RAISE(ABORT, '消せない商品'); END");
     Database readOnly(database.LocalPath(), true, ConnectText);
     Database &engine = database.Other();
     const struct
@@ -106,23 +111,29 @@ TEST(Database, ErrorsNameTheirCause)
         Database &database;
         QString sql;
         int number;
+        const char *ownText = ""; ///< of the engine, shown with the number's
     } cases[] = {
         {engine, "UPDATE TLMT0099 SET A = 1", 3075},
         {engine, "SELEKT", 3075},
         {engine, "DELETE FROM TLMT0010; DELETE FROM TLMT0020", 3075},
         {engine, QString("DELETE FROM TLMT0010") + QChar(0) + " WHERE CoCD = 'A'", 3075},
         {engine, "DELETE FROM TLMT0010 WHERE CoCD = 'A", 3075},
-        {engine, "INSERT INTO TLMT0020 (AccHinCD) VALUES ('a')", 3022},
-        {engine, "INSERT INTO TLMT0020 (AccHinCD) VALUES (NULL)", 3314},
+        {engine, "INSERT INTO TLMT0020 (AccHinCD) VALUES ('a')", 3022, "TLMT0020.AccHinCD"},
+        {engine, "UPDATE TLMT0020 SET rowid = 1 WHERE AccHinCD = 'B'", 3022, "rowid"},
+        {engine, "INSERT INTO TLMT0040 (CustCD, TEL) VALUES ('B', '03')", 3022, "TLMT0040.TEL"},
+        {engine, "INSERT INTO Rated VALUES (100)", 3317, "Rate < 100"},
+        {engine, "DELETE FROM TLMT0020", 3317, "消せない商品"},
+        {engine, "INSERT INTO TLMT0020 (AccHinCD) VALUES (NULL)", 3314, "TLMT0020.AccHinCD"},
         {readOnly, "DELETE FROM TLMT0020", 3027},
     };
-    for (const auto &[on, sql, number] : cases) {
+    for (const auto &[on, sql, number, ownText] : cases) {
         const DaoError error = ErrorOf([&on = on, sql = sql] { on.Execute(sql); });
         EXPECT_EQ(error.number, number)
             << sql.toStdString() << ' ' << error.description.toStdString();
+        EXPECT_TRUE(error.description.contains(ownText)) << error.description.toStdString();
         EXPECT_EQ(error.source, "DAO.Database");
     }
-    EXPECT_EQ(database.Rows("SELECT AccHinCD FROM TLMT0020"), "A");
+    EXPECT_EQ(database.Rows("SELECT AccHinCD FROM TLMT0020"), "A B");
 }
 
 class WorkspaceTest : public testing::Test

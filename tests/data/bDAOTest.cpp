@@ -29,6 +29,7 @@ protected:
 
 TEST(bDAO, TextsInStatements)
 {
+    EXPECT_EQ(SqlQuoted(" O'N''EIL| "), "' O''N''''EIL| '");
     EXPECT_EQ(SqlText("  O'N'EIL  "), "  O''N''EIL");
     EXPECT_EQ(SqlText("A　"), "A　");
     EXPECT_EQ(LikeText("1##*?[x]' "), "1[#][#]*?[x]' ");

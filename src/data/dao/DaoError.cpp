@@ -54,9 +54,10 @@ int NumberOf(int extendedCode)
     switch (extendedCode) {
     case SQLITE_CONSTRAINT_NOTNULL:
         return DaoErrors::NullNotAllowed;
-    case SQLITE_CONSTRAINT_CHECK:
-    case SQLITE_CONSTRAINT_FOREIGNKEY:
-        return RuleBroken;
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+    case SQLITE_CONSTRAINT_UNIQUE:
+    case SQLITE_CONSTRAINT_ROWID:
+        return DaoErrors::DuplicateKey;
     default:
         break;
     }
@@ -65,7 +66,7 @@ int NumberOf(int extendedCode)
     case SQLITE_LOCKED:
         return Locked;
     case SQLITE_CONSTRAINT:
-        return DaoErrors::DuplicateKey;
+        return RuleBroken; // of a trigger, a check, a reference
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
     case SQLITE_AUTH:

@@ -3,6 +3,7 @@
 #include "data/dao/DaoError.h"
 #include "data/dao/Dialect.h"
 #include "data/dao/SqlFunctions.h"
+#include "data/dao/SqlText.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -75,11 +76,6 @@ struct Statement
 
     sqlite3_stmt *handle = nullptr;
 };
-
-QString Literal(QString text)
-{
-    return '\'' + text.replace("'", "''") + '\'';
-}
 
 } // namespace
 
@@ -159,7 +155,7 @@ void Database::Execute(const QString &sql)
 
 QString Database::Property(const QString &name)
 {
-    const auto rows = OpenRecordset("SELECT Value FROM DBProperty WHERE Name = " + Literal(name));
+    const auto rows = OpenRecordset("SELECT Value FROM DBProperty WHERE Name = " + SqlQuoted(name));
     if (rows->IsEof())
         throw DaoErrors::Make(DaoErrors::PropertyNotFound, Source, name);
     return rows->Text(0);
@@ -167,8 +163,8 @@ QString Database::Property(const QString &name)
 
 void Database::SetProperty(const QString &name, const QString &value)
 {
-    ExecuteNative("INSERT OR REPLACE INTO DBProperty VALUES (" + Literal(name) + ", "
-                  + Literal(value) + ')');
+    ExecuteNative("INSERT OR REPLACE INTO DBProperty VALUES (" + SqlQuoted(name) + ", "
+                  + SqlQuoted(value) + ')');
 }
 
 void Database::SetProgress(std::function<bool()> goOn)

@@ -1,5 +1,7 @@
 #include "data/dao/Dialect.h"
 
+#include "data/dao/SqlText.h"
+
 #include <algorithm>
 #include <optional>
 #include <vector>
@@ -155,11 +157,6 @@ Tokens JoinConstants(const Tokens &tokens)
     return joined;
 }
 
-QString Quoted(QString text)
-{
-    return '\'' + text.replace("'", "''") + '\'';
-}
-
 /// The native form of a pattern that is plain text with at most one "*" at its end; nothing for any
 /// other. "[x]" with one character is that character.
 std::optional<QString> NativePattern(const QString &pattern)
@@ -185,7 +182,7 @@ std::optional<QString> NativePattern(const QString &pattern)
         }
         native += c;
     }
-    return Quoted(native) + (hasEscape ? " ESCAPE '\\'" : "");
+    return SqlQuoted(native) + (hasEscape ? " ESCAPE '\\'" : "");
 }
 
 /// Where the operand that ends before `end` begins: a name with its qualifiers, a literal or
@@ -232,7 +229,7 @@ Tokens TranslateLike(const Tokens &tokens)
             const qsizetype start = OperandStart(result, qsizetype(result.size()));
             result.insert(result.begin() + start,
                           {Kind::Symbol, QString(isNegated ? "NOT " : "") + "like_pattern("
-                                             + Quoted(tokens[pattern].text) + ", "});
+                                             + SqlQuoted(tokens[pattern].text) + ", "});
             result.push_back({Kind::Symbol, ")"});
         }
         at = pattern;
@@ -377,7 +374,7 @@ QString ToText(const Tokens &tokens, qsizetype expectedLength)
     for (const Token &token : tokens) {
         // Two literals side by side would be one with a quote in it.
         if (token.kind == Kind::Literal)
-            sql += (sql.endsWith('\'') ? " " : "") + Quoted(token.text);
+            sql += (sql.endsWith('\'') ? " " : "") + SqlQuoted(token.text);
         else if (token.kind == Kind::Word)
             sql += NativeName(token.text);
         else

@@ -1,6 +1,7 @@
 #include "data/dao/Recordset.h"
 
 #include "data/dao/DaoError.h"
+#include "data/dao/SqlText.h"
 #include "util/Decimal.h"
 #include "util/VbText.h"
 
@@ -234,6 +235,6 @@ QString RowValue::SqlLiteral() const
     case SQLITE_BLOB:
         return "x'" + QByteArray::fromRawData(data, length).toHex() + '\'';
     default:
-        return '\'' + Text().replace("'", "''") + '\'';
+        return SqlQuoted(Text());
     }
 }
