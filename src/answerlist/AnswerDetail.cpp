@@ -154,8 +154,8 @@ bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry)
         return false;
     }
     if (!db.DBExecute(BuildDetailUpdateSql(key, entry, dates, stamp)) || !db.CommitTrans()) {
-        ShowMessage(Message::NotRegistered);
         db.Rollback();
+        ShowMessage(Message::NotRegistered);
         return false;
     }
     return true;

@@ -1,13 +1,13 @@
 #include "data/bDAO.h"
 
 #include "data/Tables.h"
-#include "platform/MsgBox.h"
 #include "util/VbText.h"
 
 namespace {
 
-/// Every "|" stands inside a literal; the engine reads it only as a character joined in.
-QString EscapePipes(QString sql)
+/// A statement as the operator is shown it: every "|" stands inside a literal and is written as a
+/// character joined in, which means the same.
+QString EscapedPipes(QString sql)
 {
     return sql.replace("|", "' & Chr(124) & '");
 }
@@ -38,8 +38,7 @@ Result bDAO::Guarded(Result onError, Operation &&operation)
 
 bool bDAO::OpenDB(const Files &files, const QString &path, bool isReadOnly, const QString &connect)
 {
-    m_isOpen = false;
-    m_database = nullptr;
+    CloseDB();
     return Guarded(false, [&] {
         m_database = &m_workspace->OpenDatabase(files.LocalPath(path), isReadOnly, connect);
         m_isOpen = true;
@@ -49,13 +48,11 @@ bool bDAO::OpenDB(const Files &files, const QString &path, bool isReadOnly, cons
 
 bool bDAO::CloseDB()
 {
-    return Guarded(false, [&] {
-        if (m_isOpen)
-            m_workspace->CloseDatabase();
-        m_isOpen = false;
-        m_database = nullptr;
-        return true;
-    });
+    m_workspace->CloseDatabase();
+    m_isOpen = false;
+    m_database = nullptr;
+    EndTransaction();
+    return true;
 }
 
 std::unique_ptr<Recordset> bDAO::OpenRS(const QString &sql, bool)
@@ -63,7 +60,7 @@ std::unique_ptr<Recordset> bDAO::OpenRS(const QString &sql, bool)
     return Guarded(std::unique_ptr<Recordset>(), [&] {
         if (!m_database)
             throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
-        return m_database->OpenRecordset(EscapePipes(sql));
+        return m_database->OpenRecordset(sql);
     });
 }
 
@@ -75,16 +72,15 @@ void bDAO::SetProgress(std::function<bool()> goOn)
 
 bool bDAO::DBExecute(const QString &sql)
 {
-    const QString escaped = EscapePipes(sql);
     return Guarded(false, [&] {
         if (!m_database)
             throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
-        m_database->Execute(escaped);
-        if (m_database->RecordsAffected() != 0 || escaped.section(' ', 0, 0).toUpper() == "DELETE")
+        m_database->Execute(sql);
+        if (m_database->RecordsAffected() != 0 || sql.section(' ', 0, 0).toUpper() == "DELETE")
             return true;
-        MsgBox(QString("不明なｴﾗｰによりﾃﾞｰﾀﾍﾞｰｽへの更新はｷｬﾝｾﾙされました。"), BoxStyle::Critical,
-               "DBExecute Routine");
-        MsgBox(escaped, BoxStyle::OkOnly, QString("不明なｴﾗｰの原因..."));
+        Show({"不明なｴﾗｰによりﾃﾞｰﾀﾍﾞｰｽへの更新はｷｬﾝｾﾙされました。", BoxStyle::Critical,
+              "DBExecute Routine"});
+        Show({EscapedPipes(sql), BoxStyle::OkOnly, "不明なｴﾗｰの原因..."});
         return false;
     });
 }
@@ -93,6 +89,7 @@ bool bDAO::BeginTrans()
 {
     return Guarded(false, [&] {
         m_workspace->BeginTrans();
+        m_isInTransaction = true;
         return true;
     });
 }
@@ -101,16 +98,19 @@ bool bDAO::CommitTrans()
 {
     return Guarded(false, [&] {
         m_workspace->CommitTrans();
+        EndTransaction();
         return true;
     });
 }
 
 bool bDAO::Rollback()
 {
-    return Guarded(false, [&] {
+    const bool isRolledBack = Guarded(false, [&] {
         m_workspace->Rollback();
         return true;
     });
+    EndTransaction();
+    return isRolledBack;
 }
 
 bool bDAO::MoveNext(Recordset &rows)
@@ -202,12 +202,12 @@ bool bDAO::CheckAccessVersion()
     });
     if (version >= OldestAccessVersion)
         return true;
-    MsgBox(QString("データベースが以前のバージョンのため\r"
-                   "処理を続行できません。\r"
-                   "\r"
-                   "データコンバートで最新のバージョンにするか、\r"
-                   "データベースを復元するかをして下さい。"),
-           BoxStyle::Information, QString("初期設定エラー"));
+    Show({"データベースが以前のバージョンのため\r"
+          "処理を続行できません。\r"
+          "\r"
+          "データコンバートで最新のバージョンにするか、\r"
+          "データベースを復元するかをして下さい。",
+          BoxStyle::Information, "初期設定エラー"});
     return false;
 }
 
@@ -215,7 +215,23 @@ void bDAO::ShowDBErrors()
 {
     const auto errors = std::exchange(m_engine.Errors, {});
     for (const DaoError &error : errors)
-        MsgBox(QString("ｴﾗｰｺｰﾄﾞ：%1\r\nｴﾗｰ内容：%2\r\nｴﾗｰｿｰｽ ：%3")
-                   .arg(QString::number(error.number), error.description, error.source),
-               BoxStyle::Critical + BoxStyle::SystemModal, QString("ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ"));
+        Show({QString("ｴﾗｰｺｰﾄﾞ：%1\r\nｴﾗｰ内容：%2\r\nｴﾗｰｿｰｽ ：%3")
+                  .arg(QString::number(error.number), error.description, error.source),
+              BoxStyle::Critical + BoxStyle::SystemModal, "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ"});
+}
+
+void bDAO::Show(const MessageBoxRequest &box)
+{
+    if (m_isInTransaction)
+        m_keptBoxes.push_back(box);
+    else
+        MsgBox(box.text, box.style, box.title);
+}
+
+void bDAO::EndTransaction()
+{
+    m_isInTransaction = false;
+    const auto kept = std::exchange(m_keptBoxes, {});
+    for (const MessageBoxRequest &box : kept)
+        Show(box);
 }

@@ -3,6 +3,7 @@
 #include "data/dao/DBEngine.h"
 #include "data/dao/SqlText.h"
 #include "platform/Files.h"
+#include "platform/MsgBox.h"
 
 #include <QStringList>
 #include <functional>
@@ -11,6 +12,9 @@
 
 /// The one way to the database. Every routine catches the engine's errors, shows them to the
 /// operator and returns its failure value; none throws.
+///
+/// No box waits for the operator while the file is locked: what is to be shown between BeginTrans
+/// and the end of the transaction is shown when it has ended.
 class bDAO
 {
 public:
@@ -33,8 +37,11 @@ public:
     bool DBExecute(const QString &sql);
 
     bool BeginTrans();
-    bool CommitTrans();
+    bool CommitTrans(); ///< one that fails leaves the transaction open, to be rolled back
     bool Rollback();
+
+    /// Whether a transaction has begun and not ended. A caller shows its own boxes outside of it.
+    bool IsInTransaction() const { return m_isInTransaction; }
 
     bool MoveNext(Recordset &rows);
     bool MoveFirst(Recordset &rows);
@@ -68,9 +75,13 @@ private:
     template <typename Result, typename Operation>
     Result Guarded(Result onError, Operation &&operation);
     int FieldOrError(const Recordset &rows, QStringView column);
+    void Show(const MessageBoxRequest &box);
+    void EndTransaction();
 
     DBEngine m_engine;
     Workspace *m_workspace = &m_engine.Workspaces(0);
     Database *m_database = nullptr;
     bool m_isOpen = false;
+    bool m_isInTransaction = false;
+    std::vector<MessageBoxRequest> m_keptBoxes; ///< of the transaction
 };

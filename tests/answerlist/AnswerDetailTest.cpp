@@ -103,6 +103,20 @@ TEST_F(AnswerDetailTest, WhatCannotBeSaved)
     EXPECT_EQ(Stored("AnsLimDate"), "");
 }
 
+TEST_F(AnswerDetailTest, AFailedSaveIsToldWhenTheFileIsFreeAgain)
+{
+    file.Run("CREATE TRIGGER Kept BEFORE UPDATE ON TLSP0010"
+             " BEGIN SELECT RAISE(ABORT, '変更できません'); END");
+    QStringList shown;
+    SetMsgBoxHandler([&](const MessageBoxRequest &box) {
+        shown += box.text.section("\r", 0, 0);
+        file.Run("BEGIN IMMEDIATE; ROLLBACK");
+        return BoxButton::Ok;
+    });
+    EXPECT_FALSE(SaveDetail(state.db, {1, 2, 3}, {"20260601", 25, "new"}));
+    EXPECT_EQ(shown, QStringList({"ｴﾗｰｺｰﾄﾞ：3317", "登録されませんでした"}));
+}
+
 TEST_F(AnswerDetailTest, ASavedAnswerLeavesItsRowUnchanged)
 {
     Load();

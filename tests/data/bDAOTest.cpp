@@ -1,5 +1,6 @@
 #include "data/bDAO.h"
 
+#include "data/ErrorOf.h"
 #include "data/Tables.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
@@ -119,6 +120,88 @@ TEST_F(bDAOTest, EachFailureHasItsValue)
         EXPECT_EQ(boxes.TakeTexts().size(), count) << what;
     }
     EXPECT_TRUE(closed->CloseDB());
+}
+
+class TransactionBoxesTest : public bDAOTest
+{
+protected:
+    TransactionBoxesTest()
+    {
+        SetLockTimeout(file.Other(), 0);
+        SetMsgBoxHandler([this](const MessageBoxRequest &box) {
+            shown += box.text.section("\r\n", 0, 0);
+            EXPECT_FALSE(db.IsInTransaction());
+            EXPECT_EQ(ErrorOf([this] { file.Run("BEGIN IMMEDIATE; ROLLBACK"); }).number, 0)
+                << "the file is locked while this box waits: " << box.text.toStdString();
+            return BoxButton::Ok;
+        });
+    }
+
+    void MakeErrors()
+    {
+        EXPECT_FALSE(db.DBExecute("DELETE FROM None"));
+        EXPECT_EQ(db.OpenRS("SELEKT"), nullptr);
+        EXPECT_FALSE(db.DBExecute(noRow));
+        const auto rows = db.OpenRS("SELECT * FROM TLMT0020");
+        ASSERT_TRUE(rows);
+        EXPECT_EQ(db.NullToTrim(*rows, u"Missing"), "");
+        EXPECT_FALSE(db.BeginTrans()) << "there is one already";
+        EXPECT_EQ(shown, QStringList()) << "no box in a transaction";
+    }
+
+    const QString noRow = "UPDATE TLMT0020 SET HinName = 'A|B' WHERE AccHinCD = 'Z';";
+    const QStringList errors = {"ｴﾗｰｺｰﾄﾞ：3075",
+                                "ｴﾗｰｺｰﾄﾞ：3075",
+                                "不明なｴﾗｰによりﾃﾞｰﾀﾍﾞｰｽへの更新はｷｬﾝｾﾙされました。",
+                                "UPDATE TLMT0020 SET HinName = 'A' & Chr(124) & 'B'"
+                                " WHERE AccHinCD = 'Z';",
+                                "ｴﾗｰｺｰﾄﾞ：3265",
+                                "ｴﾗｰｺｰﾄﾞ：3075"};
+    QStringList shown;
+};
+
+TEST_F(TransactionBoxesTest, AreShownInOrderWhenItHasEnded)
+{
+    constexpr bool (bDAO::*ends[])() = {&bDAO::Rollback, &bDAO::CommitTrans, &bDAO::CloseDB};
+    for (const auto &end : ends) {
+        shown.clear();
+        ASSERT_TRUE(db.BeginTrans());
+        EXPECT_TRUE(db.IsInTransaction());
+        MakeErrors();
+        EXPECT_TRUE((db.*end)());
+        EXPECT_FALSE(db.IsInTransaction());
+        EXPECT_EQ(shown, errors);
+    }
+}
+
+TEST_F(TransactionBoxesTest, ACommitThatFailsKeepsThemUntilTheRollback)
+{
+    db.OpenRS("PRAGMA busy_timeout=50");
+    ASSERT_TRUE(db.BeginTrans());
+    EXPECT_FALSE(db.DBExecute(noRow));
+    EXPECT_TRUE(db.DBExecute("DELETE FROM TLMT0020"));
+    file.Run("BEGIN; SELECT count(*) FROM TLMT0020"); // a reader holds the commit up
+    EXPECT_FALSE(db.CommitTrans());
+    file.Run("COMMIT");
+    EXPECT_TRUE(db.IsInTransaction());
+    EXPECT_EQ(shown, QStringList());
+    EXPECT_TRUE(db.Rollback());
+    EXPECT_EQ(shown, QStringList({errors[2], errors[3], "ｴﾗｰｺｰﾄﾞ：3260"}));
+    EXPECT_EQ(file.Rows("SELECT AccHinCD FROM TLMT0020"), "A B");
+}
+
+TEST_F(TransactionBoxesTest, AnErrorThatEndsTheTransactionItselfIsShownAfterTheRollback)
+{
+    file.Run("CREATE TRIGGER Kept BEFORE DELETE ON TLMT0020"
+             " BEGIN SELECT RAISE(ROLLBACK, '消せない商品'); END");
+    ASSERT_TRUE(db.BeginTrans());
+    EXPECT_FALSE(db.DBExecute("DELETE FROM TLMT0020"));
+    EXPECT_TRUE(db.IsInTransaction());
+    EXPECT_EQ(shown, QStringList());
+    EXPECT_TRUE(db.Rollback());
+    EXPECT_EQ(shown, QStringList("ｴﾗｰｺｰﾄﾞ：3317"));
+    EXPECT_FALSE(db.Rollback()) << "there is none any more";
+    EXPECT_EQ(shown.size(), 2);
 }
 
 TEST_F(bDAOTest, NullsAndBlanks)
