@@ -17,15 +17,6 @@ QString Quoted(const QString &text)
     return '\'' + SqlText(text) + '\'';
 }
 
-/// The column of the delivery lines; null for one that only other programs know.
-const ColumnDefinition *FindColumn(const QString &name)
-{
-    for (const ColumnDefinition &column : FindTable("TLSP0010")->columns)
-        if (name.compare(QLatin1String(column.name), Qt::CaseInsensitive) == 0)
-            return &column;
-    return nullptr;
-}
-
 } // namespace
 
 WriteStamp WriteStamp::Now()
@@ -75,7 +66,8 @@ QString BuildInsertSql(const Recordset &source, int shpSubNo, const QString &pay
     };
     QStringList values;
     for (int field = 0; field < source.FieldCount(); ++field) {
-        const ColumnDefinition *column = FindColumn(source.FieldName(field));
+        const ColumnDefinition *column
+            = FindColumn(*FindTable("TLSP0010"), source.FieldName(field));
         if (!column) {
             values += source.SqlLiteral(field);
             continue;

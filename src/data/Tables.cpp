@@ -1,7 +1,11 @@
 #include "data/Tables.h"
 
 #include "data/dao/Database.h"
+#include "data/dao/SqlText.h"
+#include "util/Decimal.h"
+#include "util/VbText.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 namespace {
@@ -212,6 +216,26 @@ const TableDefinition *FindTable(const QString &name)
         if (name.compare(QLatin1String(table.name), Qt::CaseInsensitive) == 0)
             return &table;
     return nullptr;
+}
+
+const ColumnDefinition *FindColumn(const TableDefinition &table, const QString &name)
+{
+    for (const ColumnDefinition &column : table.columns)
+        if (name.compare(QLatin1String(column.name), Qt::CaseInsensitive) == 0)
+            return &column;
+    return nullptr;
+}
+
+std::optional<QString> SqlLiteralOf(const ColumnDefinition &column, const QString &value)
+{
+    if (column.IsText())
+        return SqlQuoted(RTrim(value));
+    static const QRegularExpression number(QRegularExpression::anchoredPattern(
+        "[+-]?0*([0-9]{1,18}(\\.[0-9]{0,18}0*)?|\\.[0-9]{1,18}0*)"));
+    const QString text = Trim(value);
+    if (!text.isEmpty() && !number.match(text).hasMatch())
+        return std::nullopt;
+    return Decimal::FromText(text).ToText();
 }
 
 void CreateTables(Database &database)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -40,6 +41,16 @@ std::span<const TableDefinition> Tables();
 
 /// The table of this name (compared without case); null when there is none.
 const TableDefinition *FindTable(const QString &name);
+
+/// The table's column of this name (compared without case); null when there is none.
+const ColumnDefinition *FindColumn(const TableDefinition &table, const QString &name);
+
+/// The value as a statement gives it to the column: for a text column a quoted literal without
+/// trailing blanks; for a number column the number in its shortest form, exactly ("-0.5" of
+/// "-00.500", "0" of a blank text), so that no text is ever run as SQL. Nothing when a number
+/// column is to take what is no number: digits, up to 18 on either side of a point, with a sign or
+/// none.
+std::optional<QString> SqlLiteralOf(const ColumnDefinition &column, const QString &value);
 
 /// The version of this definition, kept in the database's property SchemaVersion.
 inline constexpr int SchemaVersion = 1;

@@ -21,6 +21,50 @@ TEST(Tables, ColumnsOfTheDeliveryLines)
     EXPECT_EQ(FindTable("TLSP9999"), nullptr);
 }
 
+TEST(Tables, ValuesAsTheirColumnTakesThem)
+{
+    constexpr struct
+    {
+        const char *column;
+        const char *value;
+        const char *literal; ///< null: refused
+    } cases[] = {
+        {"Biko", "O'NEIL  ", "'O''NEIL'"},
+        {"LimDate", "", "''"},
+        {"Tan", "70", "70"},
+        {"AnsVal", " -00.500 ", "-0.5"},
+        {"AnsVal", "+.25", "0.25"},
+        {"ShpVal", "5.", "5"},
+        {"AccNo", "  ", "0"},
+        {"AccNo", "-0", "0"},
+        {"AccNo", "000123456789012345678", "123456789012345678"},
+        {"Tan", "1234567890123456789", nullptr}, // more digits than are kept exactly
+        {"Tan", "0.1234567890123456789", nullptr},
+        {"Tan", "0.12345678901234567800", "0.123456789012345678"},
+        {"Tan", "(select max(AccNo) from TLSP0010)", nullptr},
+        {"Tan", "1 + 1", nullptr},
+        {"Tan", "1,234", nullptr},
+        {"Tan", "12個", nullptr},
+        {"Tan", "１２", nullptr},
+        {"Tan", "NULL", nullptr},
+        {"Tan", "inf", nullptr},
+        {"Tan", "0x10", nullptr},
+        {"Tan", "1e5", nullptr},
+        {"Tan", ".", nullptr},
+        {"Tan", "-", nullptr},
+        {"Tan", "1\n", nullptr},
+        {"Tan", "'1'", nullptr},
+    };
+    for (const auto &[name, value, literal] : cases) {
+        const ColumnDefinition *column
+            = FindColumn(*FindTable("TLSP0010"), QString(name).toUpper());
+        ASSERT_NE(column, nullptr) << name;
+        EXPECT_EQ(SqlLiteralOf(*column, value).value_or("refused"), literal ? literal : "refused")
+            << value;
+    }
+    EXPECT_EQ(FindColumn(*FindTable("TLSP0010"), "Missing"), nullptr);
+}
+
 TEST(Tables, TextsCompareWithoutCase)
 {
     TestDatabase database;
