@@ -1,6 +1,7 @@
 #include "answerlist/SC030120.h"
 
 #include "answerlist/AnswerDetail.h"
+#include "forms/DateField.h"
 #include "forms/FieldInput.h"
 #include "messages/bMessage.h"
 #include "platform/System.h"

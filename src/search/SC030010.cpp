@@ -1,5 +1,6 @@
 #include "search/SC030010.h"
 
+#include "forms/DateField.h"
 #include "forms/FieldInput.h"
 #include "messages/bMessage.h"
 #include "search/SC040220R.h"

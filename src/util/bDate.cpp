@@ -4,7 +4,6 @@
 #include "util/VbText.h"
 
 #include <QDate>
-#include <QLineEdit>
 
 QString FormatDateText(const QString &text, int kind)
 {
@@ -90,16 +89,6 @@ QString DateBefore(const QString &stored, int days)
     const QDate date(IntVal(QStringView(stored).left(4)), IntVal(QStringView(stored).mid(4, 2)),
                      IntVal(QStringView(stored).mid(6, 2)));
     return date.addDays(-days).toString("yyyyMMdd");
-}
-
-void FormatDateField(QLineEdit &box, int kind)
-{
-    box.setText(FormatDateText(box.text(), kind));
-}
-
-void UnformatDateField(QLineEdit &box, int kind)
-{
-    box.setText(UnformatDateText(box.text(), kind));
 }
 
 QString NowDateText()

@@ -2,8 +2,6 @@
 
 #include <QString>
 
-class QLineEdit;
-
 /// Dates are texts in one of three forms: stored "YYYYMMDD", typed "YYMMDD" (or "YYMMD", the day's
 /// zero left out) and shown "YY/MM/DD". The date kind says which forms a conversion is between:
 /// 0 month and day only ("MMDD", "MM/DD"); 1 typed and shown; 2 like 1 but shown without the year;
@@ -35,10 +33,6 @@ QString ShownDate(const QString &stored);
 
 /// The date some days before a stored-form date, in stored form; empty when the date is not valid.
 QString DateBefore(const QString &stored, int days);
-
-/// The same conversions on the text of a box, in place.
-void FormatDateField(QLineEdit &box, int kind);
-void UnformatDateField(QLineEdit &box, int kind);
 
 /// The clock's date as "YY/MM/DD" and time as "HH:MM:SS".
 QString NowDateText();
