@@ -81,9 +81,6 @@ struct Statement
 
 Database::Database(const QString &localPath, int openFlags)
 {
-    // Each cache takes memory page by page as it reads, not twenty pages at its start.
-    [[maybe_unused]] static const int configured
-        = sqlite3_config(SQLITE_CONFIG_PAGECACHE, nullptr, 0, 0);
     // One thread uses a database: its locks against others would cost a tenth of every load.
     const int result = sqlite3_open_v2(localPath.toUtf8(), &m_connection,
                                        openFlags | SQLITE_OPEN_NOMUTEX, nullptr);

@@ -27,14 +27,9 @@ public:
     }
 
 private:
-    struct Free
-    {
-        void operator()(char *chunk) const;
-    };
-
     void Grow(size_t bytes);
 
-    std::vector<std::unique_ptr<char, Free>> m_chunks;
+    std::vector<std::unique_ptr<char[]>> m_chunks;
     size_t m_chunkSize = 0; ///< of the last one
     char *m_row = nullptr;  ///< where the row being written begins
     char *m_end = nullptr;
