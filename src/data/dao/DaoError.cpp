@@ -4,12 +4,10 @@
 
 namespace {
 
-constexpr int Locked = 3260;
 constexpr int RuleBroken = 3317;
 constexpr int CannotOpen = 3051;
 constexpr int DiskFull = 3026;
 constexpr int DiskError = 3043;
-constexpr int CorruptFile = 3049;
 constexpr int TypeMismatch = 3464;
 constexpr int InternalError = 3000;
 
@@ -28,11 +26,13 @@ QString DescriptionOf(int number)
         {DaoErrors::CannotUpdate, "更新できません。データベースは読み取り専用です。"},
         {DaoErrors::InvalidPassword, "パスワードが正しくありません。"},
         {DiskError, "ディスクまたはネットワークのエラーです。"},
-        {CorruptFile, "データベースを開けません。データベース ファイルではないか、壊れています。"},
+        {DaoErrors::CorruptFile,
+         "データベースを開けません。データベース ファイルではないか、壊れています。"},
         {CannotOpen,
          "データベース ファイルを開けません。ほかで使用中か、使用する権限がありません。"},
         {DaoErrors::SyntaxError, "SQL ステートメントを実行できません。"},
-        {Locked, "ほかのプログラムがデータベースをロックしているため、処理できませんでした。"},
+        {DaoErrors::Locked,
+         "ほかのプログラムがデータベースをロックしているため、処理できませんでした。"},
         {DaoErrors::ItemNotFound, "要求された名前の項目が、このコレクションで見つかりません。"},
         {DaoErrors::PropertyNotFound, "プロパティが見つかりません。"},
         {DaoErrors::FileExists, "データベース ファイルは既に存在します。"},
@@ -64,7 +64,7 @@ int NumberOf(int extendedCode)
     switch (extendedCode & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        return Locked;
+        return DaoErrors::Locked;
     case SQLITE_CONSTRAINT:
         return RuleBroken; // of a trigger, a check, a reference
     case SQLITE_CANTOPEN:
@@ -79,7 +79,7 @@ int NumberOf(int extendedCode)
         return DiskError;
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
-        return CorruptFile;
+        return DaoErrors::CorruptFile;
     case SQLITE_INTERRUPT:
         return DaoErrors::Cancelled;
     case SQLITE_MISMATCH:

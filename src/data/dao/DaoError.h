@@ -15,9 +15,11 @@ struct sqlite3;
 
 namespace DaoErrors {
 constexpr int CannotUpdate = 3027;
+constexpr int CorruptFile = 3049;
 constexpr int DuplicateKey = 3022;
 constexpr int FileNotFound = 3024;
 constexpr int InvalidPassword = 3031;
+constexpr int Locked = 3260;
 constexpr int NoCurrentRecord = 3021;
 constexpr int FileExists = 3204;
 constexpr int ItemNotFound = 3265;

@@ -1,0 +1,142 @@
+#include "data/DailyCheck.h"
+
+#include "data/Tables.h"
+#include "data/dao/DaoError.h"
+#include "data/dao/Database.h"
+#include "platform/Clock.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QUrl>
+#include <atomic>
+#include <chrono>
+#include <optional>
+#include <sqlite3.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How often the check looks whether somebody writes: about so long a writer may have to wait.
+constexpr auto Interval = 20ms;
+
+/// How long nobody must have written before the check begins or goes on, and how often it looks.
+constexpr auto Quiet = 300ms;
+constexpr auto QuietInterval = 100ms;
+
+/// The journal is there from a transaction's first change to its end.
+bool IsWrittenTo(const QString &localPath)
+{
+    return QFile::exists(localPath + "-journal");
+}
+
+/// Waits until nobody has written for a while. False when the check is to stop.
+bool WaitForQuiet(const QString &localPath, const std::stop_token &stop)
+{
+    for (auto quiet = 0ms; quiet < Quiet; quiet += QuietInterval) {
+        if (stop.stop_requested())
+            return false;
+        if (IsWrittenTo(localPath))
+            quiet = 0ms;
+        std::this_thread::sleep_for(QuietInterval);
+    }
+    return true;
+}
+
+/// The faults of the file's structure in a row of the engine's report, a heading and a line for
+/// each. Other rows tell of a column's values, with which no line is lost.
+QStringList FileFaults(const QString &table, const QString &reported)
+{
+    QStringList faults = reported.split('\n', Qt::SkipEmptyParts);
+    if (!faults.value(0).startsWith("*** in database"))
+        return {};
+    faults.removeFirst();
+    for (QString &fault : faults)
+        fault.prepend(table + ": ");
+    return faults;
+}
+
+/// The faults of a table; nothing when the check gave way to a writer or is to stop.
+std::optional<QStringList> FaultsOf(Database &database, const QString &table,
+                                    const QString &localPath, const std::stop_token &stop)
+{
+    std::atomic<bool> hasGivenWay = false;
+    const std::jthread watch([&](const std::stop_token &isDone) {
+        for (; !isDone.stop_requested(); std::this_thread::sleep_for(Interval)) {
+            if (!stop.stop_requested() && !IsWrittenTo(localPath))
+                continue;
+            hasGivenWay = true;
+            sqlite3_interrupt(database.Connection());
+        }
+    });
+    QStringList faults;
+    try {
+        const auto rows = database.OpenRecordset("PRAGMA quick_check(" + table + ')');
+        for (; !rows->IsEof(); rows->MoveNext())
+            faults += FileFaults(table, rows->Text(0));
+    } catch (const DaoError &error) {
+        if (error.number == DaoErrors::Cancelled || error.number == DaoErrors::Locked)
+            return std::nullopt;
+        if (error.number == DaoErrors::CorruptFile)
+            faults += table + ": " + error.description;
+        // Else a table that this database does not have: the program's own error boxes tell.
+    }
+    if (hasGivenWay) // what it found before it was interrupted means nothing
+        return std::nullopt;
+    return faults;
+}
+
+QString SettingsKey(const QString &localPath)
+{
+    const QString path = QFileInfo(localPath).canonicalFilePath();
+    return "DailyCheck/" + QString::fromLatin1(QUrl::toPercentEncoding(path));
+}
+
+QString Today()
+{
+    return Now().date().toString(Qt::ISODate);
+}
+
+} // namespace
+
+DailyCheck::DailyCheck(const QString &localPath, const QString &connect,
+                       const QString &settingsPath, Tell tell)
+    : m_localPath(localPath)
+    , m_connect(connect)
+    , m_settingsPath(settingsPath)
+    , m_tell(std::move(tell))
+{
+    const QSettings settings(m_settingsPath, QSettings::IniFormat);
+    if (settings.value(SettingsKey(m_localPath)).toString() != Today())
+        m_thread = std::jthread([this](const std::stop_token &stop) { Run(stop); });
+}
+
+void DailyCheck::Run(const std::stop_token &stop)
+{
+    QStringList faults;
+    try {
+        if (!WaitForQuiet(m_localPath, stop))
+            return;
+        Database database(m_localPath, true, m_connect);
+        for (const TableDefinition &table : Tables()) {
+            std::optional<QStringList> found;
+            while (!(found = FaultsOf(database, table.name, m_localPath, stop)))
+                if (!WaitForQuiet(m_localPath, stop))
+                    return;
+            faults += *found;
+        }
+    } catch (const DaoError &error) {
+        if (error.number != DaoErrors::CorruptFile)
+            return;
+        faults += error.description;
+    }
+    QMetaObject::invokeMethod(
+        &m_receiver, [this, faults] { Finish(faults); }, Qt::QueuedConnection);
+}
+
+void DailyCheck::Finish(const QStringList &faults)
+{
+    QSettings(m_settingsPath, QSettings::IniFormat).setValue(SettingsKey(m_localPath), Today());
+    m_tell(faults);
+}
