@@ -186,18 +186,6 @@ TEST_F(WorkspaceTest, ALockedFileIsReportedWhenTheTransactionBegins)
     EXPECT_EQ(Products(), "");
 }
 
-TEST_F(WorkspaceTest, ACommitThatAReaderHoldsUpCanBeRolledBack)
-{
-    SetLockTimeout(database, 50);
-    file.Run("BEGIN; SELECT count(*) FROM TLMT0020");
-    workspace.BeginTrans();
-    database.Execute("INSERT INTO TLMT0020 (AccHinCD) VALUES ('A')");
-    EXPECT_EQ(ErrorOf([&] { workspace.CommitTrans(); }).number, 3260);
-    workspace.Rollback();
-    file.Run("COMMIT");
-    EXPECT_EQ(Products(), "");
-}
-
 TEST_F(WorkspaceTest, CommitsReachTheDiskAndLocksAreWaitedFor)
 {
     const auto setting

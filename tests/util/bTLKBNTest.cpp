@@ -2,7 +2,6 @@
 
 #include "support/QtPrinters.h"
 
-#include <QStringList>
 #include <gtest/gtest.h>
 
 TEST(bTLKBN, ContractKindName)
@@ -29,42 +28,24 @@ TEST(bTLKBN, ContractKindName)
         EXPECT_EQ(ContractKindName(code, selector), name) << code << ' ' << selector;
 }
 
-// Each name repeats its code; letters left out of the coding have none.
-TEST(bTLKBN, NamedContractKinds)
+TEST(bTLKBN, NamesWithoutTheirCode)
 {
-    QString named;
-    for (char16_t code = u'A'; code <= u'Z'; ++code) {
-        const QString name = ContractKindName(QString(code), 1);
-        if (name.size() > 1) {
-            named += QChar(code);
-            EXPECT_TRUE(name.startsWith(QString(code) + ' ')) << name.toStdString();
-        }
+    constexpr struct
+    {
+        const char *code;
+        int selector;
+        const char *state;
+        const char *terms;
+    } cases[] = {
+        {"", 0, "", ""},
+        {"1", 0, "確定", "基本契約通り"},
+        {"3", 0, "未定", "現行の｢支払方法等について｣による"},
+        {"3", 11, "概算", "現行の｢支払方法等について｣による"},
+        {"4", 11, "概算：算定方式", "その他交付書面による"},
+        {"8", 0, "", ""},
+    };
+    for (const auto &[code, selector, state, terms] : cases) {
+        EXPECT_EQ(InfoStateName(code, selector), state) << code << ' ' << selector;
+        EXPECT_EQ(PaymentTermsName(code), terms) << code;
     }
-    EXPECT_EQ(named, "ABCDEFGHMNORSTUVWYZ");
-}
-
-TEST(bTLKBN, InfoStateName)
-{
-    const QStringList names = {"",
-                               "確定",
-                               "変更",
-                               "未定",
-                               "概算：算定方式",
-                               "概算：試作品等",
-                               "概算：修理委託",
-                               "概算：仕様未定",
-                               ""};
-    for (int code = 0; code < names.size(); ++code) {
-        EXPECT_EQ(InfoStateName(QString::number(code), 0), names[code]);
-        EXPECT_EQ(InfoStateName(QString::number(code), 11), code == 3 ? "概算" : names[code]);
-    }
-}
-
-TEST(bTLKBN, PaymentTermsName)
-{
-    EXPECT_EQ(PaymentTermsName("1"), "基本契約通り");
-    EXPECT_EQ(PaymentTermsName("2"), "別途協議による");
-    EXPECT_EQ(PaymentTermsName("3"), "現行の｢支払方法等について｣による");
-    EXPECT_EQ(PaymentTermsName("4"), "その他交付書面による");
-    EXPECT_EQ(PaymentTermsName(""), "");
 }
