@@ -60,6 +60,36 @@ QString Decode(QByteArrayView bytes)
     return text.replace(QChar(0x1a), QChar::ReplacementCharacter);
 }
 
+/// The table's character for one that other systems write in its stead; any other as it is.
+QChar TableTwin(QChar c)
+{
+    static constexpr struct
+    {
+        char16_t other;
+        char16_t own;
+    } twins[] = {
+        {u'\u301c', u'\uff5e'}, // wave dash
+        {u'\u2212', u'\uff0d'}, // minus sign
+        {u'\u2016', u'\u2225'}, // double vertical line
+        {u'\u2014', u'\u2015'}, // em dash
+        {u'\u00a2', u'\uffe0'}, // cent
+        {u'\u00a3', u'\uffe1'}, // pound
+        {u'\u00ac', u'\uffe2'}, // not sign
+        {u'\u203e', u'\uffe3'}, // overline
+        {u'\u00a6', u'\uffe4'}, // broken bar
+        {u'\u00a5', u'\uffe5'}, // yen
+        {u'\u00b5', u'\u03bc'}, // micro sign
+        {u'\u00c5', u'\u212b'}, // angstrom
+        {u'\u00a0', u' '},      // no-break space
+        {u'\u3099', u'\u309b'}, // voiced and semi-voiced marks that no kana takes up
+        {u'\u309a', u'\u309c'},
+    };
+    for (const auto &[other, own] : twins)
+        if (c == other)
+            return own;
+    return c;
+}
+
 } // namespace
 
 QByteArray ToShiftJis(QStringView text, bool *isComplete)
@@ -111,4 +141,29 @@ bool IsShiftJisText(QStringView text)
     if (!IsAscii(text))
         Encode(text, complete);
     return complete;
+}
+
+QString ToCodePage(const QString &text)
+{
+    if (IsShiftJisText(text))
+        return text;
+    QString own;
+    for (const QChar c : text) {
+        if (IsShiftJisText(QStringView(&c, 1))) {
+            own += c;
+            continue;
+        }
+        // Only what the table lacks is composed: it has characters that Unicode would unite.
+        if (c.isMark() && !own.isEmpty()) {
+            const QString composed
+                = (own.back() + QString(c)).normalized(QString::NormalizationForm_C);
+            if (composed.size() == 1 && IsShiftJisText(composed)) {
+                own.back() = composed[0];
+                continue;
+            }
+        }
+        const QString united = QString(c).normalized(QString::NormalizationForm_C);
+        own += IsShiftJisText(united) ? united : QString(TableTwin(c));
+    }
+    return own;
 }

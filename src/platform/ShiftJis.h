@@ -17,3 +17,8 @@ int ShiftJisLength(QStringView text);
 
 /// False when the text holds a character that code page 932 does not have.
 bool IsShiftJisText(QStringView text);
+
+/// The text with every character that code page 932 has under another code ("〜" U+301C for "～"
+/// U+FF5E, "−" U+2212 for "－"), or only as a composed one ("か" and U+3099 for "が"), put into the
+/// table's own. The others stay, also those that the table does not have.
+QString ToCodePage(const QString &text);

@@ -89,3 +89,22 @@ TEST(ShiftJis, EveryTwoByteCharacterSurvivesAReadAndAWrite)
     }
     EXPECT_GE(count, 7000);
 }
+
+TEST(ShiftJis, TwinsBecomeTheTablesOwnCharacters)
+{
+    const std::pair<QString, QString> cases[] = {
+        {"重量10\u301c20kg \u22125℃保管", "重量10\uff5e20kg \uff0d5℃保管"},
+        {"\u2016\u2014\u00a2\u00a3\u00ac", "\u2225\u2015\uffe0\uffe1\uffe2"},
+        {"\u203e\u00a6\u00a5\u00b5\u00c5\u00a0", "\uffe3\uffe4\uffe5\u03bc\u212b "},
+        {"か\u3099ハ\u309aハ\u3099ク\u3099", "がパバグ"},
+        {"あ\u3099\u309a", "あ\u309b\u309c"},     // no kana of the table has these
+        {"\u2126\u212a", "ΩK"},                   // ohm and kelvin are other codes of letters
+        {"神\ufa19﨑\u301c", "神\ufa19﨑\uff5e"}, // twins of each other that the table has both
+        {"é𠮟納\u2212", "é𠮟納\uff0d"},           // what it has not stays
+        {"ｱﾞｶﾞ①㈱\\~ \r\n", "ｱﾞｶﾞ①㈱\\~ \r\n"},
+        {"\u3099", "\u309b"},
+        {"", ""},
+    };
+    for (const auto &[text, own] : cases)
+        EXPECT_EQ(ToCodePage(text), own) << text.toStdString();
+}
