@@ -1,5 +1,6 @@
 #include "output/AnswerRecord.h"
 
+#include "output/RecordLayout.h"
 #include "platform/ShiftJis.h"
 #include "util/VbText.h"
 #include "util/bValue.h"
@@ -18,6 +19,23 @@ public:
     {
     }
 
+    template <typename Structure>
+    void PutFields(const Structure &from, std::span<const RecordField<Structure>> fields)
+    {
+        for (const RecordField<Structure> &field : fields) {
+            if (field.kind == FieldKind::Number)
+                PutNumber(from.*std::get<1>(field.member), field);
+            else if (field.kind == FieldKind::Date)
+                PutDate(from.*std::get<0>(field.member), field.length);
+            else
+                PutText(from.*std::get<0>(field.member), field.length);
+        }
+    }
+
+    /// True while every character has been one of Shift-JIS.
+    bool IsComplete() const { return m_isComplete; }
+
+private:
     void PutText(QStringView text, int length)
     {
         const QStringView member = text.left(length);
@@ -25,40 +43,38 @@ public:
             = std::all_of(member.begin(), member.end(), [](QChar c) { return c < u'\x80'; });
         if (isAscii) {
             Put(member, length);
-        } else {
-            const QByteArray bytes = ToShiftJis(member, &m_isComplete);
-            Put(QByteArrayView(bytes).first(std::min<qsizetype>(bytes.size(), length)), length);
+            return;
         }
+        bool isComplete = true;
+        QByteArray bytes = ToShiftJis(member, &isComplete);
+        if (!isComplete)
+            bytes = ToShiftJis(ToCodePage(text.toString()).left(length), &m_isComplete);
+        Put(QByteArrayView(bytes).first(std::min<qsizetype>(bytes.size(), length)), length);
     }
 
     /// "YYMMDD" of a stored-form date; zeros for one with fewer than two characters.
-    void PutDate(QStringView stored)
+    void PutDate(QStringView stored, int length)
     {
         constexpr int Century = 2;
-        constexpr int Length = 6;
-        if (Trimmed(stored.left(Century + Length)).size() < Century)
-            Put(QByteArrayView("000000"), Length);
+        if (Trimmed(stored.left(Century + length)).size() < Century)
+            Put(QByteArrayView(BlankPackedDate), length);
         else
-            PutText(stored.mid(Century), Length);
+            PutText(stored.mid(Century), length);
     }
 
-    void PutNumber(const Decimal &number, const QString &spec)
+    template <typename Field>
+    void PutNumber(const Decimal &number, const Field &field)
     {
-        const QString digits = ZeroFillBySpec(number, spec);
-        Put(QStringView(digits), int(digits.size()));
+        Put(QStringView(ZeroFillBySpec(number, field.digitSpec)), field.length);
     }
 
-    /// True while every character has been one of Shift-JIS.
-    bool IsComplete() const { return m_isComplete; }
-
-private:
-    /// Left-aligned in blanks.
+    /// Left-aligned in blanks. A NUL would end the record for some receivers and is one, too.
     template <typename Characters>
     void Put(Characters characters, int length)
     {
         char *const end = m_at + length;
         for (const auto c : characters)
-            *m_at++ = ByteOf(c);
+            *m_at++ = ByteOf(c) == '\0' ? ' ' : ByteOf(c);
         std::fill(m_at, end, ' ');
         m_at = end;
     }
@@ -77,39 +93,19 @@ void ClearAnswerRecord(AnswerRecord &record)
     record = AnswerRecord();
 }
 
+bool PackAnswerRecord(const AnswerRecord &record, const RecordLayout &layout, AnswerBuffer &buffer)
+{
+    FieldWriter writer(buffer);
+    writer.PutFields(record, layout.head);
+    for (const AnswerSlot &slot : record.lines)
+        writer.PutFields(slot, layout.slot);
+    writer.PutFields(record, layout.tail);
+    return writer.IsComplete();
+}
+
 bool PackAnswerRecord(const AnswerRecord &record, AnswerBuffer &buffer)
 {
-    static const QString quantity = DigitSpec::Quantity;
-    static const QString recordNumber = DigitSpec::RecordNumber;
-    FieldWriter writer(buffer);
-    writer.PutNumber(record.recordNumber, recordNumber);
-    writer.PutText(record.infoKind, 4);
-    writer.PutDate(record.processingDate);
-    writer.PutText(record.vanCode, 12);
-    writer.PutText(record.customerSideCode, 12);
-    writer.PutText(record.customerSectionCode, 8);
-    writer.PutText(record.orderNo, 23);
-    writer.PutText(record.makerNo, 19);
-    writer.PutText(record.answerKind, 1);
-    writer.PutText(record.deliveryKind, 1);
-    writer.PutText(record.unit, 3);
-    writer.PutNumber(record.orderQuantity, quantity);
-    writer.PutText(record.buyer, 7);
-    writer.PutText(record.customerProductCode, 25);
-    writer.PutText(record.ownProductCode, 25);
-    for (const AnswerSlot &slot : record.lines) {
-        writer.PutDate(slot.specifiedDate);
-        writer.PutText(slot.deliveryNo, 8);
-        writer.PutDate(slot.answeredDate);
-        writer.PutNumber(slot.quantity, quantity);
-        writer.PutText(slot.mark, 1);
-    }
-    writer.PutText(record.reserve1, 30);
-    writer.PutText(record.customerSectionName, 20);
-    writer.PutText(record.reserve2, 14);
-    writer.PutText(record.reserve3, 60);
-    writer.PutText(record.reserve4, 40);
-    return writer.IsComplete();
+    return PackAnswerRecord(record, LongLayout, buffer);
 }
 
 namespace {

@@ -8,6 +8,8 @@
 
 /// The delivery-date answer of one order, and its fixed-width Shift-JIS record.
 
+struct RecordLayout;
+
 inline constexpr int AnswerSlotCount = 31;
 inline constexpr int LongRecordLength = 1350;
 inline constexpr int ShortRecordLength = 1236; ///< all up to the customer section name
@@ -52,9 +54,13 @@ void ClearAnswerRecord(AnswerRecord &record);
 
 using AnswerBuffer = std::array<char, LongRecordLength>;
 
-/// Writes the record's 1350 bytes. A double-byte character that does not fit at the end of its
-/// field keeps only its lead byte there. False when a character that Shift-JIS does not have was
-/// written as "?".
+/// Writes the record's bytes by a layout; the short one's are the first of the long one's. A
+/// character that Shift-JIS has in another form is put into that, one that it does not have becomes
+/// "?", a NUL becomes a blank. A double-byte character that does not fit at the end of its field
+/// keeps only its lead byte there. False when a "?" was written.
+bool PackAnswerRecord(const AnswerRecord &record, const RecordLayout &layout, AnswerBuffer &buffer);
+
+/// The same by the long layout.
 bool PackAnswerRecord(const AnswerRecord &record, AnswerBuffer &buffer);
 
 /// The text in full-width characters, filled with full-width blanks to this many bytes.

@@ -3,9 +3,9 @@
 
 #include "Fuzzing.h"
 
+#include "output/RecordLayout.h"
 #include "platform/ShiftJis.h"
 #include "tldb/answers/AnswerFile.h"
-#include "tldb/answers/AnswerLayout.h"
 #include "util/VbText.h"
 
 #include <QJsonArray>
@@ -14,53 +14,58 @@
 
 namespace {
 
-bool IsFieldOf(const QByteArray &bytes, const QString &value, AnswerFieldKind kind)
+bool IsFieldOf(const QByteArray &bytes, const QString &value, FieldKind kind)
 {
     switch (kind) {
-    case AnswerFieldKind::Text:
+    case FieldKind::Text:
         // Half a character is no text; two byte pairs of the code page may be the same character.
         return value.contains(QChar(QChar::ReplacementCharacter))
                || (FromShiftJis(ToShiftJis(value)) == value
                    && ToShiftJis(value).size() <= bytes.size());
-    case AnswerFieldKind::Quantity: {
+    case FieldKind::Number: {
         const QString whole = value.section('.', 0, 0);
         const QString decimals = value.section('.', 1);
-        return whole.rightJustified(9, '0') + decimals.leftJustified(3, '0') == bytes;
+        return bytes.size() == 5
+                   ? value == bytes
+                   : whole.rightJustified(9, '0') + decimals.leftJustified(3, '0') == bytes;
     }
-    case AnswerFieldKind::Date:
-    case AnswerFieldKind::DateOrBlank:
-    case AnswerFieldKind::AnsweredDate:
+    case FieldKind::Date:
         return value.isEmpty() ? bytes == "000000" : value.size() == 8 && value.mid(2) == bytes;
-    default:
-        return value.leftJustified(bytes.size(), ' ') == bytes;
     }
+    return false;
 }
 
-void CheckValues(const QByteArray &record, std::span<const AnswerFieldLayout> fields,
-                 const std::vector<AnswerValue> &values, int base)
+/// Checks the values of fields that follow each other; returns where the next field begins.
+template <typename Structure>
+qsizetype CheckValues(const QByteArray &record, std::span<const RecordField<Structure>> fields,
+                      std::span<const AnswerValue> values, qsizetype start)
 {
-    Require(values.size() <= fields.size(), "a field has one value");
-    for (size_t at = 0; at < values.size(); ++at)
-        Require(IsFieldOf(record.mid(base + fields[at].start - 1, fields[at].length),
-                          values[at].text, fields[at].kind),
+    Require(values.size() == fields.size(), "a field has one value");
+    for (size_t at = 0; at < values.size(); ++at) {
+        Require(IsFieldOf(record.mid(start, fields[at].length), values[at].text, fields[at].kind),
                 fields[at].name, values[at].text);
+        start += fields[at].length;
+    }
+    return start;
 }
 
 void CheckRecord(const QByteArray &record, const DecodedAnswer &answer)
 {
-    const bool hasLayout = record.size() == ShortAnswerLength || record.size() == LongAnswerLength;
+    const bool isShort = record.size() == ShortRecordLength;
+    const bool hasLayout = isShort || record.size() == LongRecordLength;
     Require(hasLayout || answer.values.empty(), "only a record of a layout has values");
-    qsizetype length = AnswerSlotCount * AnswerSlotLength;
-    for (size_t at = 0; at < answer.values.size(); ++at)
-        length += AnswerFields()[at].length;
-    Require(!hasLayout || length == record.size(), "the fields take up the whole record");
     if (!answer.faults.empty())
         return;
     Require(hasLayout, "a record of another length has a fault");
-    CheckValues(record, AnswerFields(), answer.values, 0);
+    const RecordLayout &layout = isShort ? ShortLayout : LongLayout;
+    const std::span values(answer.values);
+    CheckValues(record, layout.head, values.first(layout.head.size()), 0);
     for (const AnsweredDelivery &delivery : answer.deliveries)
-        CheckValues(record, AnswerSlotFields(), delivery.values,
-                    AnswerSlotsStart - 1 + AnswerSlotLength * (delivery.slot - 1));
+        CheckValues(record, layout.slot, delivery.values,
+                    layout.SlotsStart() + layout.SlotLength() * (delivery.slot - 1));
+    const qsizetype end
+        = CheckValues(record, layout.tail, values.subspan(layout.head.size()), layout.TailStart());
+    Require(end == record.size(), "the fields take up the whole record");
 }
 
 /// Checks one answer of the file that begins at this byte; returns where the next begins.

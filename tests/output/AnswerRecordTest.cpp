@@ -1,6 +1,7 @@
 #include "output/AnswerRecord.h"
 
 #include "output/ExpectedRecord.h"
+#include "output/RecordLayout.h"
 #include "support/QtPrinters.h"
 
 namespace {
@@ -50,6 +51,11 @@ TEST(AnswerRecord, EveryFieldHasItsPlace)
         .At(1187, "R1                            SECTION")
         .WideReserves();
     ExpectSameBytes(Pack(record), expected.bytes);
+    AnswerBuffer buffer;
+    buffer.fill('~');
+    PackAnswerRecord(record, ShortLayout, buffer);
+    EXPECT_EQ(QByteArray(buffer.data(), LongRecordLength),
+              expected.Short().leftJustified(1350, '~'));
 
     ClearAnswerRecord(record);
     ExpectSameBytes(Pack(record), ExpectedRecord().bytes);
@@ -74,6 +80,10 @@ TEST(AnswerRecord, TextsAreCutByCharactersThenByBytes)
         {&AnswerRecord::customerSectionCode, "A€한B", 40, "A??B    "},
         {&AnswerRecord::customerSectionCode, "A\tB\rC\nD\\", 40, "A\tB\rC\nD\\"},
         {&AnswerRecord::customerSideCode, "  X", 28, "  X         "},
+        // What has another code in the table, or only a composed one; cut when it is put together.
+        {&AnswerRecord::customerSectionCode, "〜−‖¢", 40, "\x81\x60\x81\x7c\x81\x61\x81\x91"},
+        {&AnswerRecord::unit, "か\u3099は\u309a", 92, "\x82\xaa\x82"},
+        {&AnswerRecord::unit, QString("A%1B").arg(QChar(0)), 92, "A B"},
         // The surrogate halves count as two characters, as everywhere in the system.
         {&AnswerRecord::infoKind, "𠮷ABC", 6, "?AB "},
     };
@@ -82,6 +92,8 @@ TEST(AnswerRecord, TextsAreCutByCharactersThenByBytes)
         AnswerRecord record;
         record.*member = text;
         ExpectSameBytes(Pack(record), ExpectedRecord().At(position, bytes).bytes);
+        AnswerBuffer buffer;
+        EXPECT_EQ(PackAnswerRecord(record, buffer), !bytes.contains('?'));
     }
 }
 

@@ -1,7 +1,7 @@
 #include "tldb/answers/AnswerFile.h"
 
+#include "output/RecordLayout.h"
 #include "platform/ShiftJis.h"
-#include "tldb/answers/AnswerLayout.h"
 #include "util/Decimal.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
@@ -10,13 +10,7 @@
 
 namespace {
 
-constexpr auto BlankDate = "000000";
-constexpr auto NoDate = "999999";
 constexpr QChar Unreadable(QChar::ReplacementCharacter);
-
-/// How a slot looks that no delivery fills.
-const QByteArray ClearedSlot
-    = QByteArray(6, '0') + QByteArray(8, ' ') + QByteArray(18, '0') + QByteArray(1, ' ');
 
 bool IsDigit(char byte)
 {
@@ -40,40 +34,40 @@ public:
     {
     }
 
-    /// The value of a field whose positions count from byte `base` (0 is the record's first).
-    AnswerValue Read(const AnswerFieldLayout &field, int base)
+    /// The values of fields that follow each other from byte `start` on (0 is the record's first).
+    template <typename Structure>
+    std::vector<AnswerValue> Read(std::span<const RecordField<Structure>> fields, qsizetype start)
     {
-        m_start = base + field.start - 1;
-        m_bytes = m_line.sliced(m_start, field.length);
-        m_name = field.name;
-        return {m_name, ReadByKind(field.kind)};
+        std::vector<AnswerValue> values;
+        for (const RecordField<Structure> &field : fields) {
+            m_start = start;
+            m_bytes = m_line.sliced(start, field.length);
+            m_name = field.name;
+            values.push_back({m_name, ReadField(field)});
+            start += field.length;
+        }
+        return values;
     }
 
 private:
-    QString ReadByKind(AnswerFieldKind kind)
+    template <typename Structure>
+    QString ReadField(const RecordField<Structure> &field)
     {
-        switch (kind) {
-        case AnswerFieldKind::Text:
-            return ReadText();
-        case AnswerFieldKind::Counter:
-            CheckDigits();
-            return RawText();
-        case AnswerFieldKind::Quantity:
-            return ReadQuantity();
-        case AnswerFieldKind::Date:
-            return ReadDate({});
-        case AnswerFieldKind::DateOrBlank:
-            return ReadDate({BlankDate});
-        case AnswerFieldKind::AnsweredDate:
-            return ReadDate({BlankDate, NoDate});
-        case AnswerFieldKind::InformationKind:
-            return ReadOneOf({"0702"});
-        case AnswerFieldKind::AnswerKind:
-            return ReadOneOf({"1", "2"});
-        case AnswerFieldKind::AnswerMark:
-            return ReadOneOf({"1", "2", " "});
+        switch (field.kind) {
+        case FieldKind::Text:
+            return field.values[0] ? ReadOneOf(field.values) : ReadText();
+        case FieldKind::Date:
+            return ReadDate(field.values);
+        case FieldKind::Number:
+            return ReadNumber(*ParseDigitSpec(field.digitSpec));
         }
         return {};
+    }
+
+    static bool IsOneOf(QByteArrayView bytes, std::span<const char *const> values)
+    {
+        return std::any_of(values.begin(), values.end(),
+                           [bytes](const char *value) { return value && bytes == value; });
     }
 
     void AddFault(qsizetype at, const QString &what)
@@ -92,7 +86,8 @@ private:
             if (at + length > m_bytes.size())
                 break;
             const QByteArrayView character = m_bytes.sliced(at, length);
-            if (character == "\r" || FromShiftJis(character).contains(Unreadable)) {
+            if (character == "\r" || character[0] == '\0'
+                || FromShiftJis(character).contains(Unreadable)) {
                 AddFault(at, "not a character of a text");
                 break;
             }
@@ -110,30 +105,32 @@ private:
         return false;
     }
 
-    QString ReadQuantity()
+    /// Without decimals the digits as they stand.
+    QString ReadNumber(const DigitCounts &digits)
     {
-        if (!CheckDigits())
-            return RawText();
-        const QString digits = RawText();
-        return Decimal::FromText(digits.left(9) + '.' + digits.mid(9)).ToText();
+        const QString text = RawText();
+        if (!CheckDigits() || digits.decimals == 0)
+            return text;
+        return Decimal::FromText(text.left(digits.integerDigits) + '.'
+                                 + text.mid(digits.integerDigits))
+            .ToText();
     }
 
-    QString ReadDate(std::initializer_list<QByteArrayView> others)
+    QString ReadDate(std::span<const char *const> others)
     {
         if (!CheckDigits())
             return RawText();
-        const bool isOther = std::find(others.begin(), others.end(), m_bytes) != others.end();
-        if (isOther)
-            return m_bytes == NoDate ? "99999999" : "";
+        if (IsOneOf(m_bytes, others))
+            return m_bytes == NoPackedDate ? "99999999" : "";
         const QString date = AddCentury(RawText());
         if (!IsValidDate(date))
             AddFault(0, "not a date");
         return date;
     }
 
-    QString ReadOneOf(std::initializer_list<QByteArrayView> allowed)
+    QString ReadOneOf(std::span<const char *const> allowed)
     {
-        if (std::find(allowed.begin(), allowed.end(), m_bytes) == allowed.end())
+        if (!IsOneOf(m_bytes, allowed))
             AddFault(0, "not an allowed value");
         return RawText();
     }
@@ -145,33 +142,43 @@ private:
     QString m_name;
 };
 
-void ReadDeliveries(QByteArrayView line, FieldReader &reader, DecodedAnswer &answer)
+/// The layout of a record of this length; null when there is none.
+const RecordLayout *LayoutOf(qsizetype length)
 {
-    for (int slot = 1; slot <= AnswerSlotCount; ++slot) {
-        const int base = AnswerSlotsStart - 1 + AnswerSlotLength * (slot - 1);
-        if (line.sliced(base, AnswerSlotLength) == ClearedSlot)
-            continue;
-        AnsweredDelivery delivery{slot, {}};
-        for (const AnswerFieldLayout &field : AnswerSlotFields())
-            delivery.values.push_back(reader.Read(field, base));
-        answer.deliveries.push_back(std::move(delivery));
-    }
+    const auto layout = std::find_if(std::begin(RecordLayouts), std::end(RecordLayouts),
+                                     [length](auto *known) { return known->Length() == length; });
+    return layout == std::end(RecordLayouts) ? nullptr : *layout;
+}
+
+/// How a slot looks that no delivery fills.
+QByteArray ClearedSlot(const RecordLayout &layout)
+{
+    QByteArray bytes;
+    for (const RecordField<AnswerSlot> &field : layout.slot)
+        bytes += QByteArray(field.length, field.kind == FieldKind::Text ? ' ' : '0');
+    return bytes;
 }
 
 void ReadRecord(QByteArrayView line, DecodedAnswer &answer)
 {
-    if (line.size() != ShortAnswerLength && line.size() != LongAnswerLength) {
+    const RecordLayout *layout = LayoutOf(line.size());
+    if (!layout) {
         answer.faults.push_back({answer.position, QString("record of %1 bytes, not %2 or %3")
                                                       .arg(line.size())
-                                                      .arg(ShortAnswerLength)
-                                                      .arg(LongAnswerLength)});
+                                                      .arg(ShortRecordLength)
+                                                      .arg(LongRecordLength)});
         return;
     }
+    const QByteArray cleared = ClearedSlot(*layout);
     FieldReader reader(line, answer);
-    for (const AnswerFieldLayout &field : AnswerFields())
-        if (field.start < line.size())
-            answer.values.push_back(reader.Read(field, 0));
-    ReadDeliveries(line, reader, answer);
+    answer.values = reader.Read(layout->head, 0);
+    for (int slot = 0; slot < AnswerSlotCount; ++slot) {
+        const int start = layout->SlotsStart() + slot * layout->SlotLength();
+        if (line.sliced(start, layout->SlotLength()) != cleared)
+            answer.deliveries.push_back({slot + 1, reader.Read(layout->slot, start)});
+    }
+    const auto tail = reader.Read(layout->tail, layout->TailStart());
+    answer.values.insert(answer.values.end(), tail.begin(), tail.end());
     std::stable_sort(
         answer.faults.begin(), answer.faults.end(),
         [](const AnswerFault &a, const AnswerFault &b) { return a.position < b.position; });
