@@ -34,6 +34,15 @@ struct RecordField
 inline constexpr auto BlankPackedDate = "000000";
 inline constexpr auto NoPackedDate = "999999";
 
+template <typename Structure>
+constexpr int LengthOf(std::span<const RecordField<Structure>> fields)
+{
+    int length = 0;
+    for (const RecordField<Structure> &field : fields)
+        length += field.length;
+    return length;
+}
+
 /// A record: fields, AnswerSlotCount times the fields of a slot, fields.
 struct RecordLayout
 {
@@ -41,20 +50,10 @@ struct RecordLayout
     std::span<const RecordField<AnswerSlot>> slot;
     std::span<const RecordField<AnswerRecord>> tail;
 
-    constexpr int SlotsStart() const { return Sum(head); } ///< 0 is the record's first byte
-    constexpr int SlotLength() const { return Sum(slot); }
+    constexpr int SlotsStart() const { return LengthOf(head); } ///< 0 is the record's first byte
+    constexpr int SlotLength() const { return LengthOf(slot); }
     constexpr int TailStart() const { return SlotsStart() + AnswerSlotCount * SlotLength(); }
-    constexpr int Length() const { return TailStart() + Sum(tail); }
-
-private:
-    template <typename Fields>
-    static constexpr int Sum(Fields fields)
-    {
-        int length = 0;
-        for (const auto &field : fields)
-            length += field.length;
-        return length;
-    }
+    constexpr int Length() const { return TailStart() + LengthOf(tail); }
 };
 
 namespace RecordFields {
