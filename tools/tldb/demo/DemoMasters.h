@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tldb/TableWriter.h"
 #include "tldb/demo/DemoRandom.h"
-#include "tldb/import/TableWriter.h"
 
 #include <vector>
 

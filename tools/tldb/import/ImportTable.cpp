@@ -3,7 +3,8 @@
 #include "data/Tables.h"
 #include "data/dao/DaoError.h"
 #include "tldb/NewDatabase.h"
-#include "tldb/import/TableWriter.h"
+#include "tldb/TableWriter.h"
+#include "tldb/check/ValueRules.h"
 #include "util/Decimal.h"
 #include "util/VbText.h"
 

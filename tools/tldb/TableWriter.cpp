@@ -1,7 +1,6 @@
-#include "tldb/import/TableWriter.h"
+#include "tldb/TableWriter.h"
 
 #include "data/Tables.h"
-#include "data/bDAO.h"
 #include "data/dao/DaoError.h"
 
 #include <sqlite3.h>
@@ -10,19 +9,8 @@ namespace {
 
 constexpr auto Source = "tldb";
 
-/// What a column holds that is not bound.
-QString UnboundValue(const ColumnDefinition &column, const RowStamp &stamp)
-{
-    const QString name = column.name;
-    const auto quoted = [](const QString &text) { return '\'' + SqlText(text) + '\''; };
-    if (name == "UpdPGName")
-        return quoted(stamp.program);
-    if (name == "UpdDate")
-        return quoted(stamp.date);
-    if (name == "UpdTime")
-        return quoted(stamp.time);
-    return column.IsText() ? "''" : "0";
-}
+/// The columns that tell who wrote a row and when.
+const QStringList StampColumns = {"UpdPGName", "UpdDate", "UpdTime"};
 
 } // namespace
 
@@ -38,16 +26,23 @@ InsertStatement::InsertStatement(Database &database, const char *table, const QS
     const TableDefinition *definition = FindTable(table);
     if (!definition)
         throw DaoErrors::Make(DaoErrors::ItemNotFound, Source, table);
+    const QStringList bound = columns + StampColumns;
     QStringList values;
     qsizetype boundCount = 0;
     for (const ColumnDefinition &column : definition->columns) {
-        const qsizetype at = columns.indexOf(column.name);
-        boundCount += at < 0 ? 0 : 1;
-        values += at < 0 ? UnboundValue(column, stamp) : '?' + QString::number(at + 1);
+        const qsizetype at = bound.indexOf(column.name);
+        boundCount += at >= 0 && at < columns.size() ? 1 : 0;
+        if (at >= 0)
+            values += '?' + QString::number(at + 1);
+        else
+            values += column.IsText() ? "''" : "0";
     }
     if (boundCount != columns.size())
         throw DaoErrors::Make(DaoErrors::ItemNotFound, Source, columns.join(", "));
     Prepare(QString("INSERT INTO %1 VALUES (%2)").arg(table, values.join(", ")));
+    int column = int(columns.size());
+    for (const QString &value : {stamp.program, stamp.date, stamp.time})
+        Bind(column++, value);
 }
 
 InsertStatement::InsertStatement(Database &database, const QString &table,
