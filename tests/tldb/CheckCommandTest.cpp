@@ -55,6 +55,9 @@ TEST(CheckCommand, ValuesOfALine)
         {"PayNo = '123456789'", "PayNo: has 9 characters, 8 fit: \"123456789\""},
         {"Biko = 'a '", "Biko: ends in blanks: \"a \""},
         {"OdrBiko = '①㈱髙～'", nullptr},
+        {"OdrBiko = '10〜20'", nullptr}, // a record has its twin
+        {"OdrBiko = 'a' || char(0) || 'b'", "OdrBiko: has NUL characters: \"\\u0000b\""},
+        {"OdrBiko = 'a' || char(27)", "OdrBiko: has control characters: \"\\u001b\""},
         {"OdrBiko = '배송'", "OdrBiko: has characters outside of Shift-JIS: \"배송\""},
         {"Biko = CAST(x'41ff' AS TEXT)", "Biko: is not UTF-8"},
         {"Biko = 'a' || char(10) || '\" '", "Biko: ends in blanks: \"a\\u000a\\\" \""},
@@ -70,10 +73,12 @@ TEST(CheckCommand, ValuesOfALine)
         {"AnsVal = 1000000000", "AnsVal: is not from 0 to 9 integer digits: 1000000000"},
         {"IndVal = -0.5", "IndVal: is not from 0 to 9 integer digits: -0.5"},
         {"ShpVal = 1.0005", "ShpVal: has more than 3 decimals: 1.0005"},
+        {"AnsVal = 1e-30", "AnsVal: has more than 3 decimals: 1e-30"},
         {"AccVal = 'many'", "AccVal: is not a number"},
         {"Tan = -1.23456", nullptr}, // a price is no quantity
         {"DenKBN = 2.5", "DenKBN: is not a whole number: 2.5"},
         {"AnsMark = '3'", "AnsMark: is neither blank nor 1 nor 2: \"3\""},
+        {"DpoFlg = 256", "DpoFlg: is neither 0 nor 1 nor -1: 256"},
         {"ShpSts = 0", "ShpSts: is not 1 to 4: 0"},
     };
     SoundDatabase database;
@@ -102,6 +107,17 @@ TEST(CheckCommand, RowsThatBelongTogether)
         {"", {}},
         // The engine compares codes without case, and so do the joins.
         {"UPDATE TLSP0010 SET CustCD = 'c0001'", {}},
+        {"INSERT INTO TLEI0010 (AccNo) VALUES (8)",
+         {"TLEI0010 AccNo=8 AccNo: the row's order is missing: \"8\""}},
+        {"UPDATE TLSP0010 SET ShpSubNo = 2147483646", {}},
+        {"UPDATE TLSP0010 SET ShpSubNo = 2147483647",
+         {"TLSP0010 AccNo=7 AccSubNo=1 ShpSubNo=2147483647 ShpSubNo: leaves no number for a split "
+          "line: 2147483647"}},
+        {"INSERT INTO TLMT0050 (CustCoCD, PayDstCD, PayNeedDays) VALUES ('V', 'A', 0), "
+         "('V', 'B', 3650), ('V', 'C', -1), ('V', 'D' || char(0), 1e9)",
+         {"TLMT0050 CustCoCD=V PayDstCD=C PayNeedDays: gives no ship date: -1",
+          "TLMT0050 CustCoCD=V PayDstCD=D\\u0000 PayDstCD: has NUL characters: \"\\u0000\"",
+          "TLMT0050 CustCoCD=V PayDstCD=D\\u0000 PayNeedDays: gives no ship date: 1000000000"}},
         {"DELETE FROM TLMT0010", {"TLMT0010: 0 company rows, one is wanted"}},
         {"UPDATE TLMT0010 SET TEL = '0'; UPDATE TLMT0010 SET TEL = '000-000-00001'",
          {"TLMT0010 rowid=1 TEL: has 13 characters, 12 fit: \"000-000-00001\""}},

@@ -26,6 +26,8 @@ constexpr Relation Relations[] = {
     {"TLSP0010", "CustCD", "TLMT0040", "the line's customer is missing"},
     {"TLAC0010", "CustCD", "TLMT0040", "the order's customer is missing"},
     {"TLAC0020", "AccNo", "TLAC0010", "the sub-line's order is missing"},
+    {"TLEI0010", "AccNo", "TLAC0010", "the row's order is missing"},
+    {"TLEI0011", "AccNo", "TLAC0010", "the row's order is missing"},
 };
 
 /// A query whose rows are read one by one: a table need not fit into memory.
@@ -55,7 +57,10 @@ public:
     QString Text(int column)
     {
         const auto *text = sqlite3_column_text(m_statement.get(), column);
-        return text ? QString::fromUtf8(reinterpret_cast<const char *>(text)) : QString("null");
+        // The length is the engine's: a text may have a NUL.
+        const int length = sqlite3_column_bytes(m_statement.get(), column);
+        return text ? QString::fromUtf8(reinterpret_cast<const char *>(text), length)
+                    : QString("null");
     }
 
 private:

@@ -14,6 +14,9 @@ namespace {
 
 constexpr double QuantityLimit = 1e9; ///< 9 integer digits
 constexpr int QuantityDecimals = 3;
+constexpr double MostNeedDays = 3650;
+constexpr double LastShpSubNo = 2147483646; ///< a split gets the next one
+constexpr qsizetype ShownCharacters = 40;
 
 bool IsDigits(const QString &text)
 {
@@ -37,6 +40,14 @@ constexpr ColumnRule ColumnRules[] = {
     {"AnsMark",
      [](const QString &text) { return Trim(text).isEmpty() || text == "1" || text == "2"; },
      "is neither blank nor 1 nor 2"},
+    {"DpoFlg", [](const QString &text) { return text == "0" || text == "1" || text == "-1"; },
+     "is neither 0 nor 1 nor -1"},
+    {"PayNeedDays",
+     [](const QString &text) { return text.toDouble() >= 0 && text.toDouble() <= MostNeedDays; },
+     "gives no ship date"},
+    {"ShpSubNo",
+     [](const QString &text) { return text.toDouble() >= 1 && text.toDouble() <= LastShpSubNo; },
+     "leaves no number for a split line"},
     {"ShpSts",
      [](const QString &text) { return text == "1" || text == "2" || text == "3" || text == "4"; },
      "is not 1 to 4"},
@@ -66,8 +77,8 @@ QString TextFault(const ColumnDefinition &column, QByteArrayView utf8)
         return fault(QString("has %1 characters, %2 fit").arg(text.size()).arg(column.width));
     if (text.endsWith(' '))
         return fault("ends in blanks");
-    if (!IsShiftJisText(text))
-        return fault("has characters outside of Shift-JIS");
+    if (const QString characters = CharacterFault(text); !characters.isEmpty())
+        return characters;
     if (column.type == ColumnType::Date && !text.isEmpty()
         && (!IsDigits(text) || !IsValidDate(text)))
         return fault("is not a date");
@@ -84,7 +95,8 @@ QString NumberFault(const ColumnDefinition &column, double number)
         if (!(number >= 0 && number < QuantityLimit))
             return "is not from 0 to 9 integer digits: " + shown();
         const Decimal quantity = Decimal::FromDouble(number);
-        if (quantity != quantity.Rounded(QuantityDecimals))
+        // A number next to 0 shows as 0 but is none to the database.
+        if (quantity != quantity.Rounded(QuantityDecimals) || (quantity.IsZero() && number != 0))
             return "has more than 3 decimals: " + shown();
     }
     const ColumnRule *rule = RuleOf(column);
@@ -105,6 +117,35 @@ QString ValueFault(const ColumnDefinition &column, sqlite3_value *value)
         return NumberFault(column, sqlite3_value_double(value));
     const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(value));
     return TextFault(column, QByteArrayView(text, sqlite3_value_bytes(value)));
+}
+
+QString CharacterFault(const QString &text)
+{
+    static constexpr struct
+    {
+        bool (*isOne)(QChar c);
+        const char *what;
+    } kinds[] = {
+        {[](QChar c) { return c.isNull(); }, "has NUL characters"},
+        {[](QChar c) {
+             return c.category() == QChar::Other_Control && c != '\t' && c != '\r' && c != '\n';
+         },
+         "has control characters"},
+    };
+    const auto fault = [&](const char *what, qsizetype at) {
+        return what + (": " + Quoted(text.mid(at, ShownCharacters)));
+    };
+    for (const auto &[isOne, what] : kinds) {
+        const auto first = std::find_if(text.begin(), text.end(), isOne);
+        if (first != text.end())
+            return fault(what, first - text.begin());
+    }
+    const QString own = ToCodePage(text);
+    if (IsShiftJisText(own))
+        return {};
+    const auto other = std::find_if_not(text.begin(), text.end(),
+                                        [](QChar c) { return IsShiftJisText(ToCodePage(c)); });
+    return fault("has characters outside of Shift-JIS", other - text.begin());
 }
 
 QString Quoted(const QString &text)
