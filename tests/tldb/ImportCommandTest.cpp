@@ -219,6 +219,20 @@ TEST(ImportCommand, WhatASoundSampleDoesNotHave)
          {},
          "SELECT HinName || '.' FROM TLMT0020 WHERE AccHinCD = 'HN-00007'",
          "ねじ M3×8."},
+        {"a NUL in a text of the system",
+         InFile(QString("ねじ M3×8 7")),
+         InFile(QString("ねじ%1M3×8%1").arg(QChar(0)) + '7'),
+         {"TLMT0020 AccHinCD=HN-00007 HinName: has NUL characters: \"\\u0000M3×8\\u00007\", "
+          "written "
+          "as blanks"},
+         "SELECT HinName FROM TLMT0020 WHERE AccHinCD = 'HN-00007'",
+         "ねじ M3×8 7"},
+        {"a character that no text of ours has, where the check does not look",
+         InFile(QString("長い覚え書き0。")),
+         InFile(QString("長い覚え\u1577き0。")),
+         {"note: TLXX9000 row=2 Note: has characters outside of Shift-JIS: \"\u1577き0。\""},
+         "SELECT Note FROM TLXX9000 WHERE ID = 2",
+         "長い覚え\u1577き0。"},
         {"more digits than a double has",
          InFile(qint64(12341010)),
          InFile(std::numeric_limits<qint64>::max()),
@@ -265,6 +279,31 @@ TEST(ImportCommand, WhatCanNotBeReadIsNamed)
     EXPECT_FALSE(import.run.OutLines().filter(" Note: can't be read and is left empty").isEmpty());
     EXPECT_TRUE(import.run.OutLines().contains("TLXX9000: 30 rows read, 30 written"));
     EXPECT_TRUE(import.run.OutLines().contains("TLSP0010: 493 rows read, 493 written"));
+}
+
+TEST(ImportCommand, ARowWhoseBytesContradictEachOtherIsNamed)
+{
+    constexpr int RowEnd = 31 * 4096 + 3437; // of HN-00007 in TLMT0020
+    const struct
+    {
+        int byte; ///< from the row's end
+        char value;
+    } cases[] = {
+        {-1, '\x7d'},  // a name that is null, but is there
+        {-5, '\x08'},  // the code begins later than the row's numbers end
+        {-15, '\x52'}, // the last text ends before its end
+        {-11, '\x58'}, // texts overlap
+    };
+    for (const auto &[byte, value] : cases) {
+        SCOPED_TRACE(byte);
+        QByteArray bytes = Sample();
+        ASSERT_NE(bytes[RowEnd + byte], value);
+        bytes[RowEnd + byte] = value;
+        const QStringList lines
+            = Import(bytes).run.OutLines().filter("bytes contradict each other");
+        EXPECT_EQ(lines.size(), 1);
+        EXPECT_TRUE(lines.join("").startsWith("TLMT0020 AccHinCD="));
+    }
 }
 
 TEST(ImportCommand, AFileThatCanNotBeReadLeavesNoDatabase)

@@ -121,7 +121,11 @@ public:
         if (std::holds_alternative<std::monostate>(value)) {
             m_statement.BindNull(index);
         } else if (const auto *text = std::get_if<QString>(&value)) {
-            m_statement.Bind(index, isText ? RTrim(*text) : *text);
+            // A blank keeps what follows in its place, and is what an answer record has for it.
+            const QString kept = QString(*text).replace(QChar(0), ' ');
+            m_statement.Bind(index, isText ? RTrim(kept) : kept);
+            if (kept != *text)
+                return CharacterFault(*text) + ", written as blanks";
         } else if (const auto *number = std::get_if<double>(&value)) {
             if (isText)
                 m_statement.Bind(index, Decimal::FromDouble(*number).ToText());
@@ -141,6 +145,13 @@ public:
             m_statement.Bind(index, std::get<QByteArray>(value));
         }
         return {};
+    }
+
+    /// What is odd in a text that the check of the new database does not read.
+    QString Oddity(size_t column, const OldValue &value) const
+    {
+        const auto *text = std::get_if<QString>(&value);
+        return text && !m_targets[column].definition ? CharacterFault(*text) : QString();
     }
 
     /// Binds what a column holds in every row when the old table lacks it.
@@ -205,14 +216,25 @@ ImportCount ImportTable(Database &database, const QString &name, OldTable &table
 
     ImportCount count;
     std::vector<OldValue> row;
-    while (table.Next(row)) {
+    bool isSound = true;
+    while (table.Next(row, isSound)) {
         ++count.read;
+        if (!isSound)
+            found({name,
+                   KeyText(targets, row, count.read),
+                   {},
+                   "the row's bytes contradict each other, its values may be wrong"});
         for (size_t column = 0; column < targets.size(); ++column) {
             if (targets[column].source < 0)
                 continue;
-            const QString loss = binder.Bind(column, row[size_t(targets[column].source)]);
-            if (!loss.isEmpty())
-                found({name, KeyText(targets, row, count.read), targets[column].name, loss});
+            const OldValue &value = row[size_t(targets[column].source)];
+            const auto report = [&](const FindingSink &sink, const QString &what) {
+                sink({name, KeyText(targets, row, count.read), targets[column].name, what});
+            };
+            if (const QString loss = binder.Bind(column, value); !loss.isEmpty())
+                report(found, loss);
+            else if (const QString oddity = binder.Oddity(column, value); !oddity.isEmpty())
+                report(noted, oddity);
         }
         try {
             statement.Insert();

@@ -1,6 +1,7 @@
 #include "tldb/import/OldDatabase.h"
 
 #include "data/dao/Database.h"
+#include "tldb/import/OldRow.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -69,8 +70,9 @@ quint32 ReadUint(QByteArrayView bytes)
 }
 
 /// A memo or long binary, whose row has but a reference: its length and marks, where the value is,
-/// or the value itself. Nothing when the reference leads nowhere.
-std::optional<QByteArray> ReadLongValue(MdbHandle *file, QByteArrayView reference)
+/// or the value itself. Nothing when the reference leads nowhere; `isSound` becomes false when it
+/// leads to more than the value has.
+std::optional<QByteArray> ReadLongValue(MdbHandle *file, QByteArrayView reference, bool &isSound)
 {
     constexpr quint32 IsInRow = 0x80000000;
     constexpr quint32 IsInOnePiece = 0x40000000;
@@ -103,6 +105,7 @@ std::optional<QByteArray> ReadLongValue(MdbHandle *file, QByteArrayView referenc
     }
     if (value.size() < length)
         return std::nullopt;
+    isSound = isSound && value.size() == length;
     return value.first(length);
 }
 
@@ -142,7 +145,9 @@ std::optional<OldType> TypeOf(int type)
     }
 }
 
-OldValue ReadValue(MdbHandle *file, const MdbField &field, OldType type, int decimals)
+/// The value of a field. `isSound` becomes false when it can't be what was written.
+OldValue ReadValue(MdbHandle *file, const MdbField &field, OldType type, const MdbColumn &column,
+                   bool &isSound)
 {
     // The format keeps a boolean as the mark that other columns have for null.
     if (type == OldType::Boolean)
@@ -153,10 +158,15 @@ OldValue ReadValue(MdbHandle *file, const MdbField &field, OldType type, int dec
         return Unreadable();
     const QByteArrayView bytes(reinterpret_cast<const char *>(file->pg_buf) + field.start,
                                field.siz);
-    if (type != OldType::Memo && type != OldType::LongBinary)
-        return ToValue(type, bytes, decimals);
-    const auto value = ReadLongValue(file, bytes);
-    return value ? ToValue(type, *value, decimals) : Unreadable();
+    if (type == OldType::Memo || type == OldType::LongBinary) {
+        const auto value = ReadLongValue(file, bytes, isSound);
+        return value ? ToValue(type, *value, column.col_scale) : Unreadable();
+    }
+    const OldValue value = ToValue(type, bytes, column.col_scale);
+    const auto *text = std::get_if<QString>(&value);
+    if (type == OldType::Text && text->size() * qsizetype(sizeof(QChar)) > column.col_size)
+        isSound = false;
+    return value;
 }
 
 struct FreeTable
@@ -250,7 +260,7 @@ qint64 OldTable::RowCount() const
     return m_handle->table->num_rows;
 }
 
-bool OldTable::Next(std::vector<OldValue> &row)
+bool OldTable::Next(std::vector<OldValue> &row, bool &isSound)
 {
     MdbHandle *file = m_handle->file;
     MdbTableDef *table = m_handle->table.get();
@@ -263,10 +273,14 @@ bool OldTable::Next(std::vector<OldValue> &row)
     int count = 0;
     if (mdb_find_row(file, int(table->cur_row) - 1, &start, &size) == 0)
         count = mdb_crack_row(table, start & OffsetMask, size, fields.data());
+    isSound = count > 0
+              && IsSoundRow(*table,
+                            {reinterpret_cast<const char *>(file->pg_buf) + (start & OffsetMask),
+                             qsizetype(size)});
     row.assign(m_columns.size(), Unreadable());
     for (size_t index = 0; index < m_columns.size() && int(index) < count; ++index)
-        row[index] = ReadValue(file, fields[index], m_columns[index].type,
-                               m_handle->Column(index).col_scale);
+        row[index] = ReadValue(file, fields[index], m_columns[index].type, m_handle->Column(index),
+                               isSound);
     return true;
 }
 
@@ -314,10 +328,11 @@ void OldDatabase::ReadThrough()
 {
     AccessVersion();
     std::vector<OldValue> row;
+    bool isSound = true;
     for (const QString &name : TableNames()) {
         try {
             const auto table = OpenTable(name);
-            while (table->Next(row)) {
+            while (table->Next(row, isSound)) {
             }
         } catch (const OldDatabaseError &) {
             // One table that is refused leaves the others to be read.

@@ -33,9 +33,10 @@ public:
     /// Rows that the table says it has. In a damaged file fewer, or more, can be read.
     qint64 RowCount() const;
 
-    /// Reads the next row that is not deleted, its values in the order of the columns. Returns
-    /// false, and leaves `row` as it is, when there is none.
-    bool Next(std::vector<OldValue> &row);
+    /// Reads the next row that is not deleted, its values in the order of the columns. `isSound` is
+    /// false when its bytes contradict each other or the table's definition: some of the values
+    /// are not what was written. Returns false, and leaves both as they are, when there is none.
+    bool Next(std::vector<OldValue> &row, bool &isSound);
 
 private:
     friend class OldDatabase;

@@ -142,6 +142,7 @@ QString ToText(QByteArrayView bytes)
             text += QChar(Read<quint16>(bytes.sliced(at)));
             at += 2;
         } else {
+            text += QChar(QChar::ReplacementCharacter);
             break;
         }
     }

@@ -48,7 +48,7 @@ enum class OldType {
 /// long binary are given whole, not as the reference that a row has. `decimals` is a Decimal's.
 OldValue ToValue(OldType type, QByteArrayView bytes, int decimals);
 
-/// UTF-16, plain or in the format's compressed form.
+/// UTF-16, plain or in the format's compressed form. Half a character at the end is U+FFFD.
 QString ToText(QByteArrayView bytes);
 
 /// "YYYY-MM-DD HH:MM:SS" of a number of days since 1899-12-30, to the second; nothing for a number
