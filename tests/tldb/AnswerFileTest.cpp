@@ -113,6 +113,7 @@ TEST(AnswerFile, MalformedFieldsAreNamedWithTheirByte)
         {10, "261301", "10 processingDate: not a date"},
         {10, "000000", "10 processingDate: not a date"},
         {16, "V\x81\x20", "17 vanCode: not a character of a text"},
+        {71, QByteArray("S\0", 2), "72 makerNumber: not a character of a text"},
         {71, "S2\r", "73 makerNumber: not a character of a text"},
         {90, "3", "90 answerKind: not an allowed value"},
         {95, "00000123.500", "103 orderQuantity: not a digit"},
@@ -202,13 +203,9 @@ TEST(ShowAnswersCommand, JsonIsAnArrayOfRecords)
     EXPECT_EQ(first["customerSectionName"].toString(), QStringLiteral("資材部購買一課"));
     EXPECT_EQ(first["length"].toInt(), 1236);
     EXPECT_EQ(first["faults"].toArray().size(), 0);
-    const QJsonArray deliveries = first["deliveries"].toArray();
-    ASSERT_EQ(deliveries.size(), 2);
-    EXPECT_EQ(deliveries[1].toObject()["slot"].toInt(), 2);
-    EXPECT_EQ(deliveries[1].toObject()["answeredDate"].toString(), "99999999");
-    const QJsonArray faults = records[1].toObject()["faults"].toArray();
-    ASSERT_EQ(faults.size(), 1);
-    EXPECT_EQ(faults[0].toObject()["position"].toInt(), 1239);
+    EXPECT_EQ(first["deliveries"][1]["slot"].toInt(), 2);
+    EXPECT_EQ(first["deliveries"][1]["answeredDate"].toString(), "99999999");
+    EXPECT_EQ(records[1]["faults"][0]["position"].toInt(), 1239);
 
     folder.Write("EMPTY.TXT", "");
     const ToolRun empty({"show-answers", folder.Path("EMPTY.TXT"), "--json"});

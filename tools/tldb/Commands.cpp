@@ -54,8 +54,10 @@ const std::vector<Command> &Commands()
          "TLDB0010.MDB. Every table is taken over. Columns of the system that the old tables lack\n"
          "are blank or 0; columns and tables that the system does not know are kept. Trailing\n"
          "blanks of texts in the system's columns are removed, because the program's comparisons\n"
-         "expect none; all else stays as it is. A row that can't be written is named and left\n"
-         "out. Then the new database is checked as by \"tldb check\".",
+         "expect none, and a NUL becomes a blank; all else stays as it is. Named are rows that\n"
+         "can't be written and are left out, and values that can't be what was written; a damage\n"
+         "that makes one good value another can't be seen, as the old format has no checksums.\n"
+         "Then the new database is checked as by \"tldb check\".",
          {},
          RunImport},
         {"show-answers",

@@ -147,13 +147,6 @@ public:
         return {};
     }
 
-    /// What is odd in a text that the check of the new database does not read.
-    QString Oddity(size_t column, const OldValue &value) const
-    {
-        const auto *text = std::get_if<QString>(&value);
-        return text && !m_targets[column].definition ? CharacterFault(*text) : QString();
-    }
-
     /// Binds what a column holds in every row when the old table lacks it.
     void BindBlank(size_t column)
     {
@@ -167,6 +160,13 @@ private:
     InsertStatement &m_statement;
     const std::vector<Target> &m_targets;
 };
+
+/// What is wrong with a text of a column that the check of the new database does not read.
+QString UncheckedFault(const OldValue &value, const Target &target)
+{
+    const auto *text = std::get_if<QString>(&value);
+    return text && !target.definition ? CharacterFault(*text) : QString();
+}
 
 QString ShownValue(const OldValue &value)
 {
@@ -217,24 +217,22 @@ ImportCount ImportTable(Database &database, const QString &name, OldTable &table
     ImportCount count;
     std::vector<OldValue> row;
     bool isSound = true;
+    const auto ofRow = [&](const QString &column, const QString &what) {
+        return Finding{name, KeyText(targets, row, count.read), column, what};
+    };
     while (table.Next(row, isSound)) {
         ++count.read;
         if (!isSound)
-            found({name,
-                   KeyText(targets, row, count.read),
-                   {},
-                   "the row's bytes contradict each other, its values may be wrong"});
+            found(ofRow({}, "the row's bytes contradict each other, its values may be wrong"));
         for (size_t column = 0; column < targets.size(); ++column) {
-            if (targets[column].source < 0)
+            const Target &target = targets[column];
+            if (target.source < 0)
                 continue;
-            const OldValue &value = row[size_t(targets[column].source)];
-            const auto report = [&](const FindingSink &sink, const QString &what) {
-                sink({name, KeyText(targets, row, count.read), targets[column].name, what});
-            };
+            const OldValue &value = row[size_t(target.source)];
             if (const QString loss = binder.Bind(column, value); !loss.isEmpty())
-                report(found, loss);
-            else if (const QString oddity = binder.Oddity(column, value); !oddity.isEmpty())
-                report(noted, oddity);
+                found(ofRow(target.name, loss));
+            else if (const QString fault = UncheckedFault(value, target); !fault.isEmpty())
+                noted(ofRow(target.name, fault));
         }
         try {
             statement.Insert();
@@ -242,10 +240,7 @@ ImportCount ImportTable(Database &database, const QString &name, OldTable &table
         } catch (const DaoError &error) {
             if (!IsOfRow(error))
                 throw;
-            found({name,
-                   KeyText(targets, row, count.read),
-                   {},
-                   "the row is not written: " + ErrorText(error)});
+            found(ofRow({}, "the row is not written: " + ErrorText(error)));
         }
     }
     if (count.read != table.RowCount())
