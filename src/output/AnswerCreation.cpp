@@ -33,7 +33,6 @@ QString CustomerSideCode(const QString &settings)
 AnswerCreation::AnswerCreation(bDAO &db, const Files &files, AnswerList &list,
                                const WriteStamp &stamp, ShowStatusText showStatus)
     : m_db(db)
-    , m_fileSystem(files)
     , m_files(files)
     , m_list(list)
     , m_stamp(stamp)
@@ -157,13 +156,20 @@ bool AnswerCreation::WriteRecord(const QString &path, const QString &layoutSetti
                                  const QString &orderNo)
 {
     const int length = HasShortLayout(layoutSettings) ? ShortRecordLength : LongRecordLength;
-    if (!MendAnswerFile(m_fileSystem, path, length))
+    AnswerFile file(m_files, path);
+    if (!file.Open())
         return false;
-    m_record.recordNumber = Decimal(NextRecordSeqNo(m_fileSystem, path, length) + 1);
-    const bool isComplete = PackAnswerRecord(m_record, m_buffer);
-    const QByteArray line = BlankLineBreaks(QByteArray(m_buffer.data(), length), {});
-    if (!AppendAnswerLine(m_files, path, line))
+    bool isComplete = true;
+    int error = file.Mend();
+    if (error == RuntimeError::None) {
+        m_record.recordNumber = Decimal(file.LastRecordNumber(length) + 1);
+        isComplete = PackAnswerRecord(m_record, m_buffer);
+        error = file.AppendLine(BlankLineBreaks(QByteArray(m_buffer.data(), length), {}));
+    }
+    if (error != RuntimeError::None) {
+        ShowFileError(error, path);
         return false;
+    }
     if (!isComplete)
         m_incompleteOrders += orderNo;
     return true;

@@ -45,7 +45,6 @@ private:
     void TellOfReplacedCharacters() const;
 
     bDAO &m_db;
-    const Files &m_fileSystem;
     OutputFiles m_files;
     AnswerList &m_list;
     WriteStamp m_stamp;

@@ -12,18 +12,9 @@ namespace {
 constexpr int NumberLength = 5;
 constexpr QByteArrayView LineEnd("\r\n");
 
-/// What stands behind the file's last line end; of more than a record, its end.
-QByteArray UnendedLine(const OpenFile &file, int recordLength)
-{
-    const qint64 length = std::min<qint64>(file.Size(), recordLength + 2 * LineEnd.size());
-    const QByteArray end = file.ReadAt(file.Size() - length, length);
-    const qsizetype lineEnd = end.lastIndexOf(LineEnd);
-    return lineEnd < 0 ? end : end.mid(lineEnd + LineEnd.size());
-}
-
 /// True for less than a record that begins as one. The machine, when it loses its power, may put
 /// zero bytes in the place of what was not written yet.
-bool IsTornRecord(const QByteArray &line, int recordLength)
+bool IsTornRecord(const QByteArray &line)
 {
     const QByteArrayView kind(AnswerInfoKind);
     const QByteArray start = line.left(NumberLength + kind.size());
@@ -34,43 +25,61 @@ bool IsTornRecord(const QByteArray &line, int recordLength)
         if (!isOfRecord && c != '\0')
             return false;
     }
-    return line.size() < recordLength;
+    return line.size() < ShortRecordLength;
 }
 
 } // namespace
 
-bool MendAnswerFile(const Files &files, const QString &path, int recordLength)
+AnswerFile::AnswerFile(OutputFiles &files, QString path)
+    : m_files(files)
+    , m_path(std::move(path))
 {
-    int error = RuntimeError::None;
-    const auto seen = files.Open(Trim(path), FileMode::Read, FileLock::None, error);
-    if (!seen || UnendedLine(*seen, recordLength).isEmpty())
-        return true;
-    const auto file = files.Open(Trim(path), FileMode::ReadWrite, FileLock::Exclusive, error);
-    if (file) {
-        // Another program may have been in the middle of writing.
-        const QByteArray line = UnendedLine(*file, recordLength);
-        if (IsTornRecord(line, recordLength))
-            error = file->Truncate(file->Size() - line.size());
-        else if (!line.isEmpty())
-            error = file->Append(line.endsWith('\r') ? LineEnd.sliced(1) : LineEnd);
-    }
-    if (error != RuntimeError::None)
-        ShowFileError(error, path);
-    return error == RuntimeError::None;
 }
 
-int NextRecordSeqNo(const Files &files, const QString &path, int recordLength)
+AnswerFile::~AnswerFile()
+{
+    if (m_file && m_file->IsNew() && m_file->Size() == 0 && m_file->IsInPlace())
+        m_file->Remove(); // under the lock: who waits for it sees that the file has gone
+    m_files.CloseFileNo(m_fileNo);
+}
+
+bool AnswerFile::Open()
+{
+    m_fileNo = m_files.OpenFileNo(m_path, OutputFiles::Append, OutputFiles::ReadWrite, true);
+    m_file = m_files.File(m_fileNo);
+    return m_file != nullptr;
+}
+
+int AnswerFile::Mend()
+{
+    // More than a record and its line end: behind the last line end, or at the end of the file.
+    const qint64 length = std::min<qint64>(m_file->Size(), LongRecordLength + 2 * LineEnd.size());
+    const QByteArray end = m_file->ReadAt(m_file->Size() - length, length);
+    if (end.size() < length)
+        return RuntimeError::DeviceIo;
+    const qsizetype lineEnd = end.lastIndexOf(LineEnd);
+    const QByteArray line = lineEnd < 0 ? end : end.mid(lineEnd + LineEnd.size());
+    if (line.isEmpty())
+        return RuntimeError::None;
+    if (IsTornRecord(line))
+        return m_file->Truncate(m_file->Size() - line.size());
+    return m_file->Append(line.endsWith('\r') ? LineEnd.sliced(1) : LineEnd);
+}
+
+int AnswerFile::LastRecordNumber(int recordLength) const
 {
     // The long layout's receivers take every record for a first one.
     if (recordLength != ShortRecordLength)
         return 0;
-    int error = RuntimeError::None;
-    const auto file = files.Open(Trim(path), FileMode::Read, FileLock::None, error);
-    if (!file)
-        return 0;
-    const qint64 lastLine = std::max<qint64>(file->Size() - recordLength - LineEnd.size(), 0);
-    const QByteArray line = file->ReadAt(lastLine, recordLength + LineEnd.size());
-    return int(Val(QString::fromLatin1(line.left(NumberLength))));
+    const qint64 lineLength = recordLength + LineEnd.size();
+    const QByteArray number
+        = m_file->ReadAt(std::max<qint64>(m_file->Size() - lineLength, 0), NumberLength);
+    return int(Val(QString::fromLatin1(number)));
+}
+
+int AnswerFile::AppendLine(const QByteArray &line)
+{
+    return m_file->Append(line + LineEnd.toByteArray());
 }
 
 QByteArray BlankLineBreaks(QByteArray line, const QByteArray &replacement)
@@ -79,17 +88,4 @@ QByteArray BlankLineBreaks(QByteArray line, const QByteArray &replacement)
     const char blank = isBlank ? ' ' : replacement[0];
     // Neither byte can be the second half of a double-byte character.
     return line.replace('\r', blank).replace('\n', blank);
-}
-
-bool AppendAnswerLine(OutputFiles &files, const QString &path, const QByteArray &line)
-{
-    const int fileNo = files.OpenFileNo(path, OutputFiles::Append, OutputFiles::ReadWrite, true);
-    OpenFile *file = files.File(fileNo);
-    if (!file)
-        return false;
-    const int error = file->Append(line + LineEnd.toByteArray());
-    files.CloseFileNo(fileNo);
-    if (error != RuntimeError::None)
-        ShowFileError(error, path);
-    return error == RuntimeError::None;
 }

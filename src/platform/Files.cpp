@@ -9,7 +9,6 @@
 #include <QThread>
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,44 +35,13 @@ int FlagsOf(FileMode mode)
     case FileMode::Read:
         return O_RDONLY;
     case FileMode::ReadWrite:
-        return O_RDWR | O_CREAT;
+        return O_RDWR;
     case FileMode::Append:
-        return O_RDWR | O_CREAT | O_APPEND;
+        return O_RDWR | O_APPEND;
     case FileMode::Output:
-        return O_RDWR | O_CREAT; // emptied once the lock is held
+        return O_RDWR; // emptied once the lock is held
     }
     return O_RDONLY;
-}
-
-/// Takes the lock in both of the machine's ways, so that a holder of either kind is seen.
-bool TryLock(int descriptor, FileLock lock)
-{
-    if (::flock(descriptor, (lock == FileLock::Exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0)
-        return false;
-    struct flock range = {};
-    // A record lock for writing needs a file open for writing; flock alone does for the others.
-    const bool isWritable = (::fcntl(descriptor, F_GETFL) & O_ACCMODE) != O_RDONLY;
-    range.l_type = lock == FileLock::Exclusive && isWritable ? F_WRLCK : F_RDLCK;
-    range.l_whence = SEEK_SET;
-    if (::fcntl(descriptor, F_SETLK, &range) == 0)
-        return true;
-    const int error = errno == EACCES ? EAGAIN : errno;
-    ::flock(descriptor, LOCK_UN);
-    errno = error;
-    return false;
-}
-
-/// Takes the lock, if need be after waiting for its holder.
-bool TakeLock(int descriptor, FileLock lock, int waitMs)
-{
-    constexpr int RetryMs = 10;
-    const QDeadlineTimer deadline(waitMs);
-    while (lock != FileLock::None && !TryLock(descriptor, lock)) {
-        if (errno != EWOULDBLOCK || deadline.hasExpired())
-            return false;
-        QThread::msleep(RetryMs);
-    }
-    return true;
 }
 
 } // namespace
@@ -83,9 +51,11 @@ void SetFileFault(std::function<int(FileOp, const QString &)> fault)
     Fault() = std::move(fault);
 }
 
-OpenFile::OpenFile(int descriptor, QString path)
+OpenFile::OpenFile(int descriptor, QString path, QString localPath, bool isNew)
     : m_descriptor(descriptor)
     , m_path(std::move(path))
+    , m_localPath(std::move(localPath))
+    , m_isNew(isNew)
 {
 }
 
@@ -132,11 +102,27 @@ int OpenFile::WriteAll(QByteArrayView bytes)
     return IsFaulty(FileOp::Sync, m_path) || ::fdatasync(m_descriptor) != 0 ? errno : 0;
 }
 
+int OpenFile::SyncFolder() const
+{
+    if (IsFaulty(FileOp::Sync, m_path))
+        return errno;
+    const QByteArray folder = QFile::encodeName(QFileInfo(m_localPath).path());
+    const int descriptor = ::open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return 0; // a folder that its users may write in, but not read
+    const int error = ::fsync(descriptor) == 0 ? 0 : errno;
+    ::close(descriptor);
+    const bool isUnknown = error == EINVAL || error == EBADF || error == EOPNOTSUPP;
+    return isUnknown ? 0 : error; // some shares know of no such thing
+}
+
 int OpenFile::Append(QByteArrayView bytes)
 {
     const qint64 before = Size();
     ::lseek(m_descriptor, 0, SEEK_END);
-    const int error = WriteAll(bytes);
+    int error = WriteAll(bytes);
+    if (error == 0 && before == 0)
+        error = SyncFolder();
     if (error != 0 && Truncate(before) != RuntimeError::None)
         return RuntimeError::DeviceIo;
     return RuntimeError::FromErrno(error);
@@ -149,18 +135,48 @@ int OpenFile::Truncate(qint64 length)
     return RuntimeError::None;
 }
 
+bool OpenFile::IsInPlace() const
+{
+    struct stat own = {};
+    struct stat named = {};
+    return ::fstat(m_descriptor, &own) == 0 && ::lstat(QFile::encodeName(m_localPath), &named) == 0
+           && own.st_dev == named.st_dev && own.st_ino == named.st_ino;
+}
+
+int OpenFile::Remove()
+{
+    if (IsFaulty(FileOp::Remove, m_path) || ::unlink(QFile::encodeName(m_localPath)) != 0)
+        return RuntimeError::FromErrno(errno);
+    return RuntimeError::None;
+}
+
 namespace {
 
-/// Opens the file; a folder, which the machine would open for reading, is refused.
-int OpenDescriptor(const QString &localPath, FileMode mode)
+/// Opens the file, or makes it when it is missing; only a file in its own place, so that nobody can
+/// lead the program to another.
+int OpenDescriptor(const QString &localPath, FileMode mode, bool &isNew)
 {
-    const int descriptor = ::open(QFile::encodeName(localPath), FlagsOf(mode) | O_CLOEXEC, 0666);
+    const QByteArray name = QFile::encodeName(localPath);
+    const auto open = [&](int more) {
+        constexpr int Always = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+        return TEMP_FAILURE_RETRY(::open(name, FlagsOf(mode) | Always | more, 0666));
+    };
+    isNew = false;
+    int descriptor = open(0);
+    if (descriptor < 0 && errno == ENOENT && mode != FileMode::Read) {
+        descriptor = open(O_CREAT | O_EXCL);
+        isNew = descriptor >= 0;
+        if (descriptor < 0 && errno == EEXIST) // made by another program just now
+            descriptor = open(O_CREAT);
+    }
     struct stat status = {};
-    if (descriptor >= 0 && ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
+    if (descriptor >= 0 && (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
         ::close(descriptor);
-        errno = EISDIR;
+        errno = EACCES;
         return -1;
     }
+    if (descriptor < 0 && errno == ENXIO) // a socket
+        errno = EACCES;
     return descriptor;
 }
 
@@ -193,25 +209,43 @@ int Files::Remove(const QString &path) const
     return RuntimeError::None;
 }
 
-std::unique_ptr<OpenFile> Files::Open(const QString &path, FileMode mode, FileLock lock,
-                                      int &error) const
+std::unique_ptr<OpenFile> Files::TryOpen(const QString &path, const QString &local, FileMode mode,
+                                         FileLock lock, int &error) const
 {
-    error = RuntimeError::None;
-    const QString local = LocalPath(path);
-    if (local.isEmpty()) {
-        error = RuntimeError::PathNotFound;
-        return nullptr;
-    }
-    const int descriptor = IsFaulty(FileOp::Open, path) ? -1 : OpenDescriptor(local, mode);
+    bool isNew = false;
+    const int descriptor = IsFaulty(FileOp::Open, path) ? -1 : OpenDescriptor(local, mode, isNew);
     if (descriptor < 0) {
         const bool isFolderMissing = errno == ENOENT && !QFileInfo(local).dir().exists();
         error = isFolderMissing ? RuntimeError::PathNotFound : RuntimeError::FromErrno(errno);
         return nullptr;
     }
-    auto file = std::make_unique<OpenFile>(descriptor, path);
-    if (!TakeLock(descriptor, lock, m_lockWaitMs))
-        error = RuntimeError::FromErrno(errno);
-    else if (mode == FileMode::Output)
+    auto file = std::make_unique<OpenFile>(descriptor, path, local, isNew);
+    error = RuntimeError::None;
+    if (lock != FileLock::None) {
+        error = RuntimeError::FromErrno(
+            IsFaulty(FileOp::Lock, path) ? errno : TryLockFile(descriptor, lock));
+        if (error == RuntimeError::None && !file->IsInPlace())
+            error = RuntimeError::PermissionDenied; // its last holder has put it away
+    }
+    if (error == RuntimeError::None && mode == FileMode::Output)
         error = file->Truncate(0);
     return error == RuntimeError::None ? std::move(file) : nullptr;
+}
+
+std::unique_ptr<OpenFile> Files::Open(const QString &path, FileMode mode, FileLock lock,
+                                      int &error) const
+{
+    constexpr int RetryMs = 10;
+    const QString local = LocalPath(path);
+    if (local.isEmpty()) {
+        error = RuntimeError::PathNotFound;
+        return nullptr;
+    }
+    const QDeadlineTimer deadline(m_lockWaitMs);
+    auto file = TryOpen(path, local, mode, lock, error);
+    while (error == RuntimeError::PermissionDenied && !deadline.hasExpired()) {
+        QThread::msleep(RetryMs);
+        file = TryOpen(path, local, mode, lock, error);
+    }
+    return file;
 }

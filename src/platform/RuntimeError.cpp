@@ -42,6 +42,7 @@ int FromErrno(int error)
     case EPERM:
     case EROFS:
     case EISDIR:
+    case ELOOP:
         return PathFileAccess;
     case EAGAIN:
     case EBUSY:

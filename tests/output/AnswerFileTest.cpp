@@ -8,7 +8,9 @@
 #include <QFile>
 #include <QThread>
 #include <cerrno>
+#include <functional>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <thread>
 
 namespace {
@@ -47,23 +49,22 @@ TEST_F(AnswerFileTest, NumberOfTheLastRecord)
         {Line("00000", Short), Short, 0},
         {Line("12 45", Short), Short, 12}, // leading digits
         {Line("x0041", Short), Short, 0},
-        {"00041", Short, 41}, // shorter than a record: read from its start
-        {Line("00041", Short - 1), Short, 41},
+        {"00041\r\n", Short, 41}, // shorter than a record: read from its start
         {Line("00041", Short), Long, 0},
     };
     for (const auto &[content, length, number] : cases) {
         folder.Write("A.TXT", content);
-        EXPECT_EQ(NextRecordSeqNo(files, " C:\\A.TXT ", length), number)
+        AnswerFile file(output, " C:\\A.TXT ");
+        ASSERT_TRUE(file.Open());
+        EXPECT_EQ(file.LastRecordNumber(length), number)
             << content.size() << ' ' << content.left(5).constData();
     }
-    EXPECT_EQ(NextRecordSeqNo(files, "C:\\NONE.TXT", Short), 0);
-    EXPECT_FALSE(files.FileExists("C:\\NONE.TXT"));
-    EXPECT_TRUE(boxes.Shown().empty()) << "the read-back complains of nothing";
 }
 
 TEST_F(AnswerFileTest, WhatACrashLeftBehindTheLastLineIsMended)
 {
     const QByteArray record = QByteArray("000020702").leftJustified(Short, 'x');
+    const QByteArray longRecord = record.leftJustified(Long, 'y');
     const QByteArray first = Line("000010702", Short);
     const struct
     {
@@ -79,31 +80,33 @@ TEST_F(AnswerFileTest, WhatACrashLeftBehindTheLastLineIsMended)
         {"the rest zeros", record.left(100) + QByteArray(300, '\0'), ""},
         {"half the line end", record + '\r', record + "\r\n"},
         {"no line end", record, record + "\r\n"},
-        {"longer than a record", record + "00003", record + "00003\r\n"},
+        {"the long layout's", longRecord, longRecord + "\r\n"},
+        {"half of the long layout's line end", longRecord + '\r', longRecord + "\r\n"},
+        {"between the two layouts", longRecord.left(1300), longRecord.left(1300) + "\r\n"},
         {"another kind", "000020603", "000020603\r\n"},
         {"a remark", "see below", "see below\r\n"},
         {"half of its line end", "see below\r", "see below\r\n"},
     };
     for (const auto &[what, end, mended] : cases) {
-        for (const QByteArray &before : {first, QByteArray()}) {
+        for (const QByteArray &before : {first, Line("000010702", Long), QByteArray()}) {
             folder.Write("A.TXT", before + end);
-            EXPECT_TRUE(MendAnswerFile(files, " C:\\A.TXT ", Short)) << what;
+            AnswerFile file(output, " C:\\A.TXT ");
+            ASSERT_TRUE(file.Open());
+            EXPECT_EQ(file.Mend(), 0) << what;
             EXPECT_TRUE(folder.Read("A.TXT") == before + mended) << what;
         }
     }
-    EXPECT_TRUE(MendAnswerFile(files, "C:\\NONE.TXT", Short));
-    EXPECT_FALSE(files.FileExists("C:\\NONE.TXT"));
-    EXPECT_TRUE(boxes.Shown().empty());
-
     for (const auto &[end, op] :
          {std::pair{"00002", FileOp::Truncate}, {"see below", FileOp::Write}}) {
         folder.Write("A.TXT", first + end);
+        AnswerFile file(output, "C:\\A.TXT");
+        ASSERT_TRUE(file.Open());
         SetFileFault([op = op](FileOp asked, const QString &) { return asked == op ? EIO : 0; });
-        EXPECT_FALSE(MendAnswerFile(files, "C:\\A.TXT", Short)) << end;
+        EXPECT_EQ(file.Mend(), 57) << end;
         SetFileFault({});
         EXPECT_EQ(folder.Read("A.TXT"), first + end);
-        EXPECT_EQ(boxes.TakeTexts().size(), 1u);
     }
+    EXPECT_TRUE(boxes.Shown().empty());
 }
 
 TEST_F(AnswerFileTest, LineBreaksBecomeBlanks)
@@ -134,46 +137,110 @@ TEST_F(AnswerFileTest, LinesAreAddedToTheEndAndReachTheDisk)
         operations.push_back(op);
         return 0;
     });
-    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "first"));
+    using enum FileOp;
+    for (const auto &[line, expected] :
+         {std::pair{"first", std::vector{Open, Lock, Write, Sync, Sync}},
+          {"second", std::vector{Open, Lock, Write, Sync}}}) {
+        AnswerFile file(output, " C:\\A.TXT ");
+        EXPECT_TRUE(file.Open());
+        EXPECT_EQ(file.AppendLine(line), 0);
+        EXPECT_EQ(operations, expected) << "a new file's folder reaches the disk, too";
+        operations.clear();
+    }
     SetFileFault({});
-    EXPECT_EQ(operations, (std::vector{FileOp::Open, FileOp::Write, FileOp::Sync}));
-    EXPECT_TRUE(AppendAnswerLine(output, " C:\\A.TXT ", "second"));
     EXPECT_EQ(folder.Read("A.TXT"), "first\r\nsecond\r\n");
     EXPECT_TRUE(boxes.Shown().empty());
 }
 
-TEST_F(AnswerFileTest, WhatFailsIsShownAndLeavesTheFileAlone)
+TEST_F(AnswerFileTest, ALineThatCannotBeWrittenLeavesTheFileAsItWas)
 {
+    for (const bool isThere : {true, false}) {
+        for (const FileOp op : {FileOp::Write, FileOp::Sync}) {
+            QFile::remove(folder.Path("A.TXT"));
+            if (isThere)
+                folder.Write("A.TXT", "first\r\n");
+            {
+                AnswerFile file(output, "C:\\A.TXT");
+                ASSERT_TRUE(file.Open());
+                SetFileFault(
+                    [op](FileOp asked, const QString &) { return asked == op ? ENOSPC : 0; });
+                EXPECT_EQ(file.AppendLine("second"), 61);
+                SetFileFault({});
+            }
+            EXPECT_EQ(QFile::exists(folder.Path("A.TXT")), isThere) << "no empty file is left";
+            EXPECT_TRUE(!isThere || folder.Read("A.TXT") == "first\r\n");
+        }
+    }
+    EXPECT_TRUE(boxes.Shown().empty()) << "a transaction may be open";
+}
+
+TEST_F(AnswerFileTest, AnOpeningThatWroteNothingTakesOnlyItsOwnFileAway)
+{
+    const auto openAndClose = [&](const std::function<void()> &meanwhile) {
+        AnswerFile file(output, "C:\\A.TXT");
+        EXPECT_TRUE(file.Open());
+        EXPECT_TRUE(QFile::exists(folder.Path("A.TXT")));
+        meanwhile();
+    };
+    openAndClose([] {});
+    EXPECT_FALSE(QFile::exists(folder.Path("A.TXT")));
+    openAndClose([&] {
+        QFile::rename(folder.Path("A.TXT"), folder.Path("B.TXT"));
+        folder.Write("A.TXT", "another's");
+    });
+    EXPECT_EQ(folder.Read("A.TXT"), "another's");
+    folder.Write("A.TXT", "");
+    openAndClose([] {});
+    EXPECT_TRUE(QFile::exists(folder.Path("A.TXT"))) << "it was there before";
+}
+
+TEST_F(AnswerFileTest, NobodyWritesIntoAFileThatWasTakenAwayBeforeItsLock)
+{
+    files.SetLockWait(10'000);
+    int taken = 0;
+    SetFileFault([&](FileOp op, const QString &) {
+        if (op == FileOp::Lock && ++taken <= 2)
+            QFile::remove(folder.Path("A.TXT"));
+        return 0;
+    });
+    AnswerFile file(output, "C:\\A.TXT");
+    EXPECT_TRUE(file.Open());
+    SetFileFault({});
+    EXPECT_EQ(taken, 3);
+    EXPECT_EQ(file.AppendLine("line"), 0);
+    EXPECT_EQ(folder.Read("A.TXT"), "line\r\n");
+}
+
+TEST_F(AnswerFileTest, WhatCannotBeOpenedIsShown)
+{
+    folder.Write("REAL.TXT", "kept");
+    ASSERT_TRUE(QFile::link(folder.Path("REAL.TXT"), folder.Path("LINK.TXT")));
+    ASSERT_TRUE(QFile::link(folder.Path("NONE.TXT"), folder.Path("DANGLING.TXT")));
+    ASSERT_EQ(::mkfifo(folder.Path("PIPE.TXT").toUtf8(), 0600), 0);
+    const auto invalid = "75\r\nｴﾗｰ内容：パス名が無効です。";
     const struct
     {
-        FileOp op;
         int error;
-        const char *path;
-        const char *box;
+        QString path;
+        QString box;
     } cases[] = {
-        {FileOp::Write, ENOSPC, "C:\\A.TXT",
-         "ｴﾗｰｺｰﾄﾞ：61\r\nｴﾗｰ内容：ディスクの空き容量が不足しています。\r\nﾌｧｲﾙ名：C:\\A.TXT"},
-        {FileOp::Sync, ENOSPC, "C:\\A.TXT",
-         "ｴﾗｰｺｰﾄﾞ：61\r\nｴﾗｰ内容：ディスクの空き容量が不足しています。\r\nﾌｧｲﾙ名：C:\\A.TXT"},
-        {FileOp::Open, EACCES, " C:\\A.TXT ",
-         "ｴﾗｰｺｰﾄﾞ：75\r\nｴﾗｰ内容：パス名が無効です。\r\nﾌｧｲﾙ名：C:\\A.TXT"},
-        {FileOp::Open, 0, "C:\\NONE\\A.TXT",
-         "ｴﾗｰｺｰﾄﾞ：76\r\nｴﾗｰ内容：パスが見つかりません。\r\nﾌｧｲﾙ名：C:\\NONE\\A.TXT"},
+        {EACCES, " C:\\A.TXT ", invalid},
+        {0, "C:\\LINK.TXT", invalid},
+        {0, "C:\\DANGLING.TXT", invalid},
+        {0, "C:\\PIPE.TXT", invalid},
+        {0, "C:\\NONE\\A.TXT", "76\r\nｴﾗｰ内容：パスが見つかりません。"},
     };
-    folder.Write("A.TXT", "first\r\n");
-    for (const auto &[op, error, path, box] : cases) {
-        SetFileFault([op = op, error = error](FileOp asked, const QString &) {
-            return asked == op ? error : 0;
-        });
-        EXPECT_FALSE(AppendAnswerLine(output, path, "second")) << path;
+    for (const auto &[error, path, box] : cases) {
+        SetFileFault([error = error](FileOp, const QString &) { return error; });
+        EXPECT_FALSE(AnswerFile(output, path).Open()) << path.toStdString();
         SetFileFault({});
         ASSERT_EQ(boxes.Shown().size(), 1u);
         EXPECT_EQ(boxes.Shown()[0].title, "ﾌｧｲﾙｵ-ﾌﾟﾝｴﾗｰ");
         EXPECT_EQ(boxes.Shown()[0].style, 16 + 4096);
-        EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{box});
-        EXPECT_EQ(folder.Read("A.TXT"), "first\r\n");
+        EXPECT_EQ(boxes.TakeTexts()[0], "ｴﾗｰｺｰﾄﾞ：" + box + "\r\nﾌｧｲﾙ名：" + path.trimmed());
     }
-    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "second")) << "no lock is left behind";
+    EXPECT_EQ(folder.Read("REAL.TXT"), "kept");
+    EXPECT_FALSE(QFile::exists(folder.Path("NONE.TXT")));
 }
 
 TEST_F(AnswerFileTest, AFileThatAnotherProgramHolds)
@@ -182,7 +249,7 @@ TEST_F(AnswerFileTest, AFileThatAnotherProgramHolds)
     int error = 0;
     auto holder = files.Open("C:\\A.TXT", FileMode::Append, FileLock::Exclusive, error);
     ASSERT_TRUE(holder);
-    EXPECT_FALSE(AppendAnswerLine(output, "C:\\A.TXT", "second"));
+    EXPECT_FALSE(AnswerFile(output, "C:\\A.TXT").Open());
     EXPECT_EQ(
         boxes.TakeTexts(),
         std::vector<QString>{"ｴﾗｰｺｰﾄﾞ：70\r\nｴﾗｰ内容：書き込みできません。\r\nﾌｧｲﾙ名：C:\\A.TXT"});
@@ -192,9 +259,8 @@ TEST_F(AnswerFileTest, AFileThatAnotherProgramHolds)
         QThread::msleep(50);
         holder.reset();
     });
-    EXPECT_TRUE(AppendAnswerLine(output, "C:\\A.TXT", "second")) << "a short lock is waited out";
+    EXPECT_TRUE(AnswerFile(output, "C:\\A.TXT").Open()) << "a short lock is waited out";
     release.join();
-    EXPECT_EQ(folder.Read("A.TXT"), "first\r\nsecond\r\n");
 }
 
 TEST_F(AnswerFileTest, ModesAndAccessesOfNumberedFiles)
