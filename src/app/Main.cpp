@@ -24,6 +24,23 @@ QString WithoutTrailingBackslash(const QString &path)
     return path.endsWith('\\') ? path.chopped(1) : path;
 }
 
+void ShowStartError(const QString &text)
+{
+    MsgBox(text, BoxStyle::Information, "初期設定エラー");
+}
+
+/// True for the user's only copy; else he is told what there is to tell.
+bool IsOnlyCopy(const PreviousInstance &instance)
+{
+    if (instance.Is() == PreviousInstance::Unknown)
+        ShowStartError("二重起動を確認できないため、\r"
+                       "処理を続行できません。\r"
+                       "\r"
+                       "次のいずれかを、本人だけが使えるフォルダ（属性0700）にしてください。\r"
+                       + PreviousInstance::Folders().join('\r'));
+    return instance.Is() == PreviousInstance::First;
+}
+
 /// The folder that holds the settings: the program's own, else the Windows directory.
 QString FindIniDir(const QString &programDir)
 {
@@ -50,7 +67,16 @@ QString FindDatabaseDir(const Files &files, const IniFile &ini, const QString &p
 bool InitApp(ProgramState &state, const QString &programDir)
 {
     state.iniDir = FindIniDir(programDir);
-    const IniFile ini = IniFile::Read(Files().LocalPath(state.iniDir + IniName));
+    const QString iniPath = Files().LocalPath(state.iniDir + IniName);
+    const IniFile ini = IniFile::Read(iniPath);
+    if (ini.IsUnreadable()) {
+        ShowStartError("設定ファイルを読み込めないため、\r"
+                       "処理を続行できません。\r"
+                       "\r"
+                       "次のファイルの属性を確認してください。\r"
+                       + iniPath);
+        return false;
+    }
     state.files = Files(DrivePaths(ini));
     const QString databaseDir = FindDatabaseDir(state.files, ini, programDir);
     if (databaseDir.isEmpty())
@@ -66,11 +92,10 @@ bool InitApp(ProgramState &state, const QString &programDir)
     const QString executable = QFileInfo(QCoreApplication::applicationFilePath()).baseName();
     if (LoadCompany(state.db, executable, state.company))
         return true;
-    MsgBox("ｼｽﾃﾑ管理ﾏｽﾀに会社情報が登録されていないため、\r"
-           "処理を続行できません。\r"
-           "\r"
-           "ｼｽﾃﾑ管理ﾏｽﾀﾒﾝﾃﾅﾝｽで会社情報を登録してください。",
-           BoxStyle::Information, "初期設定エラー");
+    ShowStartError("ｼｽﾃﾑ管理ﾏｽﾀに会社情報が登録されていないため、\r"
+                   "処理を続行できません。\r"
+                   "\r"
+                   "ｼｽﾃﾑ管理ﾏｽﾀﾒﾝﾃﾅﾝｽで会社情報を登録してください。");
     EndApp(state);
     return false;
 }
@@ -105,9 +130,10 @@ void RunScreens(ProgramState &state)
 
 void Main(const QString &programDir)
 {
+    TakeFileSizeLimitAsFullDisk();
     const PreviousInstance instance(ProgramId);
     ProgramState state;
-    if (!instance.IsFirst() || !InitApp(state, programDir))
+    if (!IsOnlyCopy(instance) || !InitApp(state, programDir))
         return;
     if (CheckAnswerOutputPaths(state.db, state.files)) {
         state.isSearchMode = true;

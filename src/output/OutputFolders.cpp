@@ -19,6 +19,10 @@ constexpr InfoKind InfoKinds[] = {
 };
 
 constexpr auto WritableTestFile = "@@@@@Writable@@@@@.txt";
+constexpr auto NoFolder = "ファイルを出力するフォルダが存在しません。\r\n"
+                          "出力フォルダの設定、属性を確認してください。";
+constexpr auto NotWritable = "ファイルの書き込みが出来ません。\r\n"
+                             "出力フォルダの設定、属性を確認してください。";
 
 /// The folder names of a path, the first one a drive, "\\server" or "" before the machine's root.
 QStringList FolderNames(const QString &path, QChar separator)
@@ -38,12 +42,32 @@ QStringList FolderNames(const QString &path, QChar separator)
 bool MakeFolders(const Files &files, const QStringList &names, QChar separator)
 {
     QString folder = names[0];
+    if (files.MakeDrive(folder) != RuntimeError::None)
+        return false;
     for (const QString &name : names.sliced(1)) {
         folder += separator + name;
         if (!files.FolderExists(folder) && files.MakeFolder(folder) != RuntimeError::None)
             return false;
     }
     return true;
+}
+
+/// True when a file can be made in the folder. It is always made anew: what bears its name may be a
+/// link to a file worth keeping.
+bool IsWritable(const Files &files, const QString &localFolder)
+{
+    constexpr int MostTurns = 100; // programs that start at once take turns at it
+    const QString testFile
+        = localFolder.isEmpty() ? QString() : localFolder + '/' + WritableTestFile;
+    int error = RuntimeError::FileExists;
+    for (int turn = 0; turn < MostTurns && error == RuntimeError::FileExists; ++turn) {
+        error = files.Remove(testFile);
+        if (error == RuntimeError::None || error == RuntimeError::FileNotFound)
+            files.Open(testFile, FileMode::New, FileLock::None, error);
+    }
+    if (error == RuntimeError::None)
+        files.Remove(testFile);
+    return error == RuntimeError::None;
 }
 
 /// Names the first customer that uses the path.
@@ -110,28 +134,26 @@ bool CheckOutputFolder(const Files &files, const QString &filePath, QString &mes
     }
     const QChar separator = PathSeparator(path);
     QStringList names = FolderNames(path, separator);
-    if (names.isEmpty())
+    if (names.isEmpty()) {
+        if (files.LocalPath(path) != path) { // on a drive or a server, but in no folder of it
+            message = NoFolder;
+            return false;
+        }
         names += "."; // a bare file name stands in the current folder
+    }
     const QString folder = names.join(separator);
     // By the folder's name on the machine: no file is looked for that differs only in case.
     QString local = files.LocalPath(folder);
     if (!files.FolderExists(local)) {
         if (!MakeFolders(files, names, separator)) {
-            message = "ファイルを出力するフォルダが存在しません。\r\n"
-                      "出力フォルダの設定、属性を確認してください。";
+            message = NoFolder;
             return false;
         }
         local = files.LocalPath(folder);
     }
-    const QString testFile = local.isEmpty() ? local : local + '/' + WritableTestFile;
-    int error = RuntimeError::None;
-    if (!files.Open(testFile, FileMode::Output, FileLock::None, error)) {
-        message = "ファイルの書き込みが出来ません。\r\n"
-                  "出力フォルダの設定、属性を確認してください。";
-        return false;
-    }
-    files.Remove(testFile);
-    return true;
+    if (!IsWritable(files, local))
+        message = NotWritable;
+    return message.isEmpty();
 }
 
 bool CheckAnswerOutputPaths(bDAO &db, const Files &files)

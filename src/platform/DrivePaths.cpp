@@ -67,13 +67,26 @@ QString DrivePaths::ToLocal(const QString &path) const
         return {};
     }
     if (HasDrive(path)) {
-        for (const auto &[name, folder] : m_roots)
-            if (name == path.left(1).toUpper())
-                return Resolve(folder, path.mid(2));
-        const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-        return Resolve(data + "/talven/" + path.left(1).toLower(), path.mid(2));
+        const QString user = UserDrive(path);
+        return Resolve(user.isEmpty() ? MappedFolder(path.left(1)) : user, path.mid(2));
     }
     return path.contains('\\') ? Resolve(".", path) : path;
+}
+
+QString DrivePaths::UserDrive(const QString &path) const
+{
+    if (!HasDrive(path) || !MappedFolder(path.left(1)).isEmpty())
+        return {};
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return data + "/talven/" + path.left(1).toLower();
+}
+
+QString DrivePaths::MappedFolder(const QString &name) const
+{
+    for (const auto &[mapped, folder] : m_roots)
+        if (mapped == name.toUpper())
+            return folder;
+    return {};
 }
 
 QChar PathSeparator(const QString &path)

@@ -23,7 +23,13 @@ public:
     /// case are found.
     QString ToLocal(const QString &path) const;
 
+    /// The folder under the user's data folder in which the path's drive lives; empty for a path
+    /// without a drive, or with one that has an entry.
+    QString UserDrive(const QString &path) const;
+
 private:
+    QString MappedFolder(const QString &name) const;
+
     std::vector<std::pair<QString, QString>> m_roots; ///< upper-cased drive or share, local folder
 };
 

@@ -38,8 +38,9 @@ int FlagsOf(FileMode mode)
         return O_RDWR;
     case FileMode::Append:
         return O_RDWR | O_APPEND;
-    case FileMode::Output:
-        return O_RDWR; // emptied once the lock is held
+    case FileMode::Output: // emptied once the lock is held
+    case FileMode::New:
+        return O_RDWR;
     }
     return O_RDONLY;
 }
@@ -162,11 +163,12 @@ int OpenDescriptor(const QString &localPath, FileMode mode, bool &isNew)
         return TEMP_FAILURE_RETRY(::open(name, FlagsOf(mode) | Always | more, 0666));
     };
     isNew = false;
-    int descriptor = open(0);
-    if (descriptor < 0 && errno == ENOENT && mode != FileMode::Read) {
+    int descriptor = mode == FileMode::New ? -1 : open(0);
+    if (descriptor < 0 && (mode == FileMode::New || (errno == ENOENT && mode != FileMode::Read))) {
         descriptor = open(O_CREAT | O_EXCL);
         isNew = descriptor >= 0;
-        if (descriptor < 0 && errno == EEXIST) // made by another program just now
+        const bool isMadeJustNow = descriptor < 0 && errno == EEXIST;
+        if (isMadeJustNow && mode != FileMode::New)
             descriptor = open(O_CREAT);
     }
     struct stat status = {};
@@ -184,27 +186,50 @@ int OpenDescriptor(const QString &localPath, FileMode mode, bool &isNew)
 
 bool Files::FileExists(const QString &path) const
 {
-    return QFileInfo(LocalPath(path)).isFile();
+    QString local;
+    return FindLocal(path, local) == RuntimeError::None && QFileInfo(local).isFile();
 }
 
 bool Files::FolderExists(const QString &path) const
 {
-    return QFileInfo(LocalPath(path)).isDir();
+    QString local;
+    return FindLocal(path, local) == RuntimeError::None && QFileInfo(local).isDir();
+}
+
+int Files::FindLocal(const QString &path, QString &local) const
+{
+    if (path.contains(QChar(0)))
+        return RuntimeError::BadFileName;
+    local = LocalPath(path);
+    return local.isEmpty() ? RuntimeError::PathNotFound : RuntimeError::None;
 }
 
 int Files::MakeFolder(const QString &path) const
 {
-    const QString local = LocalPath(path);
-    if (local.isEmpty())
-        return RuntimeError::PathNotFound;
-    if (IsFaulty(FileOp::MakeFolder, path) || ::mkdir(QFile::encodeName(local), 0777) != 0)
-        return errno == ENOENT ? RuntimeError::PathNotFound : RuntimeError::FromErrno(errno);
-    return RuntimeError::None;
+    QString local;
+    if (const int error = FindLocal(path, local); error != RuntimeError::None)
+        return error;
+    if (!IsFaulty(FileOp::MakeFolder, path) && ::mkdir(QFile::encodeName(local), 0777) == 0)
+        return RuntimeError::None;
+    const int error = errno;
+    if (error == EEXIST && FolderExists(path))
+        return RuntimeError::None;
+    return error == ENOENT ? RuntimeError::PathNotFound : RuntimeError::FromErrno(error);
+}
+
+int Files::MakeDrive(const QString &path) const
+{
+    const QString folder = m_drives.UserDrive(path);
+    return folder.isEmpty() || QDir().mkpath(folder) ? RuntimeError::None
+                                                     : RuntimeError::PathFileAccess;
 }
 
 int Files::Remove(const QString &path) const
 {
-    if (IsFaulty(FileOp::Remove, path) || ::unlink(QFile::encodeName(LocalPath(path))) != 0)
+    QString local;
+    if (const int error = FindLocal(path, local); error != RuntimeError::None)
+        return error;
+    if (IsFaulty(FileOp::Remove, path) || ::unlink(QFile::encodeName(local)) != 0)
         return RuntimeError::FromErrno(errno);
     return RuntimeError::None;
 }
@@ -236,11 +261,10 @@ std::unique_ptr<OpenFile> Files::Open(const QString &path, FileMode mode, FileLo
                                       int &error) const
 {
     constexpr int RetryMs = 10;
-    const QString local = LocalPath(path);
-    if (local.isEmpty()) {
-        error = RuntimeError::PathNotFound;
+    QString local;
+    error = FindLocal(path, local);
+    if (error != RuntimeError::None)
         return nullptr;
-    }
     const QDeadlineTimer deadline(m_lockWaitMs);
     auto file = TryOpen(path, local, mode, lock, error);
     while (error == RuntimeError::PermissionDenied && !deadline.hasExpired()) {

@@ -19,6 +19,7 @@ enum class FileMode {
     ReadWrite, ///< created when missing
     Append,    ///< created when missing; writes go to the end
     Output,    ///< created or emptied
+    New,       ///< created; must not exist
 };
 
 /// One open file; closed, and its lock given up, when destroyed.
@@ -65,7 +66,7 @@ private:
 };
 
 /// The files and folders that the system's paths name. Every result that is an int is 0 or the
-/// run-time's error number.
+/// run-time's error number; a path that the machine would cut at a NUL gives 52, and names nothing.
 class Files
 {
 public:
@@ -77,7 +78,14 @@ public:
 
     bool FileExists(const QString &path) const;
     bool FolderExists(const QString &path) const;
+
+    /// Makes the folder in a folder that is there. A folder that somebody else has made by now is
+    /// no failure.
     int MakeFolder(const QString &path) const;
+
+    /// Makes the folder in which the path's drive lives, when that is one of the user's own.
+    int MakeDrive(const QString &path) const;
+
     int Remove(const QString &path) const;
 
     /// How long Open waits for another program to give up its lock.
@@ -93,6 +101,7 @@ public:
     QString LocalPath(const QString &path) const { return m_drives.ToLocal(path); }
 
 private:
+    int FindLocal(const QString &path, QString &local) const;
     std::unique_ptr<OpenFile> TryOpen(const QString &path, const QString &local, FileMode mode,
                                       FileLock lock, int &error) const;
 

@@ -3,7 +3,10 @@
 #include "platform/ShiftJis.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringDecoder>
+#include <cerrno>
+#include <unistd.h>
 
 namespace {
 
@@ -18,6 +21,13 @@ QString Decode(const QByteArray &bytes)
     return text;
 }
 
+/// True for a name that leads to nothing; one in a folder that keeps the user out is not missing.
+bool IsMissing(const QString &localPath)
+{
+    return ::access(QFile::encodeName(localPath), F_OK) != 0
+           && (errno == ENOENT || errno == ENOTDIR);
+}
+
 QString Unquoted(const QString &value)
 {
     const bool isQuoted = value.size() >= 2 && (value.front() == '"' || value.front() == '\'')
@@ -30,11 +40,16 @@ QString Unquoted(const QString &value)
 IniFile IniFile::Read(const QString &localPath)
 {
     IniFile ini;
-    QFile file(localPath);
-    if (!file.open(QIODevice::ReadOnly))
+    if (IsMissing(localPath))
         return ini;
+    QFile file(localPath);
+    // A pipe is not waited for.
+    ini.m_isUnreadable = !QFileInfo(localPath).isFile() || !file.open(QIODevice::ReadOnly);
+    const QByteArray bytes = ini.m_isUnreadable ? QByteArray() : file.readAll();
+    if (file.error() != QFile::NoError)
+        ini.m_isUnreadable = true;
     QString section;
-    for (QString line : Decode(file.readAll()).replace('\r', '\n').split('\n')) {
+    for (QString line : Decode(bytes).replace('\r', '\n').split('\n')) {
         line = line.trimmed();
         const qsizetype equals = line.indexOf('=');
         if (line.startsWith(';'))

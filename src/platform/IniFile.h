@@ -16,8 +16,12 @@ public:
         QString value;
     };
 
-    /// Reads the file at a path of the machine. A file that can't be read gives no entries.
+    /// Reads the file at a path of the machine. One that is missing or can't be read gives no
+    /// entries.
     static IniFile Read(const QString &localPath);
+
+    /// True when there is a file, but it can't be read.
+    bool IsUnreadable() const { return m_isUnreadable; }
 
     /// The value, blanks and one pair of enclosing quotes removed, cut at the first NUL and at 255
     /// characters (the reader's buffer holds 256); empty when there is none.
@@ -28,4 +32,5 @@ public:
 
 private:
     std::vector<Entry> m_entries;
+    bool m_isUnreadable = false;
 };

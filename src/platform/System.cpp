@@ -6,9 +6,14 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QScreen>
 #include <QStandardPaths>
+#include <QSysInfo>
 #include <QWidget>
+#include <csignal>
+#include <sys/stat.h>
+#include <unistd.h>
 
 QString GetWindowsDir()
 {
@@ -20,28 +25,60 @@ QString GetWindowsDir()
 
 namespace {
 
-QString LockFolder()
+/// True for a folder that is the user's own and that nobody else may enter.
+bool IsOwnFolder(const QString &folder)
 {
-    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    return runtime.isEmpty() ? QDir::tempPath() : runtime;
+    struct stat status = {};
+    return ::lstat(QFile::encodeName(folder), &status) == 0 && S_ISDIR(status.st_mode)
+           && status.st_uid == ::geteuid() && (status.st_mode & 077) == 0;
+}
+
+/// Makes the folder as one of the user's own; one that is there stays as it is.
+void MakeOwnFolder(const QString &folder)
+{
+    QDir().mkpath(QFileInfo(folder).path());
+    ::mkdir(QFile::encodeName(folder), 0700);
 }
 
 } // namespace
 
 PreviousInstance::PreviousInstance(const QString &programName)
 {
-    // The lock goes with its holder, however that ends. The file stays: one taken away could still
-    // be open in a copy that is just starting.
     Files files;
     files.SetLockWait(0);
-    int error = RuntimeError::None;
-    m_lock = files.Open(LockFolder() + '/' + programName + ".lock", FileMode::ReadWrite,
-                        FileLock::Exclusive, error);
-    // A folder in which no lock can be made must not keep the operator out.
-    m_isFirst = error != RuntimeError::PermissionDenied;
+    const QStringList folders = Folders();
+    for (const QString &folder : folders) {
+        if (folder != folders.first()) // which the system makes at log-in
+            MakeOwnFolder(folder);
+        if (!IsOwnFolder(folder))
+            continue;
+        // The lock goes with its holder, however that ends. The file stays: one taken away could
+        // still be open in a copy that is just starting.
+        int error = RuntimeError::None;
+        m_lock = files.Open(folder + '/' + programName + ".lock", FileMode::ReadWrite,
+                            FileLock::Exclusive, error);
+        if (m_lock || error == RuntimeError::PermissionDenied) {
+            m_state = m_lock ? First : Second;
+            return;
+        }
+    }
+}
+
+QStringList PreviousInstance::Folders()
+{
+    const QString user = QString::number(::geteuid());
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return {qEnvironmentVariable("XDG_RUNTIME_DIR", "/run/user/" + user),
+            data + "/talven/run-" + QSysInfo::machineHostName(), // homes may be shared by machines
+            QDir::tempPath() + "/talven-" + user};
 }
 
 PreviousInstance::~PreviousInstance() = default;
+
+void TakeFileSizeLimitAsFullDisk()
+{
+    std::signal(SIGXFSZ, SIG_IGN); // the write then fails
+}
 
 bool RegReadText(const QString &root, const QString &key, const QString &valueName, QString &text)
 {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QRect>
-#include <QString>
+#include <QStringList>
 #include <memory>
 
 class OpenFile;
@@ -10,18 +10,32 @@ class QWidget;
 /// The Windows directory: $WINDIR, else /etc/talven. No trailing separator.
 QString GetWindowsDir();
 
-/// Keeps this user's one running copy of the program. IsFirst is False when another copy runs.
+/// Keeps this user's one running copy of the program on this machine.
 class PreviousInstance
 {
 public:
     explicit PreviousInstance(const QString &programName);
     ~PreviousInstance();
-    bool IsFirst() const { return m_isFirst; }
+
+    enum State {
+        First,
+        Second, ///< another copy runs
+        Unknown ///< there is no folder in which a lock is safe from other users
+    };
+    State Is() const { return m_state; }
+
+    /// Where a lock is kept, the best place first. Only a folder that is the user's own and that
+    /// nobody else may enter is taken.
+    static QStringList Folders();
 
 private:
     std::unique_ptr<OpenFile> m_lock;
-    bool m_isFirst;
+    State m_state = Unknown;
 };
+
+/// A file that grows over the limit set for the process counts as a full disk from now on; before,
+/// the machine ends the process.
+void TakeFileSizeLimitAsFullDisk();
 
 /// Reads a text value of the registry, which the Windows directory keeps in REGISTRY.INI: the key
 /// ("HKEY_LOCAL_MACHINE\SOFTWARE\...") is the section; a value "dword:" and hexadecimal digits is a

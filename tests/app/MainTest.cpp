@@ -106,7 +106,9 @@ TEST_F(MainTest, SearchAndListTakeTurnsAndAnswersAreMade)
 
 TEST_F(MainTest, AFolderThatCannotBeWrittenEndsTheProgram)
 {
-    SetFileFault([](FileOp op, const QString &) { return op == FileOp::Open ? EACCES : 0; });
+    SetFileFault([](FileOp op, const QString &path) {
+        return op == FileOp::Open && path.contains("Writable") ? EACCES : 0;
+    });
     Run(); // without a window
     EXPECT_EQ(boxes.TakeTexts(),
               std::vector<QString>{"ファイルの書き込みが出来ません。\r\n"
@@ -118,8 +120,26 @@ TEST_F(MainTest, AFolderThatCannotBeWrittenEndsTheProgram)
 TEST_F(MainTest, ASecondCopyEndsAtOnce)
 {
     const PreviousInstance running("TL030101");
-    ASSERT_TRUE(running.IsFirst());
+    ASSERT_EQ(running.Is(), PreviousInstance::First);
     Run();
     EXPECT_TRUE(boxes.Shown().empty());
     EXPECT_FALSE(QFile::exists(file.folder.Path("OUT"))) << "it does not even look around";
+}
+
+TEST_F(MainTest, WhatKeepsTheProgramFromStartingIsTold)
+{
+    const auto toldAtStart = [this] {
+        Run();
+        EXPECT_EQ(boxes.Shown().size(), 1u);
+        EXPECT_EQ(boxes.Shown()[0].title, "初期設定エラー");
+        return boxes.TakeTexts()[0];
+    };
+    QFile::remove(file.folder.Path("TALVEN.INI"));
+    machine.windows.MakeFolder("TALVEN.INI");
+    EXPECT_TRUE(toldAtStart().endsWith('\r' + machine.windows.Path("TALVEN.INI")));
+
+    const Variable runtime("XDG_RUNTIME_DIR", file.folder.Path("NONE"));
+    const Variable data("XDG_DATA_HOME", file.folder.Path("TLDB0010.MDB"));
+    const Variable temp("TMPDIR", file.folder.Path("TLDB0010.MDB"));
+    EXPECT_TRUE(toldAtStart().startsWith("二重起動を確認できないため、\r"));
 }

@@ -3,11 +3,13 @@
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
 #include "support/TestDatabase.h"
+#include "support/Variable.h"
 
 #include <QDir>
 #include <QFile>
 #include <cerrno>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
@@ -100,6 +102,53 @@ TEST_F(OutputFoldersTest, ABareFileNameStandsInTheCurrentFolder)
     EXPECT_EQ(Entries(), QStringList());
 }
 
+TEST_F(OutputFoldersTest, TheTestFileIsNeverWrittenThroughALink)
+{
+    file.folder.Write("WORTH.TXT", "keeping");
+    for (const char *target : {"WORTH.TXT", "NONE.TXT"}) {
+        ASSERT_TRUE(
+            QFile::link(file.folder.Path(target), file.folder.Path("@@@@@Writable@@@@@.txt")));
+        EXPECT_TRUE(CheckOutputFolder(files, "C:\\ANS.TXT", message));
+        EXPECT_EQ(Entries(), QStringList{"WORTH.TXT"});
+    }
+    EXPECT_EQ(file.folder.Read("WORTH.TXT"), "keeping");
+}
+
+TEST_F(OutputFoldersTest, ADriveWithoutAnEntryIsMadeUnderTheUsersData)
+{
+    const TestFolder home;
+    const Variable data("XDG_DATA_HOME", home.Path("data"));
+    for (const auto &[path, folder] : {std::pair{"D:\\ANS.TXT", "data/talven/d"},
+                                       {"E:\\EDI\\OUT\\ANS.TXT", "data/talven/e/EDI/OUT"}}) {
+        EXPECT_TRUE(CheckOutputFolder(files, path, message)) << message.toStdString();
+        EXPECT_TRUE(files.FolderExists(home.Path(folder))) << folder;
+    }
+    QDir(home.Path("data")).removeRecursively();
+    home.Write("data", "");
+    EXPECT_FALSE(CheckOutputFolder(files, "D:\\ANS.TXT", message));
+    EXPECT_EQ(message, NoFolder);
+}
+
+TEST_F(OutputFoldersTest, ProgramsThatStartForTheFirstTimeAtOnce)
+{
+    for (int round = 0; round < 50 && !HasFailure(); ++round) {
+        const QString path = QString("C:\\%1\\A\\B\\C\\ANS.TXT").arg(round);
+        const auto start = [&] {
+            QString told;
+            EXPECT_TRUE(CheckOutputFolder(files, path, told)) << told.toStdString();
+        };
+        std::thread second(start);
+        start();
+        second.join();
+    }
+    int made = 0; // by the other one, between the removal and the making
+    SetFileFault([&](FileOp op, const QString &) {
+        return op == FileOp::Open && ++made <= 2 ? EEXIST : 0;
+    });
+    EXPECT_TRUE(CheckOutputFolder(files, "C:\\ANS.TXT", message));
+    EXPECT_EQ(made, 3);
+}
+
 TEST_F(OutputFoldersTest, WhatIsWrongWithAFolder)
 {
     file.folder.MakeFolder("EDI");
@@ -115,8 +164,13 @@ TEST_F(OutputFoldersTest, WhatIsWrongWithAFolder)
         {"C:\\EDI\\OUT\\ANS.TXT", FileOp::MakeFolder, EACCES, NoFolder},
         {"C:\\FILE\\ANS.TXT", FileOp::Open, 0, NoFolder},
         {"\\\\nobody\\share\\ANS.TXT", FileOp::Open, 0, NoFolder},
+        {"C:ANS.TXT", FileOp::Open, 0, NoFolder},
+        {"D:ANS.TXT", FileOp::Open, 0, NoFolder},
+        {"\\\\a.txt", FileOp::Open, 0, NoFolder},
         {"C:\\EDI\\ANS.TXT", FileOp::Open, EACCES, NotWritable}, // a read-only folder
         {"C:\\EDI\\ANS.TXT", FileOp::Open, ENOSPC, NotWritable},
+        {"C:\\EDI\\ANS.TXT", FileOp::Open, EEXIST, NotWritable}, // planted again and again
+        {"C:\\EDI\\ANS.TXT", FileOp::Remove, EACCES, NotWritable},
         {"\\\\server\\ANS.TXT", FileOp::Open, 0, NotWritable}, // no share, no folder
     };
     for (const auto &[path, failing, error, expected] : cases) {
@@ -129,7 +183,7 @@ TEST_F(OutputFoldersTest, WhatIsWrongWithAFolder)
     }
 }
 
-TEST_F(OutputFoldersTest, EveryKindHasItsColumns)
+TEST_F(OutputFoldersTest, AKindHasItsOwnColumns)
 {
     constexpr struct
     {
@@ -138,21 +192,13 @@ TEST_F(OutputFoldersTest, EveryKindHasItsColumns)
         const char *isOn;
         const char *name;
     } kinds[] = {
-        {"0302", "AnsInfPath", "AnsInfKBN", "見積回答情報"},
         {"0702", "NokiInfPath", "NokiInfKBN", "納期回答情報"},
-        {"0704", "ShpInfPath", "ShpInfKBN", "出荷情報"},
         {"1004", "RsvPath2", "RsvInfKBN2", "返品受諾情報"},
-        {"1103", "RsvPath1", "RsvInfKBN1", "照合確認情報"},
-        {"9999", "NohinPath", "NohinKBN", "納品情報"},
     };
     file.Insert("TLMT0040", {{"CustCD", "C1"}, {"CustName", "顧客"}});
     file.Open(db);
     file.folder.Write("FILE", "x");
     for (const auto &[kind, path, isOn, name] : kinds) {
-        const InfoKind *found = FindInfoKind(kind);
-        ASSERT_NE(found, nullptr) << kind;
-        const QString paths = "Select Distinct %1 From TLMT0040  Where %2 <> 0  And   %1 <> '' ";
-        EXPECT_EQ(BuildPathsSql(*found), paths.arg(path, isOn));
         EXPECT_TRUE(Check(kind)) << "switched off: " << kind;
         file.Run(QString("UPDATE TLMT0040 SET %1 = 2").arg(isOn));
         EXPECT_TRUE(Check(kind)) << "no path: " << kind;

@@ -1,6 +1,7 @@
 #include "platform/Files.h"
 
 #include "platform/RuntimeError.h"
+#include "platform/System.h"
 #include "support/QtPrinters.h"
 #include "support/TestFolder.h"
 
@@ -11,7 +12,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -40,37 +43,59 @@ class FileSizeLimit
 public:
     explicit FileSizeLimit(rlim_t bytes)
     {
-        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        TakeFileSizeLimitAsFullDisk();
         ::getrlimit(RLIMIT_FSIZE, &m_old);
         const rlimit limit{bytes, m_old.rlim_max};
         EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
     }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_old); }
 
 private:
     rlimit m_old = {};
-    void (*m_oldHandler)(int) = nullptr;
 };
 
-/// A record lock as another program would hold it, on a file of its own opening.
-class OtherProgramsLock
+enum class LockKind { Whole, OfProcess, OfOpening };
+
+/// Another program that tries for a lock on a file, and has it as long as it lives.
+class OtherProgram
 {
 public:
-    OtherProgramsLock(const QString &localPath, short type)
-        : m_file(::open(QFile::encodeName(localPath), O_RDWR))
+    OtherProgram(const QString &localPath, LockKind kind, FileLock lock)
     {
-        struct flock range = {};
-        range.l_type = type;
-        EXPECT_EQ(::fcntl(m_file, F_OFD_SETLK, &range), 0);
+        const QByteArray name = QFile::encodeName(localPath);
+        int ends[2] = {};
+        EXPECT_EQ(::pipe(ends), 0);
+        m_child = ::fork();
+        if (m_child == 0) {
+            const char isHeld = Lock(::open(name, O_RDWR), kind, lock) == 0;
+            ::_exit(::write(ends[1], &isHeld, 1) == 1 ? ::pause() : 1);
+        }
+        char isHeld = false;
+        EXPECT_EQ(::read(ends[0], &isHeld, 1), 1);
+        m_isHeld = isHeld;
+        ::close(ends[0]);
+        ::close(ends[1]);
     }
-    ~OtherProgramsLock() { ::close(m_file); }
+    ~OtherProgram()
+    {
+        ::kill(m_child, SIGKILL);
+        ::waitpid(m_child, nullptr, 0);
+    }
+    bool HoldsLock() const { return m_isHeld; }
 
 private:
-    int m_file;
+    static int Lock(int file, LockKind kind, FileLock lock)
+    {
+        const bool isWriter = lock == FileLock::Exclusive;
+        if (kind == LockKind::Whole)
+            return ::flock(file, (isWriter ? LOCK_EX : LOCK_SH) | LOCK_NB);
+        struct flock range = {};
+        range.l_type = isWriter ? F_WRLCK : F_RDLCK;
+        return ::fcntl(file, kind == LockKind::OfProcess ? F_SETLK : F_OFD_SETLK, &range);
+    }
+
+    pid_t m_child;
+    bool m_isHeld;
 };
 
 class FilesTest : public testing::Test
@@ -125,11 +150,28 @@ TEST_F(FilesTest, WhatCannotBeOpened)
         {"C:\\OUT", FileMode::Read, RuntimeError::PathFileAccess},
         {"\\\\nobody\\share\\A.TXT", FileMode::Append, RuntimeError::PathNotFound},
         {"", FileMode::Append, RuntimeError::PathNotFound},
+        {"C:\\A.TXT", FileMode::New, RuntimeError::FileExists},
     };
     for (const auto &[path, mode, expected] : cases) {
         EXPECT_FALSE(Open(path, mode)) << path;
         EXPECT_EQ(error, expected) << path << ' ' << int(mode);
     }
+    EXPECT_EQ(folder.Read("A.TXT"), "x");
+}
+
+TEST_F(FilesTest, APathIsNeverCutAtANul)
+{
+    folder.Write("A.TXT", "x");
+    const QString path = QString("C:\\A.TXT") + QChar(0) + ".TXT";
+    for (const FileMode mode : {FileMode::Read, FileMode::Append, FileMode::Output}) {
+        EXPECT_FALSE(Open(path, mode));
+        EXPECT_EQ(error, RuntimeError::BadFileName);
+    }
+    EXPECT_EQ(files.Remove(path), RuntimeError::BadFileName);
+    EXPECT_EQ(files.MakeFolder(QString("C:\\OUT") + QChar(0) + "2"), RuntimeError::BadFileName);
+    EXPECT_FALSE(files.FolderExists("C:\\OUT"));
+    EXPECT_FALSE(files.FileExists(path));
+    EXPECT_EQ(folder.Read("A.TXT"), "x");
 }
 
 TEST_F(FilesTest, FailuresOfTheSystemHaveTheRunTimesNumbers)
@@ -175,20 +217,37 @@ TEST_F(FilesTest, LocksHoldOffOtherOpeners)
     EXPECT_TRUE(Open("C:\\A.TXT", FileMode::Append, Exclusive)) << "locks end with their file";
 }
 
-TEST_F(FilesTest, RecordLocksOfOtherProgramsCountToo)
+TEST_F(FilesTest, LocksOfOtherProgramsCountWhateverTheirKind)
 {
+    using enum FileLock;
     folder.Write("A.TXT", "old");
-    {
-        const OtherProgramsLock writer(folder.Path("A.TXT"), F_WRLCK);
-        EXPECT_FALSE(Open("C:\\A.TXT", FileMode::Append, FileLock::Exclusive));
-        EXPECT_EQ(error, 70);
-        EXPECT_FALSE(Open("C:\\A.TXT", FileMode::Output, FileLock::Shared));
-        EXPECT_EQ(error, 70);
+    for (const LockKind kind : {LockKind::Whole, LockKind::OfProcess, LockKind::OfOpening}) {
+        for (const FileLock theirs : {Exclusive, Shared}) {
+            for (const FileLock ours : {Exclusive, Shared}) {
+                SCOPED_TRACE(testing::Message() << int(kind) << int(theirs) << int(ours));
+                const bool isShared = theirs == Shared && ours == Shared;
+                {
+                    const OtherProgram first(folder.Path("A.TXT"), kind, theirs);
+                    ASSERT_TRUE(first.HoldsLock());
+                    EXPECT_EQ(Open("C:\\A.TXT", FileMode::Output, ours) != nullptr, isShared);
+                    EXPECT_EQ(error, isShared ? 0 : 70);
+                    EXPECT_EQ(folder.Read("A.TXT"), isShared ? "" : "old");
+                }
+                const auto file = Open("C:\\A.TXT", FileMode::Append, ours);
+                ASSERT_TRUE(file) << "a lock ends with its holder";
+                const OtherProgram second(folder.Path("A.TXT"), kind, theirs);
+                EXPECT_EQ(second.HoldsLock(), isShared);
+                folder.Write("A.TXT", "old");
+            }
+        }
     }
-    const OtherProgramsLock reader(folder.Path("A.TXT"), F_RDLCK);
+}
+
+TEST_F(FilesTest, AShareWithoutLocksIsToldAndNotWaitedFor)
+{
+    const FailingOp failing(FileOp::Lock, ENOLCK);
     EXPECT_FALSE(Open("C:\\A.TXT", FileMode::Append, FileLock::Exclusive));
-    EXPECT_TRUE(Open("C:\\A.TXT", FileMode::Append, FileLock::Shared));
-    EXPECT_EQ(folder.Read("A.TXT"), "old");
+    EXPECT_EQ(error, RuntimeError::DeviceIo);
 }
 
 TEST_F(FilesTest, AFailedAppendLeavesTheFileAsItWas)
@@ -239,7 +298,9 @@ TEST_F(FilesTest, FoldersAndRemovedFiles)
     folder.Write("A.TXT", "x");
     EXPECT_TRUE(files.FileExists("C:\\a.txt"));
     EXPECT_FALSE(files.FolderExists("C:\\A.TXT"));
-    EXPECT_EQ(files.MakeFolder("C:\\OUT"), 0);
+    for (int turn = 0; turn < 2; ++turn)
+        EXPECT_EQ(files.MakeFolder("C:\\OUT"), 0) << "one that is there by now is no failure";
+    EXPECT_EQ(files.MakeFolder("C:\\A.TXT"), RuntimeError::FileExists);
     EXPECT_TRUE(files.FolderExists("C:\\OUT\\"));
     EXPECT_FALSE(files.FileExists("C:\\OUT"));
     for (const char *path : {"C:\\NONE\\OUT", "C:\\A.TXT\\OUT", "\\\\nobody\\share\\OUT"})

@@ -5,6 +5,7 @@
 #include "support/TestFolder.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -57,9 +58,23 @@ TEST(IniFile, Values)
         EXPECT_EQ(IniOf(file).Value("PATH", "DBPATH"), value) << file.toStdString();
 }
 
+TEST(IniFile, AFileThatCannotBeReadIsNoMissingOne)
+{
+    const TestFolder folder;
+    folder.MakeFolder("FOLDER.INI");
+    ASSERT_EQ(::mkfifo(folder.Path("PIPE.INI").toUtf8(), 0600), 0);
+    folder.Write("GOOD.INI", "[PATH]\nDBPATH=X\n");
+    const std::pair<const char *, bool> cases[] = {{"FOLDER.INI", true},
+                                                   {"PIPE.INI", true},
+                                                   {"GOOD.INI", false},
+                                                   {"NONE.INI", false},
+                                                   {"GOOD.INI/NONE.INI", false}};
+    for (const auto &[name, isUnreadable] : cases)
+        EXPECT_EQ(IniFile::Read(folder.Path(name)).IsUnreadable(), isUnreadable) << name;
+}
+
 TEST(IniFile, SectionKeepsTheOrderOfTheFile)
 {
-    EXPECT_TRUE(IniFile::Read("/NONE.INI").Section("DRIVES").empty());
     const auto entries
         = IniOf("[DRIVES]\nZ=1\nA=2\n[PATH]\nB=3\n[drives]\nM=4\n").Section("DRIVES");
     QString order;

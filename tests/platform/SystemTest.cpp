@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QWidget>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,37 +21,58 @@ TEST(WindowsDir, ComesFromTheEnvironment)
     }
 }
 
+namespace {
+
+/// Whether a process of its own would be the first copy; that process is then killed.
+PreviousInstance::State InAnotherProcess(const QString &programName)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit((new PreviousInstance(programName))->Is());
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return PreviousInstance::State(WEXITSTATUS(status));
+}
+
+} // namespace
+
 TEST(PreviousInstance, SecondCopyIsRefusedUntilTheFirstEnds)
 {
     const Machine machine;
-    {
+    for (int turn = 0; turn < 2; ++turn) {
+        EXPECT_EQ(InAnotherProcess("TL030101"), PreviousInstance::First) << "none is left behind";
         const PreviousInstance first("TL030101");
-        EXPECT_TRUE(first.IsFirst());
-        EXPECT_FALSE(PreviousInstance("TL030101").IsFirst());
-        EXPECT_TRUE(PreviousInstance("TL040101").IsFirst());
+        EXPECT_EQ(first.Is(), PreviousInstance::First);
+        EXPECT_EQ(InAnotherProcess("TL030101"), PreviousInstance::Second);
+        EXPECT_EQ(InAnotherProcess("TL040101"), PreviousInstance::First);
     }
-    EXPECT_TRUE(PreviousInstance("TL030101").IsFirst());
 }
 
-TEST(PreviousInstance, ACrashedCopyDoesNotBlockTheNext)
+TEST(PreviousInstance, TheLockLivesInAFolderOfTheUsersOwn)
 {
     const Machine machine;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const auto *lost = new PreviousInstance("TL030101");
-        ::_exit(lost->IsFirst() ? 0 : 1);
+    const TestFolder data;
+    const TestFolder temp;
+    const Variable dataHome("XDG_DATA_HOME", data.Path());
+    const Variable tempFolder("TMPDIR", temp.Path());
+    const QStringList folders = PreviousInstance::Folders();
+    ASSERT_EQ(folders.size(), 3);
+    for (const QString &folder : folders) {
+        {
+            const PreviousInstance first("TL030101");
+            EXPECT_EQ(first.Is(), PreviousInstance::First);
+            EXPECT_EQ(InAnotherProcess("TL030101"), PreviousInstance::Second);
+            EXPECT_TRUE(QFile::exists(folder + "/TL030101.lock"));
+        }
+        // Somebody else may enter it, or has put another in its place.
+        QDir(folder).removeRecursively();
+        if (folder == folders[1])
+            EXPECT_TRUE(QFile::link(machine.program.Path(), folder));
+        else
+            EXPECT_TRUE(QDir().mkdir(folder) && ::chmod(folder.toUtf8(), 0711) == 0);
     }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_EQ(status, 0);
-    EXPECT_TRUE(PreviousInstance("TL030101").IsFirst());
-}
-
-TEST(PreviousInstance, WhereNoLockCanBeMadeTheOperatorIsNotKeptOut)
-{
-    const Machine machine;
-    ASSERT_TRUE(QDir().mkdir(machine.runtimeFolder.Path("TL030101.lock")));
-    EXPECT_TRUE(PreviousInstance("TL030101").IsFirst());
+    EXPECT_EQ(PreviousInstance("TL030101").Is(), PreviousInstance::Unknown);
+    EXPECT_FALSE(QFile::exists(machine.program.Path("TL030101.lock")));
 }
 
 TEST(Registry, ReadsTextsAndNumbers)
