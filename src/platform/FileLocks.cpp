@@ -12,6 +12,12 @@
 
 namespace {
 
+long FileSystemOf(int descriptor)
+{
+    struct statfs system = {};
+    return ::fstatfs(descriptor, &system) == 0 ? long(system.f_type) : 0;
+}
+
 /// True when nobody else's machine has a part in the file's locks.
 bool IsOnLocalDisk(int descriptor)
 {
@@ -19,11 +25,19 @@ bool IsOnLocalDisk(int descriptor)
     constexpr long WithoutDevice[]
         = {BTRFS_SUPER_MAGIC, OVERLAYFS_SUPER_MAGIC, RAMFS_MAGIC, TMPFS_MAGIC, ZfsMagic};
     struct stat status = {};
-    struct statfs system = {};
-    if (::fstat(descriptor, &status) != 0 || ::fstatfs(descriptor, &system) != 0)
+    if (::fstat(descriptor, &status) != 0)
         return false;
     const bool hasDevice = major(status.st_dev) != 0; // a share has a number, but no device
-    return hasDevice || std::ranges::count(WithoutDevice, long(system.f_type)) != 0;
+    return hasDevice || std::ranges::count(WithoutDevice, FileSystemOf(descriptor)) != 0;
+}
+
+/// An SMB server refuses to read and write what is locked, also to its holder when the machine
+/// sends his bytes through another opening of the file. So one byte where no file ever reaches
+/// stands for all of them; it meets whoever locks the whole file just the same.
+bool RefusesLockedBytes(int descriptor)
+{
+    const long system = FileSystemOf(descriptor);
+    return system == long(CIFS_SUPER_MAGIC) || system == long(SMB2_SUPER_MAGIC);
 }
 
 /// The lock that shares keep at their server. It belongs to this opening of the file, so that
@@ -35,6 +49,10 @@ int TryRecordLock(int descriptor, FileLock lock)
     struct flock range = {};
     range.l_type = lock == FileLock::Exclusive && isWritable ? F_WRLCK : F_RDLCK;
     range.l_whence = SEEK_SET;
+    if (RefusesLockedBytes(descriptor)) {
+        range.l_start = off_t(1) << 62;
+        range.l_len = 1;
+    }
     if (TEMP_FAILURE_RETRY(::fcntl(descriptor, F_OFD_SETLK, &range)) == 0)
         return 0;
     return errno == EACCES ? EAGAIN : errno; // some servers' word for "held"

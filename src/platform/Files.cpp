@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -67,8 +68,8 @@ OpenFile::~OpenFile()
 
 qint64 OpenFile::Size() const
 {
-    struct stat status = {};
-    return ::fstat(m_descriptor, &status) == 0 ? qint64(status.st_size) : 0;
+    // On a share this asks the server, while the status of the file may be a second old.
+    return std::max<qint64>(::lseek(m_descriptor, 0, SEEK_END), 0);
 }
 
 QByteArray OpenFile::ReadAt(qint64 position, qint64 length) const

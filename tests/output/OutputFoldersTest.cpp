@@ -142,9 +142,8 @@ TEST_F(OutputFoldersTest, ProgramsThatStartForTheFirstTimeAtOnce)
         second.join();
     }
     int made = 0; // by the other one, between the removal and the making
-    SetFileFault([&](FileOp op, const QString &) {
-        return op == FileOp::Open && ++made <= 2 ? EEXIST : 0;
-    });
+    SetFileFault(
+        [&](FileOp op, const QString &) { return op == FileOp::Open && ++made <= 2 ? EEXIST : 0; });
     EXPECT_TRUE(CheckOutputFolder(files, "C:\\ANS.TXT", message));
     EXPECT_EQ(made, 3);
 }
