@@ -34,5 +34,5 @@ bool FindProductName(bDAO &db, const QString &code, QString &name)
 
 bool IsDateBoxValid(const QString &text)
 {
-    return Trim(text).isEmpty() || IsValidDate(StoredDate(text));
+    return Trim(text).isEmpty() || IsTypedOrShownDate(text);
 }

@@ -4,6 +4,7 @@
 #include "util/VbText.h"
 
 #include <QDate>
+#include <algorithm>
 
 QString FormatDateText(const QString &text, int kind)
 {
@@ -65,6 +66,19 @@ bool IsValidDate(const QString &text)
     return year >= 1900 && year <= 3000
            && QDate::isValid(year, IntVal(QStringView(text).mid(4, 2)),
                              IntVal(QStringView(text).mid(6, 2)));
+}
+
+bool IsTypedDate(const QString &typed)
+{
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    return typed.size() == 6 && std::all_of(typed.begin(), typed.end(), isDigit)
+           && IsValidDate(AddCentury(typed));
+}
+
+bool IsTypedOrShownDate(const QString &text)
+{
+    const QString typed = StripDateSlashes(text);
+    return IsTypedDate(typed) && (typed == text || FormatDateText(typed, 1) == text);
 }
 
 QString StoredDate(const QString &text)

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// Dates are texts in one of three forms: stored "YYYYMMDD", typed "YYMMDD" (or "YYMMD", the day's
-/// zero left out) and shown "YY/MM/DD". The date kind says which forms a conversion is between:
+/// Dates are texts in one of three forms: stored "YYYYMMDD", typed "YYMMDD" and shown "YY/MM/DD".
+/// The date kind says which forms a conversion is between:
 /// 0 month and day only ("MMDD", "MM/DD"); 1 typed and shown; 2 like 1 but shown without the year;
 /// 3 stored and shown. A text that does not fit the kind comes back unchanged.
 
@@ -24,6 +24,12 @@ QString DropCentury(const QString &text);
 
 /// True for a stored-form date that the calendar has, from 1900 to 3000.
 bool IsValidDate(const QString &text);
+
+/// True for exactly six digits that are the typed form of a date that the calendar has.
+bool IsTypedDate(const QString &typed);
+
+/// The same, or the shown form of such a date: what a box may hold when it is read.
+bool IsTypedOrShownDate(const QString &text);
 
 /// Typed or shown form to stored form: what every reader of a date box or cell uses.
 QString StoredDate(const QString &text);

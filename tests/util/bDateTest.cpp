@@ -80,6 +80,22 @@ TEST(bDate, IsValidDate)
         EXPECT_EQ(IsValidDate(text), isValid) << text;
 }
 
+TEST(bDate, ATypedDateIsSixDigitsAndNothingElse)
+{
+    const std::tuple<const char *, bool, bool> cases[] = {
+        {"970528", true, true},         {"97/05/28", false, true},  {"000229", true, true},
+        {"010229", false, false},       {"01/02/29", false, false}, {"97052", false, false},
+        {"26 1 8", false, false},       {"2612.8", false, false},   {"26+1+8", false, false},
+        {"261d08", false, false},       {"26x12y08", false, false}, {"26/1+/08", false, false},
+        {" 970528", false, false},      {"19970528", false, false}, {"", false, false},
+        {"２６１２０８", false, false},
+    };
+    for (const auto &[text, isTyped, isEither] : cases) {
+        EXPECT_EQ(IsTypedDate(text), isTyped) << text;
+        EXPECT_EQ(IsTypedOrShownDate(text), isEither) << text;
+    }
+}
+
 TEST(bDate, StoredDatesAreShownWithoutTheirCentury)
 {
     EXPECT_EQ(ShownDate("20500101"), "50/01/01");
