@@ -74,7 +74,11 @@ QString BuildListSql(const SearchConditions &conditions)
     sql += PrefixIfGiven("TLSP0010.CustSecCD", conditions.customerSectionCode);
     sql += "AND (TLSP0010.DenKBN = 2 OR TLSP0010.DenKBN = 15) ";
     sql += PrefixIfGiven("TLSP0010.ACCHINCD", conditions.productCode);
-    sql += PrefixIfGiven("TLAC0010.AccHinName", conditions.productName);
+    if (conditions.isProductNameLiteral && !Trim(conditions.productName).isEmpty())
+        sql += "AND TLAC0010.AccHinName LIKE '" + LiteralLikeText(SqlText(conditions.productName))
+               + "*' ";
+    else
+        sql += PrefixIfGiven("TLAC0010.AccHinName", conditions.productName);
     sql += PrefixIfGiven("TLSP0010.ODRNO", conditions.orderNo);
     sql += PrefixIfGiven("TLSP0010.MFACTNO", conditions.makerNo);
     sql += PrefixIfGiven("TLSP0010.PAYKEYNO", conditions.payKeyNo);

@@ -18,6 +18,8 @@ struct SearchConditions
     QString customerSectionCode;
     QString productCode;
     QString productName;
+    bool isProductNameLiteral
+        = false; ///< from the master: its "*", "?", "#" and "[" are no wildcards
     QString orderNo;
     QString makerNo;
     QString payKeyNo;

@@ -66,6 +66,18 @@ TEST(ListQueryTest, TextsStandInTheirPlaces)
                                             "AND TLSP0010.ODRNO LIKE ' a[#][#]b''''*' "));
 }
 
+TEST(ListQueryTest, AProductNameOfTheMasterIsNoPattern)
+{
+    SearchConditions conditions;
+    conditions.productName = "ﾈｼﾞ'[M6]*?# ";
+    conditions.isProductNameLiteral = true;
+    EXPECT_EQ(BuildListSql(conditions),
+              Sql("*' ", {}, "AND TLAC0010.AccHinName LIKE 'ﾈｼﾞ''[[]M6][*][?][#]*' "));
+    conditions.isProductNameLiteral = false;
+    EXPECT_EQ(BuildListSql(conditions),
+              Sql("*' ", {}, "AND TLAC0010.AccHinName LIKE 'ﾈｼﾞ''[M6]*?[#]*' "));
+}
+
 TEST(ListQueryTest, DatesAreThoseOfTheBasis)
 {
     const struct

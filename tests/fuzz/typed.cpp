@@ -25,6 +25,7 @@ SearchConditions ConditionsOf(const QStringList &lines)
     conditions.orderNo = line(4);
     conditions.makerNo = line(5);
     conditions.payKeyNo = line(6);
+    conditions.isProductNameLiteral = line(7).isEmpty();
     return conditions;
 }
 
@@ -42,14 +43,21 @@ void CheckRuns(const QString &sql)
     Require(ToSqlite(joined) == ToSqlite(sql), "a joined \"|\" is one that was typed", sql);
 }
 
-/// Whether the typed text, as the program asks for it, finds this stored one.
-bool Finds(const QString &typed, const QString &stored)
+/// Whether a prefix, as the program asks for it, finds this stored text.
+bool Finds(const QString &prefix, const QString &stored)
 {
     return FuzzDatabase()
-               .OpenRecordset("SELECT '" + SqlText(stored) + "' LIKE '" + LikeText(SqlText(typed))
-                              + "*'")
+               .OpenRecordset("SELECT '" + SqlText(stored) + "' LIKE '" + prefix + "*'")
                ->Number(0)
            != 0;
+}
+
+/// A prefix that finds the texts that begin with `text`, and no others.
+void CheckFinds(const QString &prefix, const QString &text)
+{
+    Require(Finds(prefix, text + "1"), "a text is found by its beginning", text);
+    const QString other = (text.startsWith('x', Qt::CaseInsensitive) ? "y" : "x") + text;
+    Require(RTrim(text).isEmpty() || !Finds(prefix, other), "another text is not", text);
 }
 
 } // namespace
@@ -68,10 +76,8 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     const QString typed = lines[0];
     const bool hasWildcard = typed.contains('*') || typed.contains('?') || typed.contains('[');
-    if (!hasWildcard) {
-        Require(Finds(typed, typed + "1"), "a text is found by its beginning", typed);
-        const QString other = (typed.startsWith('x', Qt::CaseInsensitive) ? "y" : "x") + typed;
-        Require(RTrim(typed).isEmpty() || !Finds(typed, other), "another text is not", typed);
-    }
+    if (!hasWildcard)
+        CheckFinds(LikeText(SqlText(typed)), typed);
+    CheckFinds(LiteralLikeText(SqlText(typed)), typed);
     return 0;
 }

@@ -47,3 +47,16 @@ TEST_F(SearchForm, ProductNameIsFoundForTheOneLiveProductOfACode)
         EXPECT_EQ(found, name ? name : "before") << code;
     }
 }
+
+TEST_F(SearchForm, ALiteralTextFindsWhatBeginsWithItAndNothingElse)
+{
+    const QString stored[] = {"ﾈｼﾞ[M6]*", "ﾈｼﾞM", "A#1", "A11", "%_\\'|?", "%x", "[", "!a"};
+    for (const QString &name : stored)
+        AddProduct("P", name.toUtf8());
+    for (const QString &name : stored) {
+        const auto rows = state.db.OpenRS("Select HinName From TLMT0020 Where HinName Like '"
+                                          + LiteralLikeText(SqlText(name)) + "*'");
+        EXPECT_EQ(state.db.GetRecordCount(rows.get()), 1) << name.toStdString();
+        EXPECT_EQ(state.db.NullToTrim(*rows, u"HinName"), name);
+    }
+}

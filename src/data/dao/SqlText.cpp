@@ -2,6 +2,8 @@
 
 #include "util/VbText.h"
 
+#include <QRegularExpression>
+
 namespace {
 
 QString Doubled(QString text)
@@ -24,4 +26,10 @@ QString SqlText(const QString &text)
 QString LikeText(const QString &text)
 {
     return QString(text).replace("#", "[#]");
+}
+
+QString LiteralLikeText(const QString &text)
+{
+    static const QRegularExpression wildcard("([[*?#])");
+    return QString(text).replace(wildcard, "[\\1]");
 }

@@ -10,3 +10,6 @@ QString SqlText(const QString &text);
 
 /// A text for use in a LIKE pattern: every "#" as "[#]". The caller adds the wildcard.
 QString LikeText(const QString &text);
+
+/// The same for a text that is no pattern: it fits itself alone, "*", "?" and "[" included.
+QString LiteralLikeText(const QString &text);
