@@ -21,7 +21,7 @@ SC030120::SC030120(ProgramState &state, QWidget *parent)
     SetEscapeButton(m_ui->cmdExit);
     AddStatusPanels(*m_ui->stbMain, {"DATE"});
     SetPanelText(*m_ui->stbMain, "DATE", NowDateText());
-    FieldInput::AttachDate(*m_ui->txtAnsLimDate, 1);
+    FieldInput::AttachDate(*m_ui->txtAnsLimDate);
     FieldInput::AttachNumber(*m_ui->txtAnsVal, DigitSpec::Quantity);
     FieldInput::AttachByteLength(*m_ui->txtBiko);
     OnFocus(

@@ -3,12 +3,14 @@
 #include "platform/System.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QFocusEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QStatusTipEvent>
 
 Form::Form(QWidget *parent)
     : QDialog(parent)
@@ -21,6 +23,32 @@ void Form::OnFocus(QWidget *field, std::function<void()> enter, LeaveHandler lea
 {
     m_focusHandlers[field] = {std::move(enter), std::move(leave)};
     field->installEventFilter(this);
+}
+
+bool Form::event(QEvent *event)
+{
+    if (event->type() != QEvent::StatusTip)
+        return QDialog::event(event);
+    ShowWord(static_cast<QStatusTipEvent *>(event)->tip());
+    return true;
+}
+
+void Form::ShowWord(const QString &word)
+{
+    auto *panel = findChild<QLabel *>("MSG");
+    if (!panel)
+        return;
+    const bool isHidden = m_word.isEmpty() || panel->text() != m_word;
+    if (word.isEmpty() && !isHidden)
+        panel->setText(m_textBehindWord);
+    m_word = word;
+    if (word.isEmpty())
+        return;
+    if (isHidden)
+        m_textBehindWord = panel->text();
+    panel->setText(word);
+    QAccessibleEvent alert(panel, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void Form::keyPressEvent(QKeyEvent *event)

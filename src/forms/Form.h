@@ -15,6 +15,10 @@ class QStatusBar;
 /// Enter goes to the next field, Shift+Enter back; Down and Up do the same where the field has no
 /// use of its own for them. Enter on a button presses it; a button that only helps to fill the box
 /// beside it is reached by Tab, and Enter goes on to the next box.
+///
+/// A word that a control has for the operator (QStatusTipEvent) stands in the status panel "MSG",
+/// when the form has one, until the control takes it back; then the panel shows what it showed
+/// before, unless the form has something newer to say.
 class Form : public QDialog
 {
     Q_OBJECT
@@ -36,6 +40,7 @@ protected:
     /// takes the focus back, the click that led away from the field does nothing.
     void OnFocus(QWidget *field, std::function<void()> enter, LeaveHandler leave);
 
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -51,11 +56,14 @@ private:
     void ColorReadOnlyBoxes();
     void MoveFocus(bool isForward);
     void LoseClickOn(QWidget *target);
+    void ShowWord(const QString &word);
 
     std::map<QObject *, FocusHandlers> m_focusHandlers;
     std::set<QWidget *> m_helperButtons;
     QPointer<QWidget> m_lostClickTarget;
     QAbstractButton *m_escapeButton = nullptr;
+    QString m_word; ///< of a control, in the panel
+    QString m_textBehindWord;
     bool m_isPlaced = false;
 };
 

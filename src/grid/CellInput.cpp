@@ -8,7 +8,7 @@
 
 void DateCellInput::Prepare(QLineEdit &editor) const
 {
-    FieldInput::AttachDate(editor, 1);
+    FieldInput::AttachDate(editor);
 }
 
 QString DateCellInput::ToTyped(const QString &shown) const
@@ -21,11 +21,12 @@ bool DateCellInput::ToShown(const QString &typed, QString &shown) const
     shown = Trim(typed);
     if (shown.isEmpty())
         return true;
+    if (!IsTypedOrShownDate(shown)) {
+        ShowMessage(Message::WrongDate);
+        return false;
+    }
     shown = FormatDateText(shown, 1);
-    if (IsValidDate(StoredDate(shown)))
-        return true;
-    ShowMessage(Message::WrongDate);
-    return false;
+    return true;
 }
 
 void QuantityCellInput::Prepare(QLineEdit &editor) const

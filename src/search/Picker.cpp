@@ -34,7 +34,7 @@ void Picker::Bind(SpreadGrid *grid, QAbstractButton *confirm, QAbstractButton *c
     connect(grid, &SpreadGrid::CellDoubleClicked, this, &Picker::Confirm);
 }
 
-void Picker::Pick()
+bool Picker::Pick()
 {
     int row = 0;
     {
@@ -45,10 +45,10 @@ void Picker::Pick()
     }
     if (row == 0) {
         ShowMessage(Message::NoData);
-        return;
+        return false;
     }
     m_grid.ActiveCell(row, 1);
-    exec();
+    return exec() == Accepted;
 }
 
 void Picker::Confirm()

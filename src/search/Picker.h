@@ -17,8 +17,9 @@ class Picker : public Form
     Q_OBJECT
 
 public:
-    /// Fills the list and shows it modally; without any row, message 13 takes its place.
-    void Pick();
+    /// Fills the list and shows it modally; without any row, message 13 takes its place. True when
+    /// the operator picked a row.
+    bool Pick();
 
 protected:
     struct Column

@@ -2,6 +2,7 @@
 
 #include "forms/DateField.h"
 #include "forms/FieldInput.h"
+#include "forms/ShownText.h"
 #include "messages/bMessage.h"
 #include "search/SC040220R.h"
 #include "search/SC040230R.h"
@@ -46,8 +47,9 @@ SC030010::SC030010(ProgramState &state, QWidget *parent)
                            m_ui->txtMfactNo, m_ui->txtPayKeyNo})
         FieldInput::AttachCode(*box);
     FieldInput::AttachByteLength(*m_ui->txtAccHinName);
+    m_productName = new ShownText(*m_ui->txtAccHinName);
     for (QLineEdit *box : {m_ui->txtFromDate, m_ui->txtToDate}) {
-        FieldInput::AttachDate(*box, 1);
+        FieldInput::AttachDate(*box);
         OnFocus(
             box,
             [box] {
@@ -116,7 +118,6 @@ void SC030010::ShowConditions()
         {m_ui->txtCustName, conditions.customerName},
         {m_ui->txtCustSecCD, conditions.customerSectionCode},
         {m_ui->txtAccHinCD, conditions.productCode},
-        {m_ui->txtAccHinName, conditions.productName},
         {m_ui->txtOdrNo, conditions.orderNo},
         {m_ui->txtMfactNo, conditions.makerNo},
         {m_ui->txtPayKeyNo, conditions.payKeyNo},
@@ -126,6 +127,10 @@ void SC030010::ShowConditions()
     for (const auto &[box, text] : texts)
         if (box->text() != text) // setting a text lays it out even when it is the same
             box->setText(text);
+    if (conditions.isProductNameLiteral)
+        m_productName->Show(conditions.productName);
+    else
+        m_ui->txtAccHinName->setText(conditions.productName);
     for (int tab = 0; tab < m_ui->tabDate->count(); ++tab)
         if (m_ui->tabDate->tabData(tab) == conditions.dateBasis)
             m_ui->tabDate->setCurrentIndex(tab);
@@ -142,6 +147,7 @@ void SC030010::TakeConditions()
     conditions.customerSectionCode = m_ui->txtCustSecCD->text();
     conditions.productCode = m_ui->txtAccHinCD->text();
     conditions.productName = m_ui->txtAccHinName->text();
+    conditions.isProductNameLiteral = m_productName->IsShown();
     conditions.orderNo = m_ui->txtOdrNo->text();
     conditions.makerNo = m_ui->txtMfactNo->text();
     conditions.payKeyNo = m_ui->txtPayKeyNo->text();
@@ -176,8 +182,7 @@ void SC030010::reject()
 void SC030010::cmdTSansho_Click()
 {
     m_state.pickedCustomer = {m_ui->txtCustCD->text(), m_ui->txtCustName->text()};
-    SC040230R(m_state, this).Pick();
-    if (m_state.pickedCustomer.code.isEmpty())
+    if (!SC040230R(m_state, this).Pick() || m_state.pickedCustomer.code.isEmpty())
         return;
     m_ui->txtCustCD->setText(m_state.pickedCustomer.code);
     m_ui->txtCustName->setText(m_state.pickedCustomer.name);
@@ -186,11 +191,10 @@ void SC030010::cmdTSansho_Click()
 void SC030010::cmdSSansho_Click()
 {
     m_state.pickedProduct = {m_ui->txtAccHinCD->text(), m_ui->txtAccHinName->text()};
-    SC040220R(m_state, this).Pick();
-    if (m_state.pickedProduct.code.isEmpty())
+    if (!SC040220R(m_state, this).Pick() || m_state.pickedProduct.code.isEmpty())
         return;
     m_ui->txtAccHinCD->setText(m_state.pickedProduct.code);
-    m_ui->txtAccHinName->setText(m_state.pickedProduct.name);
+    m_productName->Show(m_state.pickedProduct.name);
 }
 
 void SC030010::txtCustCD_LostFocus()
@@ -204,7 +208,7 @@ void SC030010::txtAccHinCD_LostFocus()
     QString name;
     const QString code = m_ui->txtAccHinCD->text();
     if (!code.isEmpty() && FindProductName(m_state.db, code, name))
-        m_ui->txtAccHinName->setText(name);
+        m_productName->Show(name);
 }
 
 void SC030010::DateBox_LostFocus(QLineEdit *box, QWidget *newFocus, Qt::FocusReason reason)

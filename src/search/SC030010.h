@@ -11,6 +11,7 @@ class SC030010;
 }
 class QLineEdit;
 class QRadioButton;
+class ShownText;
 
 /// The search conditions screen. Closes through its list button, which sets the list requested flag
 /// and leaves what was entered in the conditions, or its exit button, which clears the flag.
@@ -41,4 +42,5 @@ private:
     ProgramState &m_state;
     QRadioButton *m_sortButtons[6][6] = {}; ///< [position][key]
     SortKeys m_sortKeys;
+    ShownText *m_productName = nullptr; ///< of the master as long as the operator leaves it so
 };

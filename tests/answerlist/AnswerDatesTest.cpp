@@ -82,7 +82,7 @@ TEST_F(AnswerDatesTest, TypedTextsAreCheckedAndShown)
     {
         ListColumn column;
         const char *typed, *shown;
-    } taken[] = {{AnswerDate, "26052", "26/05/02"},
+    } taken[] = {{AnswerDate, "260502", "26/05/02"},
                  {AnswerDate, "280229", "28/02/29"},
                  {AnswerQuantity, "123456789.125", "123,456,789.125"},
                  {AnswerQuantity, "0.5", "0.500"}};
@@ -95,7 +95,7 @@ TEST_F(AnswerDatesTest, TypedTextsAreCheckedAndShown)
     {
         ListColumn column;
         const char *typed, *message;
-    } refused[] = {{AnswerDate, "260229", BadDate},   {AnswerDate, "2605", BadDate},
+    } refused[] = {{AnswerDate, "260229", BadDate},   {AnswerDate, "26052", BadDate},
                    {AnswerQuantity, "-5", BadNumber}, {AnswerQuantity, "5.", BadNumber},
                    {AnswerQuantity, ".5", BadNumber}, {AnswerQuantity, "1234567890", BadNumber}};
     const QString before = WholeRow(3);

@@ -64,11 +64,12 @@ protected:
         player.At("SC030010", "back", [&] {
             for (const char *end : {"CD", "Name"})
                 picked += player.Find<QLineEdit>("txt" + box + end)->text() + ' ';
-            player.Click("cmdExit");
+            player.Click("cmdList");
         });
         player.Start();
         screen.exec();
         EXPECT_TRUE(player.IsDone()) << player.Failure().toStdString();
+        EXPECT_EQ(state.conditions.isProductNameLiteral, !state.conditions.productName.isEmpty());
         return picked;
     }
 

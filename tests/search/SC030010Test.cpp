@@ -1,5 +1,6 @@
 #include "search/SC030010.h"
 
+#include "forms/Form.h"
 #include "search/MasterFixture.h"
 #include "support/Operator.h"
 #include "support/ScriptedBoxes.h"
@@ -10,6 +11,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QRadioButton>
+#include <QStatusBar>
 #include <QTabBar>
 #include <functional>
 #include <optional>
@@ -228,26 +230,63 @@ TEST_F(SearchScreen, LeavingACodeBoxShowsItsName)
     EXPECT_TRUE(boxes.Shown().empty());
 }
 
-TEST_F(SearchScreen, CodeBoxesRefuseWhatIsNoCode)
+TEST_F(SearchScreen, EveryBoxHasItsRuleAndItsWordStandsInTheStatusBar)
 {
     Show();
+    SetPanelText(*Find<QStatusBar>("stbMain"), "MSG", "前の文");
     const struct
     {
-        const char *box, *pasted, *text;
-    } cases[] = {{"txtCustCD", "Ｃ0001", ""},
-                 {"txtCustSecCD", "1234567890", "12345678"},
-                 {"txtAccHinCD", "軸受", ""},
-                 {"txtOdrNo", "O-1\n", "O-1"},
-                 {"txtMfactNo", "ｱｲｳ", "ｱｲｳ"},
-                 {"txtPayKeyNo", "納", ""},
-                 {"txtFromDate", "97/05/28", "97/05/28"},
-                 {"txtToDate", "today", ""}};
-    for (const auto &[box, pasted, text] : cases) {
+        const char *box, *pasted, *text, *word;
+    } cases[] = {{"txtCustCD", "Ｃ0001", "", "半角文字で"},
+                 {"txtCustSecCD", "1234567890", "12345678", "半角 8 文字まで"},
+                 {"txtAccHinCD", "軸受", "", "半角文字で"},
+                 {"txtAccHinName", "10\u301c20é", "", "「é」（U+00E9）"},
+                 {"txtAccHinName", "10\u301c20", "10\uff5e20", "前の文"},
+                 {"txtOdrNo", "O-1\n", "O-1", "前の文"},
+                 {"txtMfactNo", "ｱｲｳ", "ｱｲｳ", "前の文"},
+                 {"txtPayKeyNo", "納", "", "半角文字で"},
+                 {"txtFromDate", "２０２６/12/08", "261208", "前の文"},
+                 {"txtToDate", "today", "", "「today」は日付として"}};
+    const auto *panel = Find<QLabel>("MSG");
+    for (const auto &[box, pasted, text, word] : cases) {
         QApplication::clipboard()->setText(pasted);
         Type(box, "");
         Key(Qt::Key_V, Qt::ControlModifier);
         EXPECT_EQ(Text(box), text) << box;
+        EXPECT_TRUE(panel->text().contains(word)) << panel->text().toStdString();
     }
+    Click("txtOdrNo");
+    EXPECT_EQ(panel->text(), "前の文");
+    // What the form has to say by then stays.
+    Type("txtPayKeyNo", "é");
+    SetPanelText(*Find<QStatusBar>("stbMain"), "MSG", "新しい文");
+    Click("txtOdrNo");
+    EXPECT_EQ(panel->text(), "新しい文");
+}
+
+TEST_F(SearchScreen, ANameOfTheMasterIsShownAndSearchedAsItIs)
+{
+    const QString name = "六角ボルト [M6] 10\u301c20 " + QString(30, u'長');
+    AddProduct("B1", name.toUtf8());
+    Show();
+    const auto search = [&] {
+        Click("cmdList");
+        Show();
+        return std::pair(state.conditions.productName, state.conditions.isProductNameLiteral);
+    };
+    using Search = std::pair<QString, bool>;
+    Type("txtAccHinName", "A*");
+    EXPECT_EQ(search(), Search("A*", false));
+    EXPECT_EQ(search(), Search("A*", false)) << "and so it stays";
+    Type("txtAccHinCD", "b1");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Text("txtAccHinName"), name);
+    EXPECT_EQ(search(), Search(name, true));
+    EXPECT_EQ(search(), Search(name, true));
+    Click("txtAccHinName");
+    Key(Qt::Key_End);
+    Key(Qt::Key_Backspace);
+    EXPECT_EQ(search(), Search(name.chopped(1), false)) << "it is the operator's by now";
 }
 
 TEST_F(SearchScreen, DatesGoThroughTheirThreeForms)
