@@ -2,7 +2,8 @@
 
 #include <QLineEdit>
 
-/// A box whose text comes from the program until the operator edits it.
+/// A box whose text comes from the program until somebody, or something, changes it. The box itself
+/// holds it unabridged: text() of one that is not edited is what was shown.
 class ShownText : public QObject
 {
 public:
@@ -10,12 +11,14 @@ public:
         : QObject(&box)
         , m_box(box)
     {
-        connect(&box, &QLineEdit::textEdited, this, [this] { m_isShown = false; });
+        connect(&box, &QLineEdit::textChanged, this, [this] { m_isShown = false; });
     }
 
+    /// The beginning is in view, however narrow the box.
     void Show(const QString &text)
     {
         m_box.setText(text);
+        m_box.setCursorPosition(0);
         m_isShown = true;
     }
 

@@ -25,6 +25,13 @@ constexpr DateTab DateTabs[] = {
     {"ACCDATE", "受注日"},
 };
 
+/// Shows a name from its beginning on, however narrow the box.
+void ShowName(QLineEdit &box, const QString &name)
+{
+    box.setText(name);
+    box.setCursorPosition(0);
+}
+
 } // namespace
 
 SC030010::SC030010(ProgramState &state, QWidget *parent)
@@ -115,7 +122,6 @@ void SC030010::ShowConditions()
         QString text;
     } texts[] = {
         {m_ui->txtCustCD, conditions.customerCode},
-        {m_ui->txtCustName, conditions.customerName},
         {m_ui->txtCustSecCD, conditions.customerSectionCode},
         {m_ui->txtAccHinCD, conditions.productCode},
         {m_ui->txtOdrNo, conditions.orderNo},
@@ -127,10 +133,11 @@ void SC030010::ShowConditions()
     for (const auto &[box, text] : texts)
         if (box->text() != text) // setting a text lays it out even when it is the same
             box->setText(text);
+    ShowName(*m_ui->txtCustName, conditions.customerName);
     if (conditions.isProductNameLiteral)
         m_productName->Show(conditions.productName);
     else
-        m_ui->txtAccHinName->setText(conditions.productName);
+        ShowName(*m_ui->txtAccHinName, conditions.productName);
     for (int tab = 0; tab < m_ui->tabDate->count(); ++tab)
         if (m_ui->tabDate->tabData(tab) == conditions.dateBasis)
             m_ui->tabDate->setCurrentIndex(tab);
@@ -185,7 +192,7 @@ void SC030010::cmdTSansho_Click()
     if (!SC040230R(m_state, this).Pick() || m_state.pickedCustomer.code.isEmpty())
         return;
     m_ui->txtCustCD->setText(m_state.pickedCustomer.code);
-    m_ui->txtCustName->setText(m_state.pickedCustomer.name);
+    ShowName(*m_ui->txtCustName, m_state.pickedCustomer.name);
 }
 
 void SC030010::cmdSSansho_Click()
@@ -200,7 +207,7 @@ void SC030010::cmdSSansho_Click()
 void SC030010::txtCustCD_LostFocus()
 {
     if (!m_ui->txtCustCD->text().isEmpty())
-        m_ui->txtCustName->setText(CustomerName(m_state.db, m_ui->txtCustCD->text()));
+        ShowName(*m_ui->txtCustName, CustomerName(m_state.db, m_ui->txtCustCD->text()));
 }
 
 void SC030010::txtAccHinCD_LostFocus()

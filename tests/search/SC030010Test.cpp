@@ -198,6 +198,9 @@ TEST_F(SearchScreen, SortGroupsExchangeTheirKeys)
 TEST_F(SearchScreen, LeavingACodeBoxShowsItsName)
 {
     const ScriptedBoxes boxes;
+    AddProduct("P3", "旧品", 1);
+    AddProduct("P4", "新品");
+    AddProduct("P4", "廃品", 1);
     const struct
     {
         const char *box, *code, *nameBox, *name;
@@ -208,7 +211,9 @@ TEST_F(SearchScreen, LeavingACodeBoxShowsItsName)
         {"txtCustCD", "C*", "txtCustName", ""},
         {"txtCustCD", "[|", "txtCustName", ""},
         {"txtAccHinCD", "P1", "txtAccHinName", "軸受"},
-        {"txtAccHinCD", "P2", "txtAccHinName", ""}, // two products
+        {"txtAccHinCD", "P2", "txtAccHinName", ""},     // two products
+        {"txtAccHinCD", "P3", "txtAccHinName", ""},     // deleted
+        {"txtAccHinCD", "p4", "txtAccHinName", "新品"}, // its namesake is deleted
         {"txtAccHinCD", "'#*|[", "txtAccHinName", ""},
     };
     Show();
@@ -258,9 +263,11 @@ TEST_F(SearchScreen, EveryBoxHasItsRuleAndItsWordStandsInTheStatusBar)
     Click("txtOdrNo");
     EXPECT_EQ(panel->text(), "前の文");
     // What the form has to say by then stays.
-    Type("txtPayKeyNo", "é");
+    QApplication::clipboard()->setText("é");
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_NE(panel->text(), "前の文");
     SetPanelText(*Find<QStatusBar>("stbMain"), "MSG", "新しい文");
-    Click("txtOdrNo");
+    Click("txtPayKeyNo");
     EXPECT_EQ(panel->text(), "新しい文");
 }
 
@@ -287,6 +294,19 @@ TEST_F(SearchScreen, ANameOfTheMasterIsShownAndSearchedAsItIs)
     Key(Qt::Key_End);
     Key(Qt::Key_Backspace);
     EXPECT_EQ(search(), Search(name.chopped(1), false)) << "it is the operator's by now";
+}
+
+TEST_F(SearchScreen, ALiteralTextFindsWhatBeginsWithItAndNothingElse)
+{
+    const QString stored[] = {"ﾈｼﾞ[M6]*", "ﾈｼﾞM", "A#1", "A11", "%_\\'|?", "%x", "[", "!a"};
+    for (const QString &name : stored)
+        AddProduct("P", name.toUtf8());
+    for (const QString &name : stored) {
+        const auto rows = state.db.OpenRS("Select HinName From TLMT0020 Where HinName Like '"
+                                          + LiteralLikeText(SqlText(name)) + "*'");
+        EXPECT_EQ(state.db.GetRecordCount(rows.get()), 1) << name.toStdString();
+        EXPECT_EQ(state.db.NullToTrim(*rows, u"HinName"), name);
+    }
 }
 
 TEST_F(SearchScreen, DatesGoThroughTheirThreeForms)

@@ -1,0 +1,47 @@
+#include "grid/CellInput.h"
+
+#include "support/QtPrinters.h"
+#include "support/ScriptedBoxes.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QTest>
+#include <gtest/gtest.h>
+
+TEST(CellInput, WhatIsPastedOrTypedIntoACellIsShownOrRefused)
+{
+    ScriptedBoxes boxes;
+    const DateCellInput date;
+    const QuantityCellInput quantity;
+    const struct
+    {
+        const CellInput &input;
+        QString brought;
+        bool isAccepted;
+        QString shown;
+    } cases[] = {
+        {date, "２６１２０８", true, "26/12/08"},
+        {date, " 2026/12/08\n", true, "26/12/08"},
+        {date, "26/12/08", true, "26/12/08"},
+        {date, "26/13/08", true, ""}, // nothing has come in
+        {date, "26120", false, {}},
+        {quantity, "1,234.5", true, "1,234.500"},
+        {quantity, "-5", false, {}},
+    };
+    for (const auto &[input, brought, isAccepted, expected] : cases) {
+        QLineEdit editor;
+        input.Prepare(editor);
+        EXPECT_FALSE(editor.testAttribute(Qt::WA_InputMethodEnabled));
+        QApplication::clipboard()->setText(brought);
+        QTest::keyClick(&editor, Qt::Key_V, Qt::ControlModifier);
+        QString shown;
+        EXPECT_EQ(input.ToShown(editor.text(), shown), isAccepted) << brought.toStdString();
+        EXPECT_TRUE(!isAccepted || shown == expected) << brought.toStdString();
+        EXPECT_EQ(boxes.TakeTexts().size(), isAccepted ? 0u : 1u) << brought.toStdString();
+    }
+    for (const QString text : {"26 1 8", "2612.8", "26+1+8", "261d08", "26x12y08"}) {
+        QString shown;
+        EXPECT_FALSE(date.ToShown(text, shown)) << text.toStdString();
+    }
+}
