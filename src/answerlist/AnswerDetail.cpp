@@ -1,16 +1,20 @@
 #include "answerlist/AnswerDetail.h"
 
-#include "answerlist/AnswerList.h"
+#include "data/bDAO.h"
 #include "messages/bMessage.h"
+#include "platform/MsgBox.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
 #include "util/bTLKBN.h"
 #include "util/bValue.h"
 
+#include <utility>
+
 namespace {
 
 constexpr int Shipped = 3;
-constexpr int Padded = 0; ///< FormatBySpec's mode
+constexpr int AnswerOutput = 3; ///< AnsLimUmu
+constexpr int Padded = 0;       ///< FormatBySpec's mode
 
 QString Where(const LineKey &key)
 {
@@ -111,7 +115,7 @@ std::optional<DetailTexts> ReadDetail(bDAO &db, const LineKey &key)
 }
 
 QString BuildDetailUpdateSql(const LineKey &key, const DetailEntry &entry,
-                             const std::optional<LineAnswer> &dates, const WriteStamp &stamp)
+                             const std::optional<WrittenAnswer> &dates, const WriteStamp &stamp)
 {
     QString sql = QString("UPDATE TLSP0010 SET ") + "Biko = '" + SqlText(entry.remarks) + "',"
                   + "AnsLimDate = '" + SqlText(entry.answeredDate) + "'," + "AnsVal = '"
@@ -123,49 +127,90 @@ QString BuildDetailUpdateSql(const LineKey &key, const DetailEntry &entry,
            + "UpdTime = '" + stamp.time + "' " + "WHERE " + Where(key);
 }
 
-bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry)
+QString BuildDetailMarkSql(const LineKey &key, bool isSpecifiedDate)
 {
-    const WriteStamp stamp = WriteStamp::Now();
+    return QString("UPDATE TLSP0010 SET ") + "AnsMark = '" + (isSpecifiedDate ? "1" : "2") + "' "
+           + "WHERE " + Where(key);
+}
+
+namespace {
+
+enum class Outcome { Saved, LineMissing, NotRead, NotWritten, ChangedElsewhere };
+
+/// Saves the entry within the transaction. `known` becomes what is stored when that is another.
+Outcome WriteDetail(bDAO &db, const LineKey &key, const DetailEntry &entry, StoredDetail &known,
+                    const WriteStamp &stamp)
+{
     const auto stored = db.OpenRS(
         QString("SELECT * FROM TLSP0010 WHERE ") + "ACCNO = " + QString::number(key.accNo) + " AND "
             + "ACCSUBNO = " + QString::number(key.accSubNo) + " AND "
             + "SHPSUBNO = " + QString::number(key.shpSubNo) + " AND " + "DPOFLG = 0;",
         false);
     if (!stored)
-        return false;
-    if (db.IsEOF(stored.get())) {
-        ShowMessage(Message::NoData);
-        return false;
-    }
+        return Outcome::NotRead;
+    if (db.IsEOF(stored.get()))
+        return Outcome::LineMissing;
+    if (db.FieldsOf(*stored, {"AnsLimDate", "AnsVal", "Biko", "AnsLimUmu", "LimDate", "ShpSts",
+                              "CustCD", "PayDstCD"})
+            .empty())
+        return Outcome::NotRead;
+    const StoredDetail now{db.NullToRTrim(*stored, u"AnsLimDate"),
+                           Decimal::FromDouble(db.NullToZero(*stored, u"AnsVal")),
+                           db.NullToRTrim(*stored, u"Biko"),
+                           db.NullToZero(*stored, u"AnsLimUmu") == AnswerOutput};
+    if (std::exchange(known, now) != now)
+        return Outcome::ChangedElsewhere;
     // A shipped line keeps its dates, and an answer without a date has none to give.
-    std::optional<LineAnswer> dates;
+    std::optional<WrittenAnswer> dates;
     if (db.NullToZero(*stored, u"ShpSts") != Shipped && !entry.answeredDate.isEmpty()) {
-        const auto shipDate
-            = ShipDate(db, ShownDate(entry.answeredDate), db.NullToRTrim(*stored, u"CustCD"),
-                       db.NullToRTrim(*stored, u"PayDstCD"));
+        const auto shipDate = ShipDate(db, entry.answeredDate, db.NullToRTrim(*stored, u"CustCD"),
+                                       db.NullToRTrim(*stored, u"PayDstCD"));
         if (!shipDate)
-            return false;
-        dates = LineAnswer();
+            return Outcome::NotRead;
+        dates = WrittenAnswer();
         dates->shipDate = *shipDate;
         dates->arrivalDate = entry.answeredDate;
     }
-    if (!db.BeginTrans()) {
-        ShowMessage(Message::NotRegistered);
-        return false;
-    }
-    if (!db.DBExecute(BuildDetailUpdateSql(key, entry, dates, stamp)) || !db.CommitTrans()) {
-        db.Rollback();
-        ShowMessage(Message::NotRegistered);
-        return false;
-    }
-    return true;
+    const bool isSpecifiedDate
+        = ShownDate(entry.answeredDate) == ShownDate(db.NullToRTrim(*stored, u"LimDate"));
+    return db.DBExecute(BuildDetailUpdateSql(key, entry, dates, stamp))
+                   && db.DBExecute(BuildDetailMarkSql(key, isSpecifiedDate))
+               ? Outcome::Saved
+               : Outcome::NotWritten;
 }
 
-void ShowSavedDetail(AnswerList &list, int row, const DetailLine &saved)
+Outcome TrySave(bDAO &db, const LineKey &key, const DetailEntry &entry, StoredDetail &known,
+                const WriteStamp &stamp)
 {
-    const QString quantity = FormatQuantity(saved.answeredQuantity);
-    list.SetCell(row, ListColumn::AnswerDate, ShownDate(saved.answeredDate));
-    list.SetCell(row, ListColumn::LoadedDate, saved.answeredDate);
-    list.SetCell(row, ListColumn::AnswerQuantity, quantity);
-    list.SetCell(row, ListColumn::LoadedQuantity, quantity);
+    if (!db.BeginTrans())
+        return Outcome::NotWritten;
+    Outcome outcome = WriteDetail(db, key, entry, known, stamp);
+    if (outcome == Outcome::Saved && !db.CommitTrans())
+        outcome = Outcome::NotWritten;
+    if (outcome != Outcome::Saved)
+        db.Rollback();
+    return outcome;
+}
+
+bool MayOverwrite()
+{
+    return MsgBox("ほかの人がこの明細を変更しています。上書きしますか",
+                  BoxStyle::Question + BoxStyle::YesNo + BoxStyle::DefaultButton2, "確認")
+           == BoxButton::Yes;
+}
+
+} // namespace
+
+bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry, StoredDetail known)
+{
+    const WriteStamp stamp = WriteStamp::Now();
+    Outcome outcome;
+    do
+        outcome = TrySave(db, key, entry, known, stamp);
+    while (outcome == Outcome::ChangedElsewhere && MayOverwrite());
+    if (outcome == Outcome::LineMissing)
+        ShowMessage(Message::NoData);
+    else if (outcome == Outcome::NotWritten)
+        ShowMessage(Message::NotRegistered);
+    return outcome == Outcome::Saved;
 }

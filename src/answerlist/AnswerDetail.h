@@ -1,12 +1,10 @@
 #pragma once
 
-#include "answerlist/DeliveryLine.h"
 #include "data/ProgramState.h"
+#include "lines/LineSql.h"
 
 #include <QString>
 #include <optional>
-
-class AnswerList;
 
 /// What the detail dialog shows and saves of one delivery line, apart from its window.
 
@@ -37,12 +35,24 @@ struct DetailEntry
     QString remarks;
 };
 
+/// What the database has of what an entry overwrites.
+struct StoredDetail
+{
+    QString answeredDate; ///< stored form, or whatever stands in its place; right-trimmed
+    Decimal quantity;
+    QString remarks;         ///< right-trimmed
+    bool isAnswered = false; ///< the answer has been output
+
+    bool operator==(const StoredDetail &) const = default;
+};
+
 QString BuildDetailUpdateSql(const LineKey &key, const DetailEntry &entry,
-                             const std::optional<LineAnswer> &dates, const WriteStamp &stamp);
+                             const std::optional<WrittenAnswer> &dates, const WriteStamp &stamp);
 
-/// Saves the entry in a transaction of its own. False, with the line as it was and the reason
-/// shown, when the line is not there any more or the database refuses.
-bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry);
+/// The statement that follows it: the mark that tells a date other than the specified one.
+QString BuildDetailMarkSql(const LineKey &key, bool isSpecifiedDate);
 
-/// Puts a saved answer into its row, which then counts as unchanged.
-void ShowSavedDetail(AnswerList &list, int row, const DetailLine &saved);
+/// Reads the line and saves the entry in one transaction. When the line is not stored as `known`
+/// any more, the operator is asked first whether it is to be overwritten. False, with the line as
+/// it was and the reason shown, when he says No, the line is gone or the database refuses.
+bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry, StoredDetail known);

@@ -1,18 +1,47 @@
 #include "answerlist/SC030110.h"
 
-#include "answerlist/AnswerDates.h"
-#include "answerlist/AnswerDetail.h"
-#include "answerlist/LineSplit.h"
-#include "answerlist/ListLoading.h"
+#include "answerlist/ListColumns.h"
 #include "answerlist/SC030120.h"
-#include "grid/SpreadGrid.h"
+#include "lines/AnswerDates.h"
+#include "lines/LineSplit.h"
 #include "messages/bMessage.h"
+#include "platform/MsgBox.h"
 #include "platform/System.h"
 #include "ui_SC030110.h"
 #include "util/bDate.h"
 
+#include <QApplication>
+#include <QHeaderView>
 #include <QTimer>
 #include <QWindow>
+#include <algorithm>
+
+namespace {
+
+/// The name of the date that the search's range is about.
+QString DateBasisName(const QString &basis)
+{
+    static constexpr struct
+    {
+        const char *basis;
+        const char *name;
+    } names[] = {{"SHPDATE", "出荷（予定）"}, {"LIMDATE", "指定納期"}, {"ACCDATE", "受注日"}};
+    for (const auto &entry : names)
+        if (basis == QLatin1String(entry.basis))
+            return entry.name;
+    return {};
+}
+
+/// The width that the widest line of a text takes.
+int WidthOf(const QFontMetrics &metrics, const QString &text)
+{
+    int width = 0;
+    for (const QString &line : text.split("\r\n"))
+        width = std::max(width, metrics.horizontalAdvance(line));
+    return width;
+}
+
+} // namespace
 
 SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent)
     : Form(parent)
@@ -24,7 +53,11 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     const Hourglass hourglass;
     m_ui->setupUi(this);
     AddStatusPanels(*m_ui->stbMain, {"MSG", "USERID", "DATE"});
-    m_list.Create(m_ui->spdList);
+    m_ui->spdList->setModel(&m_model);
+    m_ui->spdList->SetColumnInput(ColumnTyped(CellTyping::Quantity),
+                                  std::make_unique<QuantityCellInput>());
+    m_ui->spdList->SetColumnInput(ColumnTyped(CellTyping::Date), std::make_unique<DateCellInput>());
+    LayOutColumns();
     ClearScreen();
 
     connect(m_ui->cmdLimSet, &QPushButton::clicked, this, &SC030110::cmdLimSet_Click);
@@ -34,13 +67,36 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     connect(m_ui->cmdDetail, &QPushButton::clicked, this, &SC030110::cmdDetail_Click);
     connect(m_ui->cmdMake, &QPushButton::clicked, this, &SC030110::cmdMake_Click);
     connect(m_ui->cmdExit, &QPushButton::clicked, this, &SC030110::reject);
-    connect(m_ui->spdList, &SpreadGrid::CellChanged, this, &SC030110::spdList_Change);
-    connect(m_ui->spdList, &SpreadGrid::CellDoubleClicked, this, &SC030110::cmdDetail_Click);
-    connect(m_ui->spdList, &SpreadGrid::CellLeft, this,
+    connect(m_ui->spdList, &GridView::CellDoubleClicked, this, &SC030110::cmdDetail_Click);
+    connect(m_ui->spdList, &GridView::CellLeft, this,
             [this](int, int, int, int newRow) { ShowHint(newRow); });
+    // A mended error is told of no more.
+    connect(&m_model, &QAbstractItemModel::dataChanged, this, [this] { ShowHint(ActiveRow()); });
 }
 
 SC030110::~SC030110() = default;
+
+void SC030110::LayOutColumns()
+{
+    constexpr int CellMargins = 18;
+    constexpr int LinesPerRow = 4;
+    GridView *grid = m_ui->spdList;
+    const QFontMetrics metrics = grid->fontMetrics();
+    const QFontMetrics headingMetrics = grid->horizontalHeader()->fontMetrics();
+    int number = 0;
+    for (const ListColumn &column : ListColumns())
+        grid->SetColumnWidth(++number, std::max(WidthOf(metrics, column.widestText),
+                                                WidthOf(headingMetrics, column.heading))
+                                           + CellMargins);
+    grid->SetTextLines(LinesPerRow);
+}
+
+void SC030110::changeEvent(QEvent *event)
+{
+    Form::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        LayOutColumns();
+}
 
 void SC030110::ClearScreen()
 {
@@ -49,6 +105,7 @@ void SC030110::ClearScreen()
         box->clear();
     m_ui->txtSum->setText("0");
     m_list.Clear();
+    m_model.Filled();
     m_ui->lblDate->setText(DateBasisName(m_state.conditions.dateBasis));
     for (const char *panel : {"MSG", "USERID", "DATE"})
         SetPanelText(*m_ui->stbMain, panel, {});
@@ -67,8 +124,8 @@ void SC030110::Activate()
 {
     if (!m_state.isReloadNeeded)
         return;
-    // A window that is on its way to the screen has to be painted first: the list is not painted
-    // while it is filled.
+    // A window that is on its way to the screen has to be painted first: the list is filled in one
+    // go.
     constexpr int MostWaits = 50;
     constexpr int WaitMs = 10;
     if (!windowHandle()->isExposed() && m_waits++ < MostWaits) {
@@ -79,17 +136,15 @@ void SC030110::Activate()
     LoadedList loaded;
     {
         const Hourglass hourglass;
-        m_list.SetRedraw(false);
         ShowStatus(LoadingText);
         loaded = LoadLines();
-        m_list.SetRedraw(true);
     }
     if (loaded.lineCount == 0) {
         QDialog::reject();
         return;
     }
     m_state.isReloadNeeded = false;
-    m_list.Activate(1);
+    m_ui->spdList->Activate(1, 1);
     m_ui->spdList->setFocus();
     ShowStatus(loaded.hasDefectiveLines ? "不良品の明細は、紫色で表示されます" : "");
 }
@@ -101,8 +156,10 @@ LoadedList SC030110::LoadLines()
     m_ui->txtCustName->setText(conditions.customerName);
     m_ui->txtFromAccDate->setText(FormatDateText(conditions.fromDate, 3));
     m_ui->txtToAccDate->setText(FormatDateText(conditions.toDate, 3));
+    m_model.Empty();
     const LoadedList loaded = LoadList(m_state.db, conditions, m_list, StatusBar());
-    ShowLineCount(loaded.lineCount);
+    m_model.Filled();
+    ShowLineCount();
     if (loaded.lineCount == 0) {
         for (QPushButton *button :
              {m_ui->cmdCopy, m_ui->cmdDelete, m_ui->cmdMake, m_ui->cmdDetail, m_ui->cmdLimSet})
@@ -113,15 +170,32 @@ LoadedList SC030110::LoadLines()
     return loaded;
 }
 
-void SC030110::ShowLineCount(int count)
+RowSelection SC030110::Selected() const
 {
-    m_ui->txtSum->setText(Decimal(count).ToFixed(0, true));
+    return RowSelection(m_ui->spdList->SelectedRowRanges());
 }
 
+int SC030110::ActiveRow() const
+{
+    return std::min(m_ui->spdList->ActiveRow(), m_list.Count());
+}
+
+void SC030110::ShowLineCount()
+{
+    m_ui->txtSum->setText(Decimal(m_list.Count()).ToFixed(0, true));
+}
+
+/// What the status bar tells about a row: the error that the checks found, that it is shipped, or
+/// nothing.
 void SC030110::ShowHint(int row)
 {
-    if (row > 0)
-        ShowStatus(RowHint(m_list, row));
+    if (row <= 0)
+        return;
+    const Line &line = m_list.At(row);
+    if (line.Error() != LineError::None)
+        SetPanelWarning(*m_ui->stbMain, "MSG", ErrorText(line.Error()));
+    else
+        ShowStatus(line.IsShipped() ? "出荷済のものの変更、納期回答作成は出来ません" : "");
 }
 
 void SC030110::ShowStatus(const QString &text)
@@ -145,91 +219,118 @@ void SC030110::SetDates(Command &&command)
 {
     const Hourglass hourglass;
     const QString status = PanelText(*m_ui->stbMain, "MSG");
-    m_list.SetRedraw(false);
     command();
-    m_list.SetRedraw(true);
+    m_model.Changed();
     ShowStatus(status);
 }
 
 void SC030110::cmdLimSet_Click()
 {
-    if (!MayRun() || !CheckDateSelection(m_list))
+    if (!MayRun() || !CheckDateSelection(m_list, Selected()))
         return;
     const QString date = AskAnswerDate();
     if (date.isEmpty())
         return;
-    SetDates([&] { SetAnswerDates(m_list, date, StatusBar()); });
+    SetDates([&] { SetAnswerDates(m_list, Selected(), date, StatusBar()); });
 }
 
 void SC030110::cmbLimDef_Click()
 {
-    if (!MayRun() || !CheckDateSelection(m_list))
+    if (!MayRun() || !CheckDateSelection(m_list, Selected()))
         return;
-    SetDates([&] { SetSpecifiedDates(m_list, StatusBar()); });
+    SetDates([&] { SetSpecifiedDates(m_list, Selected(), StatusBar()); });
 }
 
 void SC030110::cmdCopy_Click()
 {
     if (!MayRun())
         return;
-    const int row = SingleRow(m_list);
+    const int row = SingleRow(Selected());
     if (row == 0)
         return;
-    m_list.SetRedraw(false);
-    CopyLine(m_list, row);
-    m_list.SetRedraw(true);
-    ShowLineCount(m_list.RowCount());
+    m_model.InsertBelow(row, [&] { CopyLine(m_list, row); });
+    ShowLineCount();
 }
 
 void SC030110::cmdDelete_Click()
 {
     if (!MayRun())
         return;
-    const int row = SingleRow(m_list);
-    if (row != 0 && DeleteLine(m_state.db, m_list, row))
-        ShowLineCount(m_list.RowCount());
+    const int row = SingleRow(Selected());
+    if (row == 0 || !DeleteLine(m_state.db, m_list.At(row)))
+        return;
+    m_model.Remove(row);
+    ShowLineCount();
+    if (m_list.Count() > 0)
+        m_ui->spdList->Activate(std::max(1, m_ui->spdList->ActiveColumn()),
+                                std::min(row, m_list.Count()));
 }
 
 void SC030110::cmdDetail_Click()
 {
-    if (!MayRun() || m_list.RowCount() == 0 || !CheckSingleRow(m_list))
+    const RowSelection selected = Selected();
+    if (!MayRun() || m_list.Count() == 0 || !CheckSingleRow(selected))
         return;
-    const int row = m_list.ActiveRow();
-    const ListRow line = m_list.Row(row);
+    const int row = selected.IsEmpty() ? ActiveRow() : selected.First();
+    if (row == 0)
+        return;
+    Line &line = m_list.At(row);
     if (!line.IsStored()) {
         ShowMessage(Message::NotRegisteredYet);
         return;
     }
-    m_state.detail = {line.AccNo(),
-                      line.AccSubNo(),
-                      line.ShpSubNo(),
-                      StoredDate(line.AnsweredDate()),
-                      line.AnsweredQuantity(),
-                      !line.IsEdi()};
+    const LineKey &key = line.Key();
+    m_state.detail = {.accNo = key.accNo,
+                      .accSubNo = key.accSubNo,
+                      .shpSubNo = key.shpSubNo,
+                      .answeredDate = line.Now().date,
+                      .answeredQuantity = line.Now().quantity,
+                      .isWithoutEdiMark = !line.IsEdi(),
+                      .storedDate = line.Stored().date,
+                      .storedQuantity = line.Stored().quantity,
+                      .isAnswered = line.IsAnswered()};
     if (SC030120(m_state, this).exec() != QDialog::Accepted)
         return;
-    ShowSavedDetail(m_list, row, m_state.detail);
+    line.TakeStored({m_state.detail.answeredDate, m_state.detail.answeredQuantity});
+    m_model.Changed();
 }
 
 void SC030110::cmdMake_Click()
 {
     if (!MayRun())
         return;
+    RowSelection selected = Selected();
+    int failedRow = 0;
     {
         const Hourglass hourglass;
-        m_makeAnswers(m_list, m_stamp, StatusBar());
+        failedRow = m_makeAnswers(m_list, selected, m_stamp, StatusBar());
     }
-    ShowHint(m_list.ActiveRow());
+    m_model.Changed();
+    m_ui->spdList->SetSelectedRows(selected.Ranges());
+    if (failedRow > 0)
+        GoToError(failedRow);
+    ShowHint(ActiveRow());
 }
 
-void SC030110::spdList_Change(int column, int row)
+/// Brings the operator to the cell that is to be mended.
+void SC030110::GoToError(int row)
 {
-    if (ListColumn(column) == ListColumn::AnswerDate)
-        UpdateDifferenceMark(m_list, row);
+    QApplication::beep();
+    const bool isDate = m_list.At(row).Error() == LineError::NoDate;
+    m_ui->spdList->Activate(ColumnTyped(isDate ? CellTyping::Date : CellTyping::Quantity), row);
+    m_ui->spdList->setFocus();
 }
 
 void SC030110::reject()
 {
-    if (MayRun())
-        QDialog::reject();
+    if (!MayRun())
+        return;
+    const int unregistered = m_list.UnregisteredCount();
+    if (unregistered > 0
+        && MsgBox(
+               QString("登録していない変更が %1 行あります。破棄して戻りますか").arg(unregistered),
+               BoxStyle::Question + BoxStyle::YesNo + BoxStyle::DefaultButton2, "確認")
+               != BoxButton::Yes)
+        return;
+    QDialog::reject();
 }

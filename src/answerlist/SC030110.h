@@ -1,10 +1,11 @@
 #pragma once
 
-#include "answerlist/AnswerList.h"
-#include "answerlist/DeliveryLine.h"
-#include "answerlist/ListLoading.h"
+#include "answerlist/LineModel.h"
 #include "data/ProgramState.h"
 #include "forms/Form.h"
+#include "lines/LineSql.h"
+#include "lines/ListLoading.h"
+#include "lines/RowSelection.h"
 
 #include <functional>
 #include <memory>
@@ -20,32 +21,41 @@ class SC030110 : public Form
     Q_OBJECT
 
 public:
-    /// Creates the answers of the list. `stamp` is the date and time the screen was loaded at;
-    /// `showStatus` shows a text in the status bar at once.
-    using MakeAnswers = std::function<void(AnswerList &list, const WriteStamp &stamp,
-                                           const ShowStatusText &showStatus)>;
+    /// Creates the answers of the selected rows; those answered leave the selection. `stamp` is the
+    /// date and time the screen was loaded at; `showStatus` shows a text in the status bar at once.
+    /// Returns the row that the checks stopped at; 0 when they passed.
+    using MakeAnswers
+        = std::function<int(LineList &list, RowSelection &selected, const WriteStamp &stamp,
+                            const ShowStatusText &showStatus)>;
 
     SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent = nullptr);
     ~SC030110() override;
 
-    AnswerList &List() { return m_list; }
+    const LineList &List() const { return m_list; }
 
-    void reject() override; ///< closes the screen, unless a cell in edit has a wrong text
+    /// Closes the screen, unless a cell in edit has a wrong text, or changes are not registered and
+    /// the operator does not want to lose them.
+    void reject() override;
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    void LayOutColumns();
     void ClearScreen();
     void Activate();
     LoadedList LoadLines();
-    void ShowLineCount(int count);
+    RowSelection Selected() const;
+    int ActiveRow() const;
+    void ShowLineCount();
     void ShowHint(int row);
     void ShowStatus(const QString &text);
     ShowStatusText StatusBar(); ///< ShowStatus for others
     template <typename Command>
     void SetDates(Command &&command);
     bool MayRun(); ///< a cell in edit is finished first
+    void GoToError(int row);
 
     void cmdLimSet_Click();
     void cmbLimDef_Click();
@@ -53,12 +63,12 @@ private:
     void cmdDelete_Click();
     void cmdDetail_Click();
     void cmdMake_Click();
-    void spdList_Change(int column, int row);
 
     std::unique_ptr<Ui::SC030110> m_ui;
     ProgramState &m_state;
     MakeAnswers m_makeAnswers;
-    AnswerList m_list;
+    LineList m_list;
+    LineModel m_model{m_list};
     WriteStamp m_stamp;
     int m_waits = 0; ///< for the window to come to the screen
 };

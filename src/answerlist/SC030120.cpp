@@ -1,16 +1,46 @@
 #include "answerlist/SC030120.h"
 
-#include "answerlist/AnswerDetail.h"
-#include "forms/DateField.h"
 #include "forms/FieldInput.h"
 #include "messages/bMessage.h"
+#include "platform/MsgBox.h"
 #include "platform/System.h"
 #include "ui_SC030120.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
 #include "util/bValue.h"
 
+#include <QRegularExpression>
 #include <QShowEvent>
+
+namespace {
+
+/// Stands for a line break in a box of one line. The code page does not have it, so nobody types
+/// it.
+constexpr auto LineBreakSign = "↵";
+
+const QRegularExpression &LineBreak()
+{
+    static const QRegularExpression lineBreak("\\r\\n|\\r|\\n");
+    return lineBreak;
+}
+
+/// Puts another form of the same entry into its box.
+void ShowForm(QLineEdit &box, ShownText &shown, const QString &text)
+{
+    if (shown.IsShown())
+        shown.Show(text);
+    else
+        box.setText(text);
+}
+
+/// A quantity as it stands in its box to be typed over. A text that is no quantity stays.
+QString TypedQuantity(const QString &shown)
+{
+    const QString typed = Trim(shown).remove(',');
+    return IsNumberInSpec(typed, DigitSpec::Quantity) ? QuantityOf(typed).ToText() : shown;
+}
+
+} // namespace
 
 SC030120::SC030120(ProgramState &state, QWidget *parent)
     : Form(parent)
@@ -18,8 +48,13 @@ SC030120::SC030120(ProgramState &state, QWidget *parent)
     , m_state(state)
 {
     m_ui->setupUi(this);
+    m_date = new ShownText(*m_ui->txtAnsLimDate);
+    m_quantity = new ShownText(*m_ui->txtAnsVal);
+    for (ShownText *text : {m_date, m_quantity})
+        text->Show({}); // until there is a line
+    MakeRoom();
     SetEscapeButton(m_ui->cmdExit);
-    AddStatusPanels(*m_ui->stbMain, {"DATE"});
+    AddStatusPanels(*m_ui->stbMain, {"MSG", "DATE"});
     SetPanelText(*m_ui->stbMain, "DATE", NowDateText());
     FieldInput::AttachDate(*m_ui->txtAnsLimDate);
     FieldInput::AttachNumber(*m_ui->txtAnsVal, DigitSpec::Quantity);
@@ -37,10 +72,39 @@ SC030120::SC030120(ProgramState &state, QWidget *parent)
                 CheckQuantity();
         });
     connect(m_ui->cmdRegister, &QPushButton::clicked, this, &SC030120::cmdRegister_Click);
-    connect(m_ui->cmdExit, &QPushButton::clicked, this, &QDialog::reject);
+    connect(m_ui->cmdExit, &QPushButton::clicked, this, &SC030120::reject);
 }
 
 SC030120::~SC030120() = default;
+
+/// Each box shows the longest text of its column, in whatever font.
+void SC030120::MakeRoom()
+{
+    const struct
+    {
+        QLineEdit *box;
+        int halfWidths;
+    } rooms[] = {
+        {m_ui->txtCustName, 40},   {m_ui->txtCustSecName, 20}, {m_ui->txtAccHinCD, 25},
+        {m_ui->txtHinCD, 25},      {m_ui->txtHinName, 40},     {m_ui->txtF019, 60},
+        {m_ui->txtOdrNo, 23},      {m_ui->txtMfactNo, 19},     {m_ui->txtContractKBN, 21},
+        {m_ui->txtLimDate, 8},     {m_ui->txtPayNo, 8},        {m_ui->txtAccVal, 15},
+        {m_ui->txtZanVal, 15},     {m_ui->txtIndVal, 15},      {m_ui->txtAccTan, 17},
+        {m_ui->txtTanKBNName, 14}, {m_ui->txtF082Name, 32},    {m_ui->txtAnsLimDate, 8},
+        {m_ui->txtAnsVal, 15},     {m_ui->txtBiko, 30},
+    };
+    constexpr int Margins = 12;
+    for (const auto &[box, halfWidths] : rooms)
+        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QString(halfWidths, '0'))
+                             + Margins);
+}
+
+void SC030120::changeEvent(QEvent *event)
+{
+    Form::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        MakeRoom();
+}
 
 void SC030120::showEvent(QShowEvent *event)
 {
@@ -59,13 +123,11 @@ void SC030120::ShowLine()
         detail = ReadDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo});
     }
     if (!detail) {
-        ShowMessage(Message::NoData);
-        // Nothing to answer; what is left is the way back.
-        m_ui->Frame6->setEnabled(false);
-        m_ui->cmdRegister->setEnabled(false);
-        m_ui->cmdExit->setFocus();
+        ShowNothing();
         return;
     }
+    m_stored = {line.storedDate, line.storedQuantity, detail->biko, line.isAnswered};
+    m_shownRemarks = QString(detail->biko).replace(LineBreak(), LineBreakSign);
     const std::pair<QLineEdit *, QString> texts[] = {
         {m_ui->txtCustCD, detail->custCD},
         {m_ui->txtCustName, detail->custName},
@@ -91,41 +153,48 @@ void SC030120::ShowLine()
         {m_ui->txtF082, detail->f082},
         {m_ui->txtF082Name, detail->f082Name},
         {m_ui->txtF019, detail->f019},
+        {m_ui->txtBiko, m_shownRemarks},
     };
     for (const auto &[box, text] : texts) {
         box->setText(text);
         box->setCursorPosition(0);
     }
     // What the list holds, registered there or not, is what the operator goes on from.
-    m_ui->txtAnsLimDate->setText(ShownDate(line.answeredDate));
-    m_ui->txtAnsVal->setText(ShownQuantity(line.answeredQuantity));
-    m_ui->txtBiko->setText(detail->biko);
+    m_date->Show(ShownDate(line.answeredDate));
+    m_quantity->Show(ShownQuantity(line.answeredQuantity));
     m_ui->txtAnsLimDate->setFocus();
     EnterDate();
 }
 
+/// Without a line there is nothing to answer; what is left is the way back.
+void SC030120::ShowNothing()
+{
+    ShowMessage(Message::NoData);
+    m_ui->Frame6->setEnabled(false);
+    m_ui->cmdRegister->setEnabled(false);
+    m_ui->cmdExit->setFocus();
+}
+
 void SC030120::EnterDate()
 {
-    UnformatDateField(*m_ui->txtAnsLimDate, 1);
-    m_ui->txtAnsLimDate->selectAll();
+    QLineEdit *box = m_ui->txtAnsLimDate;
+    ShowForm(*box, *m_date, UnformatDateText(box->text(), 1));
+    box->selectAll();
 }
 
 void SC030120::EnterQuantity()
 {
     // A text that has been refused comes back as it was typed.
-    const QString shown = Trim(m_ui->txtAnsVal->text()).remove(',');
-    if (IsNumberInSpec(shown, DigitSpec::Quantity))
-        m_ui->txtAnsVal->setText(QuantityOf(shown).ToText());
-    m_ui->txtAnsVal->selectAll();
+    QLineEdit *box = m_ui->txtAnsVal;
+    ShowForm(*box, *m_quantity, TypedQuantity(box->text()));
+    box->selectAll();
 }
 
 bool SC030120::CheckDate()
 {
     QLineEdit *box = m_ui->txtAnsLimDate;
-    if (box->text().isEmpty())
-        return true;
-    if (IsValidDate(StoredDate(box->text()))) {
-        FormatDateField(*box, 1);
+    if (EnteredDate()) {
+        ShowForm(*box, *m_date, FormatDateText(box->text(), 1));
         return true;
     }
     box->setFocus();
@@ -136,9 +205,8 @@ bool SC030120::CheckDate()
 bool SC030120::CheckQuantity()
 {
     QLineEdit *box = m_ui->txtAnsVal;
-    const QString typed = Trim(box->text()).remove(',');
-    if (IsNumberInSpec(typed, DigitSpec::Quantity)) {
-        box->setText(ShownQuantity(QuantityOf(typed)));
+    if (const auto quantity = EnteredQuantity()) {
+        ShowForm(*box, *m_quantity, ShownQuantity(*quantity));
         return true;
     }
     box->setFocus();
@@ -146,14 +214,66 @@ bool SC030120::CheckQuantity()
     return false;
 }
 
+std::optional<QString> SC030120::EnteredDate() const
+{
+    const QString text = m_ui->txtAnsLimDate->text();
+    if (!m_date->IsShown() && (text.isEmpty() || IsTypedOrShownDate(text)))
+        return StoredDate(text);
+    return IsDateEdited() ? std::nullopt : std::optional(m_state.detail.answeredDate);
+}
+
+std::optional<Decimal> SC030120::EnteredQuantity() const
+{
+    const QString typed = Trim(m_ui->txtAnsVal->text()).remove(',');
+    if (!m_quantity->IsShown() && IsNumberInSpec(typed, DigitSpec::Quantity))
+        return QuantityOf(typed);
+    return IsQuantityEdited() ? std::nullopt : std::optional(m_state.detail.answeredQuantity);
+}
+
+QString SC030120::EnteredRemarks() const
+{
+    const QString text = m_ui->txtBiko->text();
+    if (text == m_shownRemarks)
+        return m_stored.remarks;
+    return QString(text).replace(LineBreakSign, LineBreak().match(m_stored.remarks).captured());
+}
+
+bool SC030120::IsDateEdited() const
+{
+    const QString text = m_ui->txtAnsLimDate->text();
+    const QString shown = ShownDate(m_state.detail.answeredDate);
+    return !m_date->IsShown() && text != shown && text != UnformatDateText(shown, 1);
+}
+
+bool SC030120::IsQuantityEdited() const
+{
+    const QString text = m_ui->txtAnsVal->text();
+    const QString shown = ShownQuantity(m_state.detail.answeredQuantity);
+    return !m_quantity->IsShown() && text != shown && text != TypedQuantity(shown);
+}
+
+bool SC030120::IsEdited() const
+{
+    return IsDateEdited() || IsQuantityEdited() || m_ui->txtBiko->text() != m_shownRemarks;
+}
+
+void SC030120::reject()
+{
+    if (IsEdited()
+        && MsgBox("登録していない変更があります。破棄して戻りますか",
+                  BoxStyle::Question + BoxStyle::YesNo + BoxStyle::DefaultButton2, "確認")
+               != BoxButton::Yes)
+        return;
+    QDialog::reject();
+}
+
 void SC030120::cmdRegister_Click()
 {
     if (!CheckDate() || !CheckQuantity())
         return;
     DetailLine &line = m_state.detail;
-    const DetailEntry entry{StoredDate(m_ui->txtAnsLimDate->text()),
-                            QuantityOf(Trim(m_ui->txtAnsVal->text())), m_ui->txtBiko->text()};
-    if (!SaveDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo}, entry))
+    const DetailEntry entry{*EnteredDate(), *EnteredQuantity(), EnteredRemarks()};
+    if (!SaveDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo}, entry, m_stored))
         return;
     ShowMessage(Message::Registered);
     line.answeredDate = entry.answeredDate;

@@ -2,7 +2,9 @@
 
 #include "answerlist/SC030110.h"
 #include "app/CompanyLoading.h"
+#include "data/DailyCheck.h"
 #include "data/Tables.h"
+#include "forms/Form.h"
 #include "output/AnswerCreation.h"
 #include "output/OutputFolders.h"
 #include "platform/MsgBox.h"
@@ -11,8 +13,10 @@
 #include "search/bTLName.h"
 #include "util/VbText.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QFileInfo>
+#include <QStandardPaths>
+#include <QStatusBar>
 
 namespace {
 
@@ -60,6 +64,14 @@ QString FindDatabaseDir(const Files &files, const IniFile &ini, const QString &p
     if (!hasDatabase(dir))
         dir = ini.Value("PATH", "DBPATH");
     return hasDatabase(dir) ? dir : QString();
+}
+
+/// Tells of damage in the database in the status bar of whatever screen is open.
+void ShowWarning(const QString &warning)
+{
+    for (QWidget *window : QApplication::topLevelWidgets())
+        if (auto *bar = window->findChild<QStatusBar *>("stbMain"); bar && window->isVisible())
+            SetPanelWarning(*bar, "MSG", warning);
 }
 
 } // namespace
@@ -115,10 +127,11 @@ void SetSearchDefaults(ProgramState &state)
 
 void RunScreens(ProgramState &state)
 {
-    const auto makeAnswers
-        = [&state](AnswerList &list, const WriteStamp &stamp, const ShowStatusText &showStatus) {
-              AnswerCreation(state.db, state.files, list, stamp, showStatus).MakeAnswers();
-          };
+    const auto makeAnswers = [&state](LineList &list, RowSelection &selected,
+                                      const WriteStamp &stamp, const ShowStatusText &showStatus) {
+        return AnswerCreation(state.db, state.files, list, selected, stamp, showStatus)
+            .MakeAnswers();
+    };
     for (;;) {
         SC030010(state).exec();
         state.isReloadNeeded = true;
@@ -138,6 +151,18 @@ void Main(const QString &programDir)
     if (CheckAnswerOutputPaths(state.db, state.files)) {
         state.isSearchMode = true;
         SetSearchDefaults(state);
+        const DailyCheck check(
+            state.files.LocalPath(state.dbPath + DatabaseName), ConnectText,
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+                + "/talven/TL030101.ini",
+            [&state](const QStringList &faults) {
+                if (faults.isEmpty())
+                    return;
+                state.databaseWarning
+                    = QString("データベースに壊れたところがあります（%1）。管理者に連絡してください")
+                          .arg(faults.front().section(':', 0, 0));
+                ShowWarning(state.databaseWarning);
+            });
         RunScreens(state);
     }
     EndApp(state);

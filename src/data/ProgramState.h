@@ -43,9 +43,14 @@ struct DetailLine
     qint64 accNo = 0;
     int accSubNo = 0;
     int shpSubNo = 0;
-    QString answeredDate; ///< stored form
+    QString answeredDate; ///< stored form, or whatever stands in its place; registered or not
     Decimal answeredQuantity;
     bool isWithoutEdiMark = false;
+
+    // As the list knows the line to be stored.
+    QString storedDate;
+    Decimal storedQuantity;
+    bool isAnswered = false; ///< its answer has been output
 };
 
 /// Everything that lives for the whole run and that the screens share. The program's Main owns the
@@ -58,6 +63,7 @@ struct ProgramState
     bDAO db;
     CompanyRecord company;
     SearchConditions conditions;
+    QString databaseWarning; ///< damage found in the database; empty: none is known of
     bool isSearchMode = false;
     bool isListRequested = false;
     bool isReloadNeeded = false;

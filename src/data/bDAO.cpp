@@ -222,7 +222,7 @@ void bDAO::ShowDBErrors()
 
 void bDAO::Show(const MessageBoxRequest &box)
 {
-    if (m_isInTransaction)
+    if (m_isInTransaction || m_keepers > 0)
         m_keptBoxes.push_back(box);
     else
         MsgBox(box.text, box.style, box.title);
@@ -231,7 +231,20 @@ void bDAO::Show(const MessageBoxRequest &box)
 void bDAO::EndTransaction()
 {
     m_isInTransaction = false;
+    ShowKept();
+}
+
+void bDAO::ShowKept()
+{
+    if (m_isInTransaction || m_keepers > 0)
+        return;
     const auto kept = std::exchange(m_keptBoxes, {});
     for (const MessageBoxRequest &box : kept)
         Show(box);
+}
+
+bDAO::BoxesKept::~BoxesKept()
+{
+    --m_db.m_keepers;
+    m_db.ShowKept();
 }

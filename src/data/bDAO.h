@@ -43,6 +43,24 @@ public:
     /// Whether a transaction has begun and not ended. A caller shows its own boxes outside of it.
     bool IsInTransaction() const { return m_isInTransaction; }
 
+    /// While it lives, boxes are kept outside of a transaction too: for whoever holds something
+    /// else that others wait for.
+    class BoxesKept
+    {
+    public:
+        explicit BoxesKept(bDAO &db)
+            : m_db(db)
+        {
+            ++m_db.m_keepers;
+        }
+        ~BoxesKept();
+        BoxesKept(const BoxesKept &) = delete;
+        BoxesKept &operator=(const BoxesKept &) = delete;
+
+    private:
+        bDAO &m_db;
+    };
+
     bool MoveNext(Recordset &rows);
     bool MoveFirst(Recordset &rows);
     bool MoveLast(Recordset &rows);
@@ -77,11 +95,13 @@ private:
     int FieldOrError(const Recordset &rows, QStringView column);
     void Show(const MessageBoxRequest &box);
     void EndTransaction();
+    void ShowKept(); ///< when nothing is held any more
 
     DBEngine m_engine;
     Workspace *m_workspace = &m_engine.Workspaces(0);
     Database *m_database = nullptr;
     bool m_isOpen = false;
     bool m_isInTransaction = false;
-    std::vector<MessageBoxRequest> m_keptBoxes; ///< of the transaction
+    int m_keepers = 0;                          ///< BoxesKept that live
+    std::vector<MessageBoxRequest> m_keptBoxes; ///< of the transaction, or kept for other reasons
 };

@@ -12,6 +12,17 @@
 #include <QStatusBar>
 #include <QStatusTipEvent>
 
+namespace {
+
+/// Has a screen reader read the panel at once.
+void Alert(QLabel *panel)
+{
+    QAccessibleEvent alert(panel, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+} // namespace
+
 Form::Form(QWidget *parent)
     : QDialog(parent)
 {
@@ -47,8 +58,7 @@ void Form::ShowWord(const QString &word)
     if (isHidden)
         m_textBehindWord = panel->text();
     panel->setText(word);
-    QAccessibleEvent alert(panel, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    Alert(panel);
 }
 
 void Form::keyPressEvent(QKeyEvent *event)
@@ -152,8 +162,7 @@ void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
 {
     for (const QString &key : keys) {
         auto *panel = new QLabel(&bar);
-        panel->setObjectName(key);
-        panel->setAccessibleName(key);
+        panel->setObjectName(key); // a screen reader reads its text
         bar.addWidget(panel, key == keys.front() ? 1 : 0);
     }
 }
@@ -163,9 +172,32 @@ QString PanelText(const QStatusBar &bar, const QString &key)
     return bar.findChild<QLabel *>(key)->text();
 }
 
-void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
+namespace {
+
+void Show(QLabel *panel, const QString &text, const QPalette &colors)
 {
-    auto *panel = bar.findChild<QLabel *>(key);
+    panel->setPalette(colors);
+    panel->setAutoFillBackground(colors.isBrushSet(QPalette::Active, QPalette::Window));
     panel->setText(text);
     panel->repaint();
+}
+
+} // namespace
+
+void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
+{
+    Show(bar.findChild<QLabel *>(key), text, {});
+}
+
+void SetPanelWarning(QStatusBar &bar, const QString &key, const QString &text)
+{
+    constexpr QRgb Amber = qRgb(0xFF, 0xC8, 0x30);
+    auto *panel = bar.findChild<QLabel *>(key);
+    const bool isNew = panel->text() != text;
+    QPalette colors;
+    colors.setColor(QPalette::Window, QColor(Amber));
+    colors.setColor(QPalette::WindowText, Qt::black);
+    Show(panel, text, colors);
+    if (isNew)
+        Alert(panel);
 }

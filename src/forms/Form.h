@@ -75,3 +75,7 @@ QString PanelText(const QStatusBar &bar, const QString &key);
 
 /// Shows a text in a panel of the status bar and paints it at once, even within a long run.
 void SetPanelText(QStatusBar &bar, const QString &key, const QString &text);
+
+/// The same in the colours of a warning, which a screen reader reads at once. The next text in the
+/// panel ends it.
+void SetPanelWarning(QStatusBar &bar, const QString &key, const QString &text);

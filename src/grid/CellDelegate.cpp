@@ -1,6 +1,6 @@
 #include "grid/CellDelegate.h"
 
-#include "grid/SpreadGrid.h"
+#include "grid/GridView.h"
 
 #include <QPainter>
 #include <algorithm>
@@ -22,7 +22,7 @@ QColor Readable(const QColor &text, const QColor &background)
 
 } // namespace
 
-CellDelegate::CellDelegate(SpreadGrid *grid)
+CellDelegate::CellDelegate(GridView *grid)
     : QStyledItemDelegate(grid)
     , m_grid(grid)
 {

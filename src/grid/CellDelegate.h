@@ -2,14 +2,14 @@
 
 #include <QStyledItemDelegate>
 
-class SpreadGrid;
+class GridView;
 
 /// Paints a grid's cells as the style does, with a frame around the active one, and makes their
 /// editors. Colours of a cell's own stay readable whatever the palette is.
 class CellDelegate : public QStyledItemDelegate
 {
 public:
-    explicit CellDelegate(SpreadGrid *grid);
+    explicit CellDelegate(GridView *grid);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
@@ -24,5 +24,5 @@ private:
     // The grid itself decides when an edit ends.
     bool eventFilter(QObject *, QEvent *) override { return false; }
 
-    SpreadGrid *m_grid;
+    GridView *m_grid;
 };

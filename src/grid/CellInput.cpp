@@ -11,22 +11,13 @@ void DateCellInput::Prepare(QLineEdit &editor) const
     FieldInput::AttachDate(editor);
 }
 
-QString DateCellInput::ToTyped(const QString &shown) const
+bool DateCellInput::Accepts(const QString &typed) const
 {
-    return UnformatDateText(shown, 1);
-}
-
-bool DateCellInput::ToShown(const QString &typed, QString &shown) const
-{
-    shown = Trim(typed);
-    if (shown.isEmpty())
+    const QString date = Trim(typed);
+    if (date.isEmpty() || IsTypedOrShownDate(date))
         return true;
-    if (!IsTypedOrShownDate(shown)) {
-        ShowMessage(Message::WrongDate);
-        return false;
-    }
-    shown = FormatDateText(shown, 1);
-    return true;
+    ShowMessage(Message::WrongDate);
+    return false;
 }
 
 void QuantityCellInput::Prepare(QLineEdit &editor) const
@@ -34,18 +25,10 @@ void QuantityCellInput::Prepare(QLineEdit &editor) const
     FieldInput::AttachNumber(editor, DigitSpec::Quantity);
 }
 
-QString QuantityCellInput::ToTyped(const QString &shown) const
+bool QuantityCellInput::Accepts(const QString &typed) const
 {
-    return Trim(shown).isEmpty() ? QString() : QuantityOf(shown).ToText();
-}
-
-bool QuantityCellInput::ToShown(const QString &typed, QString &shown) const
-{
-    const QString number = Trim(typed);
-    if (!IsNumberInSpec(number, DigitSpec::Quantity)) {
-        ShowMessage(Message::WrongNumber);
-        return false;
-    }
-    shown = FormatQuantity(QuantityOf(number));
-    return true;
+    if (IsNumberInSpec(Trim(typed), DigitSpec::Quantity))
+        return true;
+    ShowMessage(Message::WrongNumber);
+    return false;
 }

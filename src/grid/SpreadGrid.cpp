@@ -1,37 +1,17 @@
 #include "grid/SpreadGrid.h"
 
-#include "grid/CellDelegate.h"
-
 #include <QHeaderView>
 #include <algorithm>
 
 SpreadGrid::SpreadGrid(QWidget *parent)
-    : QTableView(parent)
+    : GridView(parent)
 {
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setModel(&m_model);
-    setItemDelegate(new CellDelegate(this));
-    setSelectionMode(ExtendedSelection);
-    setSelectionBehavior(SelectItems);
-    setEditTriggers(EditKeyPressed | AnyKeyPressed);
-    setTabKeyNavigation(false);
-    setHorizontalScrollMode(ScrollPerPixel);
-    verticalHeader()->setHighlightSections(true);
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    horizontalHeader()->setMinimumSectionSize(24);
-    horizontalHeader()->setStretchLastSection(true);
+}
 
-    // A press on a heading leaves a cell in edit as one on another cell does.
-    for (QHeaderView *header : {horizontalHeader(), verticalHeader()})
-        header->viewport()->installEventFilter(this);
-
-    const auto forgetSelection = [this] { m_isSelectionKnown = false; };
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, forgetSelection);
-    connect(&m_model, &QAbstractItemModel::rowsInserted, this, forgetSelection);
-    connect(&m_model, &QAbstractItemModel::rowsRemoved, this, forgetSelection);
-    connect(&m_model, &QAbstractItemModel::modelReset, this, forgetSelection);
+bool SpreadGrid::IsInside(int column, int row) const
+{
+    return column >= 1 && column <= ColumnCount() && row >= 0 && row <= RowCount();
 }
 
 void SpreadGrid::SetCurrentCell(int column, int row)
@@ -41,12 +21,16 @@ void SpreadGrid::SetCurrentCell(int column, int row)
 
 QString SpreadGrid::Text() const
 {
+    if (!IsInside(m_current.column, m_current.row))
+        return {};
     return m_current.row == 0 ? m_model.Heading(m_current.column)
                               : m_model.Text(m_current.column, m_current.row);
 }
 
 void SpreadGrid::SetText(const QString &text)
 {
+    if (!IsInside(m_current.column, m_current.row))
+        return;
     if (m_current.row == 0)
         m_model.SetHeading(m_current.column, text);
     else
@@ -58,16 +42,24 @@ void SpreadGrid::SetBlock(int column1, int row1, int column2, int row2)
     m_block = {column1, row1, column2, row2};
 }
 
+SpreadGrid::Block SpreadGrid::Inside(const Block &block) const
+{
+    return {std::max(block.column1, 1), std::max(block.row1, 1),
+            std::min(block.column2, ColumnCount()), std::min(block.row2, RowCount())};
+}
+
 SpreadGrid::Block SpreadGrid::Target() const
 {
-    if (m_isBlockMode)
-        return m_block;
-    return {m_current.column, m_current.row, m_current.column, m_current.row};
+    return Inside(m_isBlockMode
+                      ? m_block
+                      : Block{m_current.column, m_current.row, m_current.column, m_current.row});
 }
 
 void SpreadGrid::SetClip(const QString &text)
 {
-    const auto [column1, row1, column2, row2] = m_block;
+    const auto [column1, row1, column2, row2] = Inside(m_block);
+    if (row1 > row2)
+        return;
     const bool isWholeRow = column1 == 1 && column2 == ColumnCount();
     if (isWholeRow && row1 == row2 && text.count('\t') < ColumnCount()) {
         m_model.SetRowText(row1, text);
@@ -89,15 +81,13 @@ void SpreadGrid::SetClip(const QString &text)
 void SpreadGrid::Perform(Action action)
 {
     const Block block = Target();
+    const bool isEmpty = block.row1 > block.row2 || block.column1 > block.column2;
+    if (isEmpty && action != Action::Draw)
+        return;
     switch (action) {
-    case Action::ActivateCell: {
-        const QModelIndex cell = m_model.index(m_current.row - 1, m_current.column - 1);
-        selectionModel()->setCurrentIndex(cell, m_isRowMode ? QItemSelectionModel::ClearAndSelect
-                                                                  | QItemSelectionModel::Rows
-                                                            : QItemSelectionModel::NoUpdate);
-        scrollTo(cell);
+    case Action::ActivateCell:
+        Activate(m_current.column, m_current.row);
         break;
-    }
     case Action::DeleteRows:
         m_model.DeleteRows(block.row1, block.row2);
         break;
@@ -139,6 +129,8 @@ void SpreadGrid::CopyBlock(const Block &block)
         for (int column = block.column1; column <= block.column2; ++column) {
             const int toRow = row + rowShift;
             const int toColumn = column + columnShift;
+            if (toRow < 1 || !IsInside(toColumn, toRow))
+                continue;
             const CellStyle style = m_model.Style(column, row);
             m_model.SetText(toColumn, toRow, m_model.Text(column, row));
             m_model.ChangeStyles(toColumn, toRow, toColumn, toRow,
@@ -197,9 +189,21 @@ void SpreadGrid::SetComboEntries(const QStringList &entries)
                          [&](CellStyle &style) { style.comboEntries = entries; });
 }
 
+bool SpreadGrid::IsLocked(int column, int row) const
+{
+    return row > 0 && IsInside(column, row) && m_model.Style(column, row).isLocked;
+}
+
+const CellStyle *SpreadGrid::CurrentStyle() const
+{
+    const bool isCell = m_current.row > 0 && IsInside(m_current.column, m_current.row);
+    return isCell ? &m_model.Style(m_current.column, m_current.row) : nullptr;
+}
+
 QStringList SpreadGrid::ComboEntries() const
 {
-    return m_model.Style(m_current.column, m_current.row).comboEntries.value_or(QStringList());
+    const CellStyle *style = CurrentStyle();
+    return style ? style->comboEntries.value_or(QStringList()) : QStringList();
 }
 
 int SpreadGrid::ComboIndex() const
@@ -209,35 +213,8 @@ int SpreadGrid::ComboIndex() const
 
 void SpreadGrid::SetComboIndex(int index)
 {
-    SetText(ComboEntries().value(index));
-}
-
-const std::vector<std::pair<int, int>> &SpreadGrid::SelectedRowRanges() const
-{
-    if (m_isSelectionKnown)
-        return m_selectedRows;
-    std::vector<std::pair<int, int>> ranges;
-    for (const QItemSelectionRange &range : selectionModel()->selection())
-        ranges.emplace_back(range.top() + 1, range.bottom() + 1);
-    std::sort(ranges.begin(), ranges.end());
-    m_selectedRows.clear();
-    for (const auto &range : ranges) {
-        if (m_selectedRows.empty() || range.first > m_selectedRows.back().second + 1)
-            m_selectedRows.push_back(range);
-        else
-            m_selectedRows.back().second = std::max(m_selectedRows.back().second, range.second);
-    }
-    m_isSelectionKnown = true;
-    return m_selectedRows;
-}
-
-bool SpreadGrid::IsRowSelected(int row) const
-{
-    const auto &ranges = SelectedRowRanges();
-    const auto after
-        = std::upper_bound(ranges.begin(), ranges.end(), row,
-                           [](int value, const auto &range) { return value < range.first; });
-    return after != ranges.begin() && row <= std::prev(after)->second;
+    if (const CellStyle *style = CurrentStyle(); style && style->comboEntries)
+        SetText(style->comboEntries->value(index));
 }
 
 void SpreadGrid::SetLineStyle(int style)
@@ -246,66 +223,8 @@ void SpreadGrid::SetLineStyle(int style)
     setGridStyle(style == 2 ? Qt::DotLine : Qt::SolidLine);
 }
 
-void SpreadGrid::SetColumnInput(int column, std::unique_ptr<CellInput> input)
-{
-    m_model.SetEditable(column, input != nullptr);
-    m_inputs[column] = std::move(input);
-}
-
 void SpreadGrid::SetColumnLook(int column, int width, Qt::Alignment alignment)
 {
     m_model.SetAlignment(column, alignment);
-    setColumnHidden(column - 1, width == 0);
-    if (width > 0)
-        setColumnWidth(column - 1, width);
-}
-
-void SpreadGrid::SetTextLines(int lines)
-{
-    verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * lines + 8);
-}
-
-void SpreadGrid::SetRowMode()
-{
-    m_isRowMode = true;
-    setSelectionMode(SingleSelection);
-    setSelectionBehavior(SelectRows);
-}
-
-QString SpreadGrid::SelectedText() const
-{
-    QItemSelection selection = selectionModel()->selection();
-    if (selection.isEmpty() && currentIndex().isValid())
-        selection.select(currentIndex(), currentIndex());
-    int firstColumn = ColumnCount();
-    int lastColumn = 1;
-    for (const QItemSelectionRange &range : selection) {
-        firstColumn = std::min(firstColumn, range.left() + 1);
-        lastColumn = std::max(lastColumn, range.right() + 1);
-    }
-    const bool isOneBlock = std::ranges::all_of(selection, [&](const auto &range) {
-        return range.left() + 1 == firstColumn && range.right() + 1 == lastColumn;
-    });
-    std::vector<std::pair<int, int>> rows = SelectedRowRanges();
-    if (rows.empty() && currentIndex().isValid())
-        rows.emplace_back(ActiveRow(), ActiveRow());
-
-    QString text;
-    for (const auto &[first, last] : rows) {
-        for (int row = first; row <= last; ++row) {
-            QStringList cells;
-            for (int column = firstColumn; column <= lastColumn; ++column) {
-                if (isColumnHidden(column - 1))
-                    continue;
-                const bool isTaken
-                    = isOneBlock || selection.contains(m_model.index(row - 1, column - 1));
-                QString cell = isTaken ? m_model.Text(column, row) : QString();
-                if (cell.contains('\r') || cell.contains('\n') || cell.contains('"'))
-                    cell = '"' + cell.replace("\r\n", "\n").replace('"', "\"\"") + '"';
-                cells += cell;
-            }
-            text += cells.join('\t') + '\n';
-        }
-    }
-    return text;
+    SetColumnWidth(column, width);
 }

@@ -6,7 +6,6 @@ void SpreadModel::SetColumnCount(int count)
 {
     beginResetModel();
     m_headings.resize(size_t(count));
-    m_editable.resize(size_t(count));
     m_alignments.resize(size_t(count), Qt::AlignLeft | Qt::AlignTop);
     m_styles.assign(1, RowStyle(size_t(count)));
     for (Row &row : m_rows)
@@ -153,11 +152,6 @@ void SpreadModel::NotifyChanged(int firstRow, int lastRow)
     m_lastChanged = std::max(m_lastChanged, lastRow);
 }
 
-bool SpreadModel::IsEditable(int column, int row) const
-{
-    return m_editable[size_t(column - 1)] && !Style(column, row).isLocked;
-}
-
 int SpreadModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_announcedRows;
@@ -199,10 +193,7 @@ QVariant SpreadModel::headerData(int section, Qt::Orientation orientation, int r
     return QAbstractTableModel::headerData(section, orientation, role);
 }
 
-Qt::ItemFlags SpreadModel::flags(const QModelIndex &index) const
+Qt::ItemFlags SpreadModel::flags(const QModelIndex &) const
 {
-    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-    if (IsEditable(index.column() + 1, index.row() + 1))
-        flags |= Qt::ItemIsEditable;
-    return flags;
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
 }

@@ -62,9 +62,6 @@ public:
     void SetNotifying(bool isNotifying);
     bool IsNotifying() const { return m_isNotifying; }
 
-    /// Which columns can be typed into where the cell is not locked.
-    void SetEditable(int column, bool isEditable) { m_editable[size_t(column - 1)] = isEditable; }
-    bool IsEditable(int column, int row) const;
     Qt::Alignment Alignment(int column) const { return m_alignments[size_t(column - 1)]; }
     void SetAlignment(int column, Qt::Alignment alignment)
     {
@@ -98,7 +95,6 @@ private:
     void NotifyChanged(int firstRow, int lastRow);
 
     std::vector<QString> m_headings;
-    std::vector<bool> m_editable;
     std::vector<Qt::Alignment> m_alignments;
     std::vector<Row> m_rows;
     std::vector<RowStyle> m_styles;

@@ -1,6 +1,6 @@
 #include "output/AnswerCreation.h"
 
-#include "answerlist/AnswerList.h"
+#include "lines/ListLoading.h"
 #include "messages/bMessage.h"
 #include "output/AnswerFile.h"
 #include "output/AnswerSql.h"
@@ -30,86 +30,153 @@ QString CustomerSideCode(const QString &settings)
 
 } // namespace
 
-AnswerCreation::AnswerCreation(bDAO &db, const Files &files, AnswerList &list,
+AnswerCreation::AnswerCreation(bDAO &db, const Files &files, LineList &list, RowSelection &selected,
                                const WriteStamp &stamp, ShowStatusText showStatus)
     : m_db(db)
     , m_files(files)
     , m_list(list)
+    , m_selected(selected)
     , m_stamp(stamp)
     , m_showStatus(std::move(showStatus))
+    , m_surprises(db, list, selected)
 {
 }
 
-void AnswerCreation::MakeAnswers()
+int AnswerCreation::MakeAnswers()
 {
-    m_counts = {};
-    if (RunPreOutputChecks(m_list, m_showStatus, m_counts.participants)) {
-        m_list.SetRedraw(false);
+    const CheckResult check = RunPreOutputChecks(m_list, m_selected, m_showStatus);
+    m_counts.participants = check.participants;
+    if (check.isPassed && m_surprises.Confirm(m_showStatus)) {
         m_showStatus(RegistrationText);
-        if (Registration(m_db, m_list).RegisterAnswers(m_counts.registered, m_showStatus)) {
+        Registration registration(m_db, m_list, m_selected,
+                                  [this](qint64 accNo, const LineList &stored) {
+                                      return m_surprises.IsAsAgreed(accNo, stored);
+                                  });
+        const bool isRegistered = registration.RegisterAnswers(m_counts.registered, m_showStatus);
+        m_leftOut = registration.ChangedElsewhere();
+        if (isRegistered) {
             m_showStatus(CreationText);
             RunAnswerCreation();
             TellOfReplacedCharacters();
         }
-        m_list.SetRedraw(true);
     }
+    m_selected = m_selected.Without(std::move(m_answeredRows));
     m_showStatus({});
+    return check.failedRow;
 }
 
 bool AnswerCreation::RunAnswerCreation()
 {
     qint64 lastAccNo = 0;
-    LongWork work(m_showStatus, CreationText, m_list.RowCount());
-    for (int row = 1; row <= m_list.RowCount(); ++row) {
-        work.Step();
-        const ListRow line = m_list.Row(row);
-        const bool isAnswered = !line.IsShipped() && line.View(ListColumn::Skipped).isEmpty()
-                                && m_list.IsSelected(row) && line.AccNo() != lastAccNo;
-        if (!isAnswered)
+    LongWork work(m_showStatus, CreationText, m_list.Count());
+    for (int row = 1; row <= m_list.Count() && !m_isStopped; ++row) {
+        const Line &line = m_list.At(row);
+        m_isStopped = !work.Step();
+        const qint64 accNo = line.Key().accNo;
+        if (m_isStopped || line.IsShipped() || !m_selected.Contains(row) || accNo == lastAccNo)
             continue;
-        lastAccNo = line.AccNo();
-        bool ok = false;
-        bool written = false;
-        MakeOrderAnswer(line, ok, written);
-        if (!ok) {
-            ShowMessage(Message::NotCreated);
+        lastAccNo = accNo;
+        if (!AnswerOrder(row))
             return false;
-        }
-        m_counts.records += written;
-        MarkRowsAnswered(lastAccNo);
     }
     ShowSummary();
     return true;
 }
 
-void AnswerCreation::MakeOrderAnswer(const ListRow &row, bool &ok, bool &written)
+/// Answers the order of a row. False when it failed and the run is to end: the operator has been
+/// told.
+bool AnswerCreation::AnswerOrder(int row)
 {
-    ok = false;
-    written = false;
-    const auto lines = m_db.OpenRS(BuildAnswerSelectSql(row.AccNo(), row.IsEdi()));
-    if (!lines)
-        return;
-    if (m_db.IsEOF(lines.get())) {
-        ShowMessage(Message::NoData);
-        return;
+    const qint64 accNo = m_list.At(row).Key().accNo;
+    const QString orderNo = m_list.At(row).OrderNo();
+    bool written = false;
+    const Outcome outcome
+        = m_leftOut.contains(accNo) ? Outcome::ChangedElsewhere : MakeOrderAnswer(row, written);
+    if (outcome == Outcome::ChangedElsewhere) {
+        if (m_leftOut.insert(accNo).second)
+            GiveOrderUp(m_db, m_list, accNo);
+        if (!m_leftOutOrders.contains(orderNo))
+            m_leftOutOrders += orderNo;
+        return true;
     }
-    const QString settings = m_db.NullToRTrim(*lines, u"HenpVerPath");
-    const QString path = m_db.NullToTrim(*lines, u"NokiInfPath");
-    if (m_db.NullToZero(*lines, u"NokiInfKBN") == IsWritten) {
-        // A record that can't be written leaves the order unanswered.
-        if (!FillRecord(*lines, row) || !WriteRecord(path, settings, row.OrderNo()))
-            return;
-        written = true;
+    if (outcome != Outcome::Answered) {
+        ShowMessage(Message::NotCreated);
+        return false;
     }
-    ok = MarkAnswered(row.AccNo());
+    m_counts.records += written;
+    ++m_ordersDone;
+    MarkRowsAnswered(accNo);
+    return true;
 }
 
-bool AnswerCreation::FillRecord(Recordset &lines, const ListRow &row)
+/// One order, from its file's lock to the mark of its lines. The file comes first, so that nobody
+/// waits for it while holding the database; what went wrong is told when both are free again.
+AnswerCreation::Outcome AnswerCreation::MakeOrderAnswer(int row, bool &written)
+{
+    const Line &line = m_list.At(row);
+    QString path = line.OutputPath();
+    Outcome outcome = Outcome::PathChanged;
+    // The customer's file may have been changed in the master since the list was loaded.
+    for (int attempt = 0; attempt < 2 && outcome == Outcome::PathChanged; ++attempt) {
+        const bDAO::BoxesKept kept(m_db); // told when the file is free again
+        std::unique_ptr<AnswerFile> file;
+        if (!path.isEmpty()) {
+            file = std::make_unique<AnswerFile>(m_files, path);
+            if (!file->Open())
+                return Outcome::DatabaseError; // told already
+        }
+        if (!m_db.BeginTrans()) {
+            outcome = Outcome::NotMarked;
+            break;
+        }
+        outcome = AnswerInTransaction(line, file.get(), path, written);
+        if (outcome == Outcome::Answered && !m_db.CommitTrans())
+            outcome = Outcome::NotMarked;
+        if (outcome != Outcome::Answered)
+            m_db.Rollback();
+    }
+    TellWhy(outcome, path);
+    return outcome;
+}
+
+AnswerCreation::Outcome AnswerCreation::AnswerInTransaction(const Line &line, AnswerFile *file,
+                                                            QString &path, bool &written)
+{
+    const qint64 accNo = line.Key().accNo;
+    LineList stored;
+    if (!ReadOrders(m_db, {accNo}, stored))
+        return Outcome::DatabaseError;
+    if (!m_surprises.IsAsAgreed(accNo, stored))
+        return Outcome::ChangedElsewhere;
+    const auto lines = m_db.OpenRS(BuildAnswerSelectSql(accNo, line.IsEdi()));
+    if (!lines)
+        return Outcome::DatabaseError;
+    if (m_db.IsEOF(lines.get()))
+        return Outcome::NoLines;
+    const bool isFileKept = m_db.NullToZero(*lines, u"NokiInfKBN") == IsWritten;
+    const QString storedPath = isFileKept ? m_db.NullToTrim(*lines, u"NokiInfPath") : QString();
+    if (storedPath != path) {
+        path = storedPath;
+        return Outcome::PathChanged;
+    }
+    if (file) {
+        const QString settings = m_db.NullToRTrim(*lines, u"HenpVerPath");
+        Outcome outcome = FillRecord(*lines, line.IsEdi());
+        if (outcome == Outcome::Answered)
+            outcome = WriteRecord(*file, settings, line.OrderNo());
+        if (outcome != Outcome::Answered)
+            return outcome; // a record that can't be written leaves the order unanswered
+        written = true;
+    }
+    return MarkAnswered(accNo, stored);
+}
+
+AnswerCreation::Outcome AnswerCreation::FillRecord(Recordset &lines, bool isEdi)
 {
     const auto text = [&](QStringView column) { return m_db.NullToRTrim(lines, column); };
+    const auto exact = [&](QStringView column) { return lines.Text(lines.FieldIndex(column)); };
     const auto quantity
         = [&](QStringView column) { return Decimal::FromDouble(m_db.NullToZero(lines, column)); };
-    const auto stored = [&](QStringView column) { return lines.Text(lines.FieldIndex(column)); };
     ClearAnswerRecord(m_record);
     m_record.infoKind = AnswerInfoKind;
     m_record.processingDate = m_stamp.date;
@@ -124,7 +191,7 @@ bool AnswerCreation::FillRecord(Recordset &lines, const ListRow &row)
     m_record.customerProductCode = text(u"AccHinCD");
     m_record.ownProductCode = text(u"HinCD");
     m_record.customerSectionName = text(u"CustSecName");
-    if (row.IsEdi()) {
+    if (isEdi) {
         m_record.deliveryKind = text(u"CockKBN");
         m_record.buyer = text(u"KobaiTanto");
     }
@@ -134,68 +201,79 @@ bool AnswerCreation::FillRecord(Recordset &lines, const ListRow &row)
 
     m_record.answerKind = "1";
     for (size_t slot = 0; !m_db.IsEOF(&lines); ++slot, m_db.MoveNext(lines)) {
-        if (slot == m_record.lines.size()) {
-            const int error = RuntimeError::SubscriptOutOfRange;
-            MsgBox(QString("実行時エラー '%1':\r\r%2")
-                       .arg(error)
-                       .arg(RuntimeError::Description(error)),
-                   BoxStyle::Critical, ProgramId);
-            return false;
-        }
-        const QString answeredDate = stored(u"AnsLimDate");
-        m_record.lines[slot] = {stored(u"LimDate"), stored(u"PayNo"),
+        if (slot == m_record.lines.size())
+            return Outcome::TooManyLines;
+        const QString answeredDate = exact(u"AnsLimDate");
+        m_record.lines[slot] = {exact(u"LimDate"), exact(u"PayNo"),
                                 Trim(answeredDate).isEmpty() ? NoDate : answeredDate,
-                                quantity(u"AnsVal"), stored(u"AnsMark")};
+                                quantity(u"AnsVal"), exact(u"AnsMark")};
         if (m_db.NullToZero(lines, u"AnsLimUmu") == AnswerOutput)
             m_record.answerKind = "2";
     }
-    return true;
+    return Outcome::Answered;
 }
 
-bool AnswerCreation::WriteRecord(const QString &path, const QString &layoutSettings,
-                                 const QString &orderNo)
+AnswerCreation::Outcome AnswerCreation::WriteRecord(AnswerFile &file, const QString &layoutSettings,
+                                                    const QString &orderNo)
 {
     const int length = HasShortLayout(layoutSettings) ? ShortRecordLength : LongRecordLength;
-    AnswerFile file(m_files, path);
-    if (!file.Open())
-        return false;
-    bool isComplete = true;
-    int error = file.Mend();
-    if (error == RuntimeError::None) {
-        m_record.recordNumber = Decimal(file.LastRecordNumber(length) + 1);
-        isComplete = PackAnswerRecord(m_record, m_buffer);
-        error = file.AppendLine(BlankLineBreaks(QByteArray(m_buffer.data(), length), {}));
-    }
-    if (error != RuntimeError::None) {
-        ShowFileError(error, path);
-        return false;
-    }
+    m_fileError = file.Mend();
+    if (m_fileError != RuntimeError::None)
+        return Outcome::FileError;
+    m_record.recordNumber = Decimal(file.LastRecordNumber(length) + 1);
+    const bool isComplete = PackAnswerRecord(m_record, m_buffer);
+    m_fileError = file.AppendLine(BlankLineBreaks(QByteArray(m_buffer.data(), length), {}));
+    if (m_fileError != RuntimeError::None)
+        return Outcome::FileError;
     if (!isComplete)
         m_incompleteOrders += orderNo;
-    return true;
+    return Outcome::Answered;
 }
 
-bool AnswerCreation::MarkAnswered(qint64 accNo)
+/// Where all lines that the record holds are on their way already, none is to be marked.
+AnswerCreation::Outcome AnswerCreation::MarkAnswered(qint64 accNo, const LineList &stored)
 {
-    if (!m_db.BeginTrans()) {
-        ShowMessage(Message::NotUpdated);
-        return false;
+    bool isAnyToMark = false;
+    for (int row = 1; row <= stored.Count(); ++row) {
+        const Line &line = stored.At(row);
+        isAnyToMark |= line.MayBeMarked() && line.IsAnswerable(line.Stored());
     }
-    if (m_db.DBExecute(BuildMarkAnsweredSql(accNo, m_stamp)) && m_db.CommitTrans())
-        return true;
-    m_db.Rollback();
-    ShowMessage(Message::NotUpdated);
-    return false;
+    return !isAnyToMark || m_db.DBExecute(BuildMarkAnsweredSql(accNo, m_stamp))
+               ? Outcome::Answered
+               : Outcome::NotMarked;
+}
+
+void AnswerCreation::TellWhy(Outcome outcome, const QString &path) const
+{
+    constexpr int Error = RuntimeError::SubscriptOutOfRange;
+    switch (outcome) {
+    case Outcome::NoLines:
+        ShowMessage(Message::NoData);
+        break;
+    case Outcome::TooManyLines:
+        MsgBox(QString("実行時エラー '%1':\r\r%2").arg(Error).arg(RuntimeError::Description(Error)),
+               BoxStyle::Critical, ProgramId);
+        break;
+    case Outcome::FileError:
+        ShowFileError(m_fileError, path);
+        break;
+    case Outcome::NotMarked:
+        ShowMessage(Message::NotUpdated);
+        break;
+    default:
+        break; // told elsewhere
+    }
 }
 
 void AnswerCreation::MarkRowsAnswered(qint64 accNo)
 {
     for (const int row : m_list.RowsOfOrder(accNo)) {
-        const ListRow line = m_list.Row(row);
-        if (line.IsShipped() || !line.View(ListColumn::Skipped).isEmpty() || !line.IsAnswerable())
+        Line &line = m_list.At(row);
+        m_answeredRows.push_back(row);
+        if (!line.MayBeAnswered() || !line.IsAnswerable(line.Stored()))
             continue;
-        m_list.SetCell(row, ListColumn::States, QString(DoneMark) + CellLineBreak + " ");
-        ++m_counts.lines;
+        line.Answered();
+        m_counts.lines += line.MayBeMarked();
     }
 }
 
@@ -213,8 +291,25 @@ void AnswerCreation::ShowSummary() const
                          + line("納期回答情報作成件数", m_counts.records)
                          + "\r＜補足説明＞\r"
                            "行を選択された件数、納期回答処理件数、納期回答情報作成件数は\r"
-                           "得意先ごとの設定により、件数が異なることがあります";
+                           "得意先ごとの設定により、件数が異なることがあります"
+                         + SummaryNotes();
     MsgBox(text, BoxStyle::Information, "納期回答入力");
+}
+
+/// What the run left undone; empty when nothing.
+QString AnswerCreation::SummaryNotes() const
+{
+    constexpr int MostNamed = 10;
+    QString notes;
+    if (m_isStopped)
+        notes += QString("\r\rEsc で中断しました。%1 件の注文を処理し、残りはそのままです")
+                     .arg(m_ordersDone);
+    if (!m_leftOutOrders.isEmpty())
+        notes += QString("\r\rほかの人が変更したため、%1 件の注文を回答していません\r注文№ %2%3")
+                     .arg(m_leftOutOrders.size())
+                     .arg(m_leftOutOrders.mid(0, MostNamed).join("、"))
+                     .arg(m_leftOutOrders.size() > MostNamed ? " など" : "");
+    return notes;
 }
 
 void AnswerCreation::TellOfReplacedCharacters() const

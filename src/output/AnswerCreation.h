@@ -1,26 +1,29 @@
 #pragma once
 
-#include "answerlist/Registration.h"
 #include "data/ProgramState.h"
+#include "lines/Registration.h"
 #include "output/AnswerRecord.h"
 #include "output/OutputFiles.h"
 #include "output/PreOutputChecks.h"
+#include "output/Surprises.h"
 
 #include <QStringList>
 
-class AnswerList;
+class AnswerFile;
 
 /// Turns the answers on the list into records of the customers' answer files and marks their lines
 /// answered. One object is one run.
 class AnswerCreation
 {
 public:
-    /// `stamp` is the date and time that the list screen was loaded at.
-    AnswerCreation(bDAO &db, const Files &files, AnswerList &list, const WriteStamp &stamp,
-                   ShowStatusText showStatus);
+    /// `selected` are the rows to answer; those of answered orders leave it. `stamp` is the date
+    /// and time that the list screen was loaded at.
+    AnswerCreation(bDAO &db, const Files &files, LineList &list, RowSelection &selected,
+                   const WriteStamp &stamp, ShowStatusText showStatus);
 
-    /// The whole run: checks, registration, records and marks, summary.
-    void MakeAnswers();
+    /// The whole run: checks, questions, registration, records and marks, summary. Returns the row
+    /// that the checks stopped at; 0 when they passed.
+    int MakeAnswers();
 
     /// The part after the registration: one record for each selected order, and the summary. False
     /// when an order failed; the operator has been told.
@@ -36,21 +39,45 @@ public:
     const Counts &Count() const { return m_counts; }
 
 private:
-    void MakeOrderAnswer(const ListRow &row, bool &ok, bool &written);
-    bool FillRecord(Recordset &lines, const ListRow &row);
-    bool WriteRecord(const QString &path, const QString &layoutSettings, const QString &orderNo);
-    bool MarkAnswered(qint64 accNo);
+    /// How it went with one order.
+    enum class Outcome {
+        Answered,
+        NoLines,
+        TooManyLines,
+        FileError,
+        NotMarked,
+        DatabaseError,
+        PathChanged,
+        ChangedElsewhere,
+    };
+
+    bool AnswerOrder(int row);
+    Outcome MakeOrderAnswer(int row, bool &written);
+    Outcome AnswerInTransaction(const Line &line, AnswerFile *file, QString &path, bool &written);
+    Outcome FillRecord(Recordset &lines, bool isEdi);
+    Outcome WriteRecord(AnswerFile &file, const QString &layoutSettings, const QString &orderNo);
+    Outcome MarkAnswered(qint64 accNo, const LineList &stored);
+    void TellWhy(Outcome outcome, const QString &path) const;
     void MarkRowsAnswered(qint64 accNo);
     void ShowSummary() const;
+    QString SummaryNotes() const;
     void TellOfReplacedCharacters() const;
 
     bDAO &m_db;
     OutputFiles m_files;
-    AnswerList &m_list;
+    LineList &m_list;
+    RowSelection &m_selected;
     WriteStamp m_stamp;
     ShowStatusText m_showStatus;
+    Surprises m_surprises;
     AnswerRecord m_record;
     AnswerBuffer m_buffer = {};
+    int m_fileError = 0;
     QStringList m_incompleteOrders; ///< whose records have "?" for characters without a code
+    QStringList m_leftOutOrders;    ///< that somebody else has changed
+    std::set<qint64> m_leftOut;
+    std::vector<int> m_answeredRows; ///< of the orders answered
+    int m_ordersDone = 0;
+    bool m_isStopped = false;
     Counts m_counts;
 };

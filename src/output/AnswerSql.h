@@ -1,6 +1,6 @@
 #pragma once
 
-#include "answerlist/DeliveryLine.h"
+#include "lines/LineSql.h"
 
 #include <QString>
 

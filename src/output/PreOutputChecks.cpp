@@ -1,7 +1,6 @@
 #include "output/PreOutputChecks.h"
 
-#include "answerlist/AnswerList.h"
-#include "answerlist/Registration.h"
+#include "lines/Registration.h"
 #include "messages/bMessage.h"
 
 #include <unordered_map>
@@ -9,96 +8,82 @@
 
 namespace {
 
-constexpr int AnswersNeedDate = 2; ///< LinKBN
-
-/// A row that takes part, with what the checks ask of it.
-struct Participant
+/// The rows that take part. What an earlier check found on them is no more.
+std::vector<int> FindParticipants(LineList &list, const RowSelection &selected,
+                                  const ShowStatusText &showStatus)
 {
-    int row;
-    qint64 accNo;
-    int linKBN;
-    Decimal quantity;
-    Decimal open;
-    bool hasDate;
-};
-
-std::vector<Participant> FindParticipants(AnswerList &list, const ShowStatusText &showStatus)
-{
-    LongWork work(showStatus, "回答をチェックしています…", list.RowCount());
-    std::vector<Participant> found;
-    found.reserve(size_t(list.RowCount()));
-    for (int row = 1; row <= list.RowCount(); ++row) {
+    LongWork work(showStatus, "回答をチェックしています…", list.Count());
+    std::vector<int> found;
+    for (int row = 1; row <= list.Count(); ++row) {
         work.Step();
-        const ListRow line = list.Row(row);
-        if (DecideRow(line, list.IsSelected(row)) == RowKind::NotWritten)
+        Line &line = list.At(row);
+        if (DecideRow(line, selected.Contains(row)) == RowKind::NotWritten)
             continue;
-        if (!line.View(ListColumn::Error).isEmpty())
-            list.SetCell(row, ListColumn::Error, {});
-        found.push_back({row, line.AccNo(), line.LinKBN(), line.AnsweredQuantity(),
-                         line.OpenQuantity(), !line.AnsweredDate().isEmpty()});
+        line.SetError(LineError::None);
+        found.push_back(row);
     }
     return found;
 }
 
-QString LineError(const Participant &line)
+LineError OwnError(const Line &line)
 {
-    if (line.quantity.IsZero())
-        return "回答数量が、0です";
-    if (line.linKBN == AnswersNeedDate && !line.hasDate)
-        return "回答納期が入力されていません";
-    return {};
+    if (line.Now().quantity.IsZero())
+        return LineError::NoQuantity;
+    return line.NeedsDate() && line.Now().date.isEmpty() ? LineError::NoDate : LineError::None;
 }
 
-QString SumError(const Participant &line, const Decimal &sum)
+LineError SumError(const Line &line, const Decimal &sum)
 {
     constexpr int Decimals = 3;
     if (sum.IsZero())
-        return "回答数量合計が、0です";
-    if (sum.Rounded(Decimals) > line.open.Rounded(Decimals))
-        return "回答数量合計が、注残数を超えています";
-    return {};
+        return LineError::NoSum;
+    return sum.Rounded(Decimals) > line.OpenQuantity().Rounded(Decimals) ? LineError::MoreThanOpen
+                                                                         : LineError::None;
 }
 
-/// Runs the check on every row; the first error is written to its row.
+/// Runs the check on every row; the first error is written to its line, whose row it returns.
 template <typename Check>
-bool CheckRows(AnswerList &list, const std::vector<Participant> &lines, Check &&check)
+int FirstFailing(LineList &list, const std::vector<int> &rows, Check &&check)
 {
-    for (const Participant &line : lines) {
-        const QString error = check(line);
-        if (error.isEmpty())
-            continue;
-        list.SetCell(line.row, ListColumn::Error, error);
-        list.Activate(line.row);
-        return false;
+    for (const int row : rows) {
+        Line &line = list.At(row);
+        line.SetError(check(line));
+        if (line.Error() != LineError::None)
+            return row;
     }
-    return true;
+    return 0;
 }
 
 } // namespace
 
-bool RunPreOutputChecks(AnswerList &list, const ShowStatusText &showStatus, int &participants)
+CheckResult RunPreOutputChecks(LineList &list, const RowSelection &selected,
+                               const ShowStatusText &showStatus)
 {
-    const std::vector<Participant> lines = FindParticipants(list, showStatus);
-    participants = int(lines.size());
-    if (lines.empty()) {
+    CheckResult result;
+    const std::vector<int> rows = FindParticipants(list, selected, showStatus);
+    result.participants = int(rows.size());
+    if (rows.empty()) {
         ShowMessage(Message::NoValidRow, "※ 出荷済のものは、納期回答作成対象にはなりません");
-        return false;
+        return result;
     }
     showStatus("回答数が 0でないかチェックしています…");
-    if (!CheckRows(list, lines, LineError))
-        return false;
+    result.failedRow = FirstFailing(list, rows, OwnError);
+    if (result.failedRow > 0)
+        return result;
 
     showStatus("回答数合計が、注残数を超えているかチェックしています…");
     std::unordered_map<qint64, Decimal> sums;
-    sums.reserve(lines.size());
-    for (const Participant &line : lines)
-        sums[line.accNo] += line.quantity;
-    if (!CheckRows(list, lines,
-                   [&](const Participant &line) { return SumError(line, sums[line.accNo]); }))
-        return false;
+    sums.reserve(rows.size());
+    for (const int row : rows)
+        sums[list.At(row).Key().accNo] += list.At(row).Now().quantity;
+    result.failedRow = FirstFailing(
+        list, rows, [&](const Line &line) { return SumError(line, sums[line.Key().accNo]); });
+    if (result.failedRow > 0)
+        return result;
 
     // The folders themselves were checked at start-up, and are again when a record is written.
     showStatus("納期回答出力パスの正当性をチェックしています…");
     showStatus({});
-    return true;
+    result.isPassed = true;
+    return result;
 }

@@ -42,6 +42,8 @@ SC030010::SC030010(ProgramState &state, QWidget *parent)
     m_ui->setupUi(this);
     AddStatusPanels(*m_ui->stbMain, {"MSG", "DATE"});
     SetPanelText(*m_ui->stbMain, "DATE", NowDateText());
+    if (!state.databaseWarning.isEmpty())
+        SetPanelWarning(*m_ui->stbMain, "MSG", state.databaseWarning);
     m_ui->tabDate->setDrawBase(false);
     for (const DateTab &tab : DateTabs) {
         const bool isHidden

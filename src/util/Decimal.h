@@ -44,7 +44,8 @@ public:
     friend std::strong_ordering operator<=>(const Decimal &a, const Decimal &b);
 
 private:
-    __extension__ using Digits = __int128;
+    // Aligned as other numbers are: a list holds millions of these.
+    __extension__ using Digits [[gnu::aligned(8)]] = __int128;
     Decimal(Digits digits, int decimals);
 
     /// Takes the last digit off a number that is not negative.

@@ -1,16 +1,27 @@
-#include "ListFixture.h"
-
 #include "answerlist/AnswerDetail.h"
+
+#include "lines/LinesFixture.h"
 
 namespace {
 
-class AnswerDetailTest : public ListFixture
+using Told = std::vector<QString>;
+
+constexpr auto NoData = "データが存在しません\r";
+constexpr auto NotRegistered = "登録されませんでした\r";
+constexpr auto MayOverwrite = "ほかの人がこの明細を変更しています。上書きしますか";
+
+class AnswerDetailTest : public LinesFixture
 {
 protected:
     AnswerDetailTest()
     {
         AddOrder(1);
         AddLine(1, 2, 3);
+    }
+
+    bool Save(const DetailEntry &entry, const StoredDetail &known = {})
+    {
+        return SaveDetail(state.db, {1, 2, 3}, entry, known);
     }
 };
 
@@ -44,21 +55,29 @@ TEST_F(AnswerDetailTest, WhatIsSaved)
         const char *line;
         DetailEntry entry;
         const char *stored; ///< answered, ship and arrival date, quantity, mark, state
+        StoredDetail known = {};
     } cases[] = {
-        {"ShpDate = '1', ArvExpDate = '2'", answered, "20260601|20260529|20260601|25.0||1"},
-        {"PayDstCD = 'D9'", answered, "20260601|20260601|20260601|25.0||1"},
-        {"ShpSts = 3, ShpDate = '1', ArvExpDate = '2'", answered, "20260601|1|2|25.0||3"},
-        {"ShpDate = '1', ArvExpDate = '2', AnsLimDate = '20260601'", {}, "|1|2|0.0||1"},
-        {"AnsMark = '2'",
+        {"ShpDate = '1', ArvExpDate = '2'", answered, "20260601|20260529|20260601|25.0|2|1"},
+        {"PayDstCD = 'D9'", answered, "20260601|20260601|20260601|25.0|2|1"},
+        {"ShpSts = 3, ShpDate = '1', ArvExpDate = '2'", answered, "20260601|1|2|25.0|2|3"},
+        {"ShpDate = '1', ArvExpDate = '2', AnsLimDate = '20260601'",
+         {},
+         "|1|2|0.0|2|1",
+         {"20260601", 0, "", false}},
+        {"AnsMark = '2', AnsVal = 1, AnsLimUmu = 3",
          {"20260520", Decimal::FromText(u"0.125"), ""},
-         "20260520|20260517|20260520|0.125|2|1"},
+         "20260520|20260517|20260520|0.125|1|1",
+         {"", 1, "", true}},
+        // The mark compares what is seen.
+        {"AnsMark = '2', LimDate = '19260601'", answered, "20260601|20260529|20260601|25.0|1|1"},
+        {"AnsMark = '2', LimDate = NULL", {}, "|||0.0|1|1"},
     };
-    for (const auto &[line, entry, stored] : cases) {
+    for (const auto &[line, entry, stored, known] : cases) {
         file.Run("DELETE FROM TLSP0010");
         AddLine(1, 2, 3, line);
         AddLine(1, 2, 4);
         const QString other = Stored("*", "ShpSubNo = 4");
-        EXPECT_TRUE(SaveDetail(state.db, {1, 2, 3}, entry)) << line;
+        EXPECT_TRUE(Save(entry, known)) << line;
         EXPECT_EQ(
             Stored("AnsLimDate, ShpDate, ArvExpDate, AnsVal, AnsMark, ShpSts", "ShpSubNo = 3"),
             stored)
@@ -69,66 +88,73 @@ TEST_F(AnswerDetailTest, WhatIsSaved)
     }
 }
 
-TEST_F(AnswerDetailTest, TheUpdateStatement)
+TEST_F(AnswerDetailTest, TheUpdateStatements)
 {
     const DetailEntry entry{"20260601", Decimal::FromText(u"2.5"), "it's  "};
-    LineAnswer dates;
+    WrittenAnswer dates;
     dates.shipDate = "20260529";
     dates.arrivalDate = "20260601";
     const QString head = "UPDATE TLSP0010 SET Biko = 'it''s',AnsLimDate = '20260601',"
                          "AnsVal = '2.5',";
-    const QString tail = "UpdPGName = 'TL030101',UpdDate = '20260501',UpdTime = '090807' WHERE "
-                         "ACCNO = 1 AND AccSubNo = 2 AND ShpSubNo = 3 AND DPOFLG = 0;";
+    const QString where = "WHERE ACCNO = 1 AND AccSubNo = 2 AND ShpSubNo = 3 AND DPOFLG = 0;";
+    const QString tail = "UpdPGName = 'TL030101',UpdDate = '20260501',UpdTime = '090807' " + where;
     const WriteStamp stamp{"20260501", "090807"};
     EXPECT_EQ(BuildDetailUpdateSql({1, 2, 3}, entry, dates, stamp),
               head + "ShpDate = '20260529',ArvExpDate = '20260601'," + tail);
     EXPECT_EQ(BuildDetailUpdateSql({1, 2, 3}, entry, std::nullopt, stamp), head + tail);
+    EXPECT_EQ(BuildDetailMarkSql({1, 2, 3}, true), "UPDATE TLSP0010 SET AnsMark = '1' " + where);
 }
 
-TEST_F(AnswerDetailTest, WhatCannotBeSaved)
+TEST_F(AnswerDetailTest, WhatCannotBeSavedIsToldWhenTheFileIsFreeAgain)
 {
-    const DetailEntry entry{"20260601", 25, "new"};
-    const QString before = Stored("*");
-    LockDatabase();
-    EXPECT_FALSE(SaveDetail(state.db, {1, 2, 3}, entry));
-    UnlockDatabase();
-    ASSERT_EQ(boxes.Shown().size(), 2u);
-    EXPECT_EQ(boxes.Shown()[0].title, "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ");
-    EXPECT_EQ(boxes.TakeTexts()[1], "登録されませんでした\r");
-    EXPECT_EQ(Stored("*"), before);
-
-    file.Run("UPDATE TLSP0010 SET DpoFlg = 1");
-    EXPECT_FALSE(SaveDetail(state.db, {1, 2, 3}, entry));
-    EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{"データが存在しません\r"});
-    EXPECT_EQ(Stored("AnsLimDate"), "");
-}
-
-TEST_F(AnswerDetailTest, AFailedSaveIsToldWhenTheFileIsFreeAgain)
-{
-    file.Run("CREATE TRIGGER Kept BEFORE UPDATE ON TLSP0010"
-             " BEGIN SELECT RAISE(ABORT, '変更できません'); END");
+    constexpr auto Error = "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ";
     QStringList shown;
-    SetMsgBoxHandler([&](const MessageBoxRequest &box) {
-        shown += box.text.section("\r", 0, 0);
-        file.Run("BEGIN IMMEDIATE; ROLLBACK");
-        return BoxButton::Ok;
+    boxes.OnBox([&](const MessageBoxRequest &box) {
+        shown += box.title == Error ? Error : box.text;
+        if (!isLocked) {
+            EXPECT_NO_THROW(file.Run("BEGIN IMMEDIATE; ROLLBACK"));
+        }
     });
-    EXPECT_FALSE(SaveDetail(state.db, {1, 2, 3}, {"20260601", 25, "new"}));
-    EXPECT_EQ(shown, QStringList({"ｴﾗｰｺｰﾄﾞ：3317", "登録されませんでした"}));
+    const struct
+    {
+        const char *fault;
+        bool isLocked;
+        QStringList told;
+    } faults[] = {
+        {"UPDATE TLSP0010 SET DpoFlg = 0", true, {Error, NotRegistered}},
+        {"UPDATE TLSP0010 SET DpoFlg = 1", true, {Error, NotRegistered}}, // read under the lock
+        {"UPDATE TLSP0010 SET DpoFlg = 1", false, {NoData}},
+        {"UPDATE TLSP0010 SET DpoFlg = 0; CREATE TRIGGER Kept BEFORE UPDATE ON TLSP0010"
+         " WHEN NEW.AnsMark <> OLD.AnsMark BEGIN SELECT RAISE(ABORT, '変更できません'); END",
+         false,
+         {Error, NotRegistered}},
+        {"ALTER TABLE TLMT0050 RENAME TO Gone", false, {Error}},
+        {"ALTER TABLE TLSP0010 RENAME COLUMN AnsLimUmu TO Gone", false, {Error}},
+    };
+    for (const auto &[fault, isFileLocked, told] : faults) {
+        file.Run(fault);
+        const QString before = Stored("*");
+        shown.clear();
+        if (isFileLocked)
+            LockDatabase();
+        EXPECT_FALSE(Save({"20260601", 25, "new"})) << fault;
+        if (isFileLocked)
+            UnlockDatabase();
+        EXPECT_EQ(shown, told) << fault;
+        EXPECT_EQ(Stored("*"), before) << fault;
+    }
 }
 
-TEST_F(AnswerDetailTest, ASavedAnswerLeavesItsRowUnchanged)
+TEST_F(AnswerDetailTest, EachChangeOfAnotherIsAskedAboutOnce)
 {
-    Load();
-    list.SetAnswerDate(1, "26/06/05");
-    DetailLine saved{1, 2, 3, "20260601", Decimal::FromText(u"1234.5"), false};
-    ShowSavedDetail(list, 1, saved);
-    using enum ListColumn;
-    EXPECT_EQ(Cells(1, {AnswerQuantity, AnswerDate, LoadedDate, LoadedQuantity}),
-              "1,234.500|26/06/01|20260601|1,234.500");
-    EXPECT_FALSE(list.Row(1).IsChanged());
-    saved.answeredDate.clear();
-    ShowSavedDetail(list, 1, saved);
-    EXPECT_EQ(Cells(1, {AnswerDate, LoadedDate}), "|");
-    EXPECT_FALSE(list.Row(1).IsChanged());
+    file.Run("UPDATE TLSP0010 SET AnsVal = 1");
+    boxes.OnBox([&](const MessageBoxRequest &) {
+        if (boxes.Shown().size() == 1)
+            file.Run("UPDATE TLSP0010 SET AnsVal = 2");
+    });
+    boxes.Press(BoxButton::Yes);
+    boxes.Press(BoxButton::Yes);
+    EXPECT_TRUE(Save({"20260601", 25, "new"}));
+    EXPECT_EQ(boxes.TakeTexts(), (Told{MayOverwrite, MayOverwrite}));
+    EXPECT_EQ(Stored("AnsLimDate, AnsVal, Biko"), "20260601|25.0|new");
 }

@@ -1,12 +1,11 @@
 #include "answerlist/SC030120.h"
 
-#include "ListFixture.h"
+#include "lines/LinesFixture.h"
 #include "support/WindowHands.h"
 
 #include <QClipboard>
 #include <QInputMethodEvent>
 #include <QLabel>
-#include <functional>
 #include <optional>
 
 namespace {
@@ -17,8 +16,10 @@ constexpr auto BadDate = "日付の入力が間違っています\r";
 constexpr auto BadNumber = "数値の入力が間違っています\r";
 constexpr auto NoData = "データが存在しません\r";
 constexpr auto Saved = "登録されました\r";
+constexpr auto MayLose = "登録していない変更があります。破棄して戻りますか";
+constexpr auto MayOverwrite = "ほかの人がこの明細を変更しています。上書きしますか";
 
-class DetailDialog : public ListDatabase, public WindowHands
+class DetailDialog : public LinesFixture, public WindowHands
 {
 protected:
     DetailDialog()
@@ -30,6 +31,7 @@ protected:
         ResetLine();
     }
 
+    /// The line as it is stored, and an answer that is not registered yet.
     void ResetLine()
     {
         file.Run("DELETE FROM TLSP0010");
@@ -37,7 +39,18 @@ protected:
                 "CustSecName = '資材部', MfactNo = 'M-7', AccVal = 2000, IndVal = 0.25, "
                 "AnsVal = 10, LimDate = '19970528', AnsLimDate = '20260601', ShpDate = '20260529', "
                 "ArvExpDate = '20260601', Biko = '前の備考', ContractKBN = 'D', AnsMark = '2'");
-        state.detail = {7, 1, 2, "20260605", Decimal::FromText(u"1012.5"), true};
+        state.detail
+            = {7, 1, 2, "20260605", Decimal::FromText(u"1012.5"), true, "20260601", 10, false};
+    }
+
+    /// The line with this answer, on the list too.
+    void ResetLine(const QString &date, const QString &quantity, const QString &remarks)
+    {
+        ResetLine();
+        Change("TLSP0010", "1",
+               "AnsLimDate = '" + date + "', AnsVal = " + quantity + ", Biko = '" + remarks + "'");
+        state.detail.answeredDate = state.detail.storedDate = date;
+        state.detail.answeredQuantity = state.detail.storedQuantity = Decimal::FromText(quantity);
     }
 
     void Show()
@@ -57,6 +70,20 @@ protected:
         return texts.join('|');
     }
 
+    /// The three boxes to answer in, without the quantity's padding.
+    QString Entries()
+    {
+        return Text("txtAnsLimDate") + '|' + Text("txtAnsVal").trimmed() + '|' + Text("txtBiko");
+    }
+
+    /// What an input method has converted goes to the box with the focus.
+    static void Commit(const QString &text)
+    {
+        QInputMethodEvent event;
+        event.setCommitString(text);
+        QApplication::sendEvent(QApplication::focusWidget(), &event);
+    }
+
     QString Line()
     {
         return Stored("AnsLimDate, AnsVal, ShpDate, ArvExpDate, Biko, AnsMark, UpdPGName, UpdDate, "
@@ -65,7 +92,6 @@ protected:
 
     static constexpr auto StoredLine = "20260601|10.0|20260529|20260601|前の備考|2|||";
 
-    ScriptedBoxes boxes;
     std::optional<SC030120> dialog;
 };
 
@@ -91,8 +117,8 @@ TEST_F(DetailDialog, ShowsTheLineWithItsOrderAndMasters)
     Key(Qt::Key_Tab);
     EXPECT_EQ(Texts({"txtAnsLimDate", "txtAnsVal"}), "26/06/05|1012.5");
     EXPECT_EQ(Find<QLabel>("DATE")->text(), "26/05/01");
+    EXPECT_EQ(Find("stbMain")->findChildren<QLabel *>().front(), Find<QLabel>("MSG"));
     EXPECT_TRUE(boxes.Shown().empty());
-    EXPECT_EQ(Line(), StoredLine);
 }
 
 TEST_F(DetailDialog, CodesWithoutANameAndMissingRows)
@@ -114,92 +140,149 @@ TEST_F(DetailDialog, CodesWithoutANameAndMissingRows)
     EXPECT_TRUE(boxes.Shown().empty());
 }
 
-TEST_F(DetailDialog, OnlyThreeBoxesTakeAnEntry)
-{
-    Show();
-    QStringList inputs;
-    for (QLineEdit *box : dialog->findChildren<QLineEdit *>()) {
-        if (!box->isReadOnly()) {
-            inputs += box->objectName();
-            continue;
-        }
-        QTest::mouseClick(box, Qt::LeftButton);
-        ASSERT_EQ(Focus(), box->objectName()) << "its text can be marked and copied";
-        Key(Qt::Key_A, Qt::ControlModifier);
-        Key(Qt::Key_C, Qt::ControlModifier);
-        EXPECT_EQ(QApplication::clipboard()->text(), box->text());
-    }
-    inputs.sort();
-    EXPECT_EQ(inputs, (QStringList{"txtAnsLimDate", "txtAnsVal", "txtBiko"}));
-}
-
-TEST_F(DetailDialog, KeysWalkThroughTheInputsAlone)
+TEST_F(DetailDialog, KeysWalkThroughTheInputsAndTheOthersCanBeCopied)
 {
     Show();
     for (const char *field : {"txtAnsLimDate", "txtAnsVal", "txtBiko", "cmdRegister", "cmdExit"}) {
         EXPECT_EQ(Focus(), field);
         Key(Qt::Key_Tab);
     }
-    for (const char *field : {"txtAnsLimDate", "txtAnsVal", "txtBiko", "cmdRegister"}) {
+    for (const char *field : {"txtAnsLimDate", "txtAnsVal", "txtBiko"}) {
         EXPECT_EQ(Focus(), field);
-        if (Focus() != "cmdRegister")
-            Key(Qt::Key_Return);
+        Key(Qt::Key_Return);
     }
+    EXPECT_EQ(Focus(), "cmdRegister");
     const std::pair<Qt::Key, const char *> mnemonics[]
         = {{Qt::Key_B, "txtBiko"}, {Qt::Key_Q, "txtAnsVal"}, {Qt::Key_D, "txtAnsLimDate"}};
     for (const auto &[key, field] : mnemonics) {
         Key(key, Qt::AltModifier);
         EXPECT_EQ(Focus(), field);
     }
+    int readOnly = 0;
+    for (QLineEdit *box : dialog->findChildren<QLineEdit *>()) {
+        if (!box->isReadOnly())
+            continue;
+        ++readOnly;
+        QTest::mouseClick(box, Qt::LeftButton);
+        Key(Qt::Key_A, Qt::ControlModifier);
+        Key(Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QApplication::clipboard()->text(), box->text());
+    }
+    EXPECT_EQ(readOnly, 24);
     EXPECT_TRUE(boxes.Shown().empty());
-    EXPECT_TRUE(dialog->isVisible());
 }
 
 TEST_F(DetailDialog, AWrongEntryIsToldOnceHoweverItIsLeft)
 {
     const struct
     {
-        const char *box, *wrong, *good;
-        QString told;
-    } entries[] = {{"txtAnsLimDate", "260631", "260630", BadDate},
-                   {"txtAnsLimDate", "26", "260630", BadDate},
-                   {"txtAnsVal", "-1", "1", BadNumber},
-                   {"txtAnsVal", ".5", "0.5", BadNumber},
-                   {"txtAnsVal", "5.", "5", BadNumber}};
-    const struct
-    {
-        const char *what;
-        std::function<void()> leave;
-        bool isTold, isSaving;
-    } ways[] = {{"Tab", [] { Key(Qt::Key_Tab); }, true, false},
-                {"Enter", [] { Key(Qt::Key_Return); }, true, false},
-                {"register", [&] { Click("cmdRegister"); }, true, true},
-                {"Alt+R", [&] { Alt(Qt::Key_R); }, true, true},
-                {"exit", [&] { Click("cmdExit"); }, false, false},
-                {"Alt+X", [&] { Alt(Qt::Key_X); }, false, false},
-                {"Esc", [] { Key(Qt::Key_Escape); }, false, false}};
-    for (const auto &[box, wrong, good, told] : entries) {
-        for (const auto &[what, leave, isTold, isSaving] : ways) {
-            SCOPED_TRACE(std::string(box) + " \"" + wrong + "\" " + what);
+        const char *box, *wrong, *told;
+    } entries[] = {{"txtAnsLimDate", "260631", BadDate},
+                   {"txtAnsLimDate", "26063", BadDate},
+                   {"txtAnsVal", "-1", BadNumber},
+                   {"txtAnsVal", ".5", BadNumber},
+                   {"txtAnsVal", "5.", BadNumber}};
+    for (const auto &[box, wrong, told] : entries) {
+        for (const Qt::Key way : {Qt::Key_Tab, Qt::Key_Return, Qt::Key_R, Qt::Key_0}) {
+            SCOPED_TRACE(std::string(box) + " \"" + wrong + "\" " + std::to_string(way));
             Show();
             Type(box, wrong);
-            leave();
-            EXPECT_EQ(boxes.TakeTexts(), isTold ? Told{told} : Told());
-            EXPECT_EQ(dialog->isVisible(), isTold);
-            EXPECT_EQ(dialog->result(), QDialog::Rejected);
-            EXPECT_EQ(Line(), StoredLine);
-            EXPECT_EQ(state.detail.answeredDate, "20260605");
-            if (!isTold)
-                continue;
+            if (way == Qt::Key_R)
+                Alt(way);
+            else if (way == Qt::Key_0)
+                Click("cmdRegister");
+            else
+                Key(way);
+            EXPECT_EQ(boxes.TakeTexts(), Told{told});
+            EXPECT_TRUE(dialog->isVisible());
             EXPECT_EQ(Focus(), box);
             EXPECT_EQ(Text(box), wrong);
-            if (!isSaving)
-                continue;
-            Type(box, good);
+            EXPECT_EQ(Line(), StoredLine);
+        }
+    }
+    Show();
+    Keys("26");
+    Key(Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(Focus(), "cmdExit");
+    EXPECT_TRUE(boxes.Shown().empty()) << "on the way out it need not be right";
+}
+
+TEST_F(DetailDialog, LeavingAsksOnlyWhenSomethingWasEdited)
+{
+    const std::pair<const char *, bool> edits[] = {
+        {"", false},      {"\t\t\t", false},  {"260605\t1012.5\t", false}, // put back
+        {"26", true},     {"260606\t", true}, {"\b", true},
+        {"\t1012", true}, {"\t\t\b", true},
+    };
+    for (const auto &[keys, isEdited] : edits) {
+        for (const Qt::Key way : {Qt::Key_Escape, Qt::Key_X, Qt::Key_0, Qt::Key_F4}) {
+            SCOPED_TRACE(QString("%1 %2").arg(keys).arg(way).toStdString());
+            Show();
+            Keys(keys);
+            const QString entered = Entries();
+            const QString focus = Focus();
+            const auto leave = [&] {
+                if (way == Qt::Key_Escape)
+                    Key(way);
+                else if (way == Qt::Key_X)
+                    Alt(way);
+                else if (way == Qt::Key_0)
+                    Click("cmdExit");
+                else
+                    dialog->close();
+            };
+            if (isEdited) {
+                boxes.Press(BoxButton::No);
+                leave();
+                ASSERT_EQ(boxes.Shown().size(), 1u);
+                EXPECT_EQ(boxes.Shown()[0].title, "確認");
+                EXPECT_TRUE(boxes.Shown()[0].style & BoxStyle::DefaultButton2);
+                EXPECT_EQ(boxes.TakeTexts(), Told{MayLose});
+                EXPECT_TRUE(dialog->isVisible());
+                EXPECT_EQ(Focus(), focus);
+                EXPECT_EQ(Entries(), entered);
+                boxes.Press(BoxButton::Yes);
+            }
             leave();
-            EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
+            EXPECT_EQ(boxes.TakeTexts(), isEdited ? Told{MayLose} : Told());
             EXPECT_FALSE(dialog->isVisible());
-            ResetLine();
+            EXPECT_EQ(Line(), StoredLine);
+            EXPECT_EQ(state.detail.answeredDate, "20260605");
+        }
+    }
+}
+
+TEST_F(DetailDialog, WhatIsNotEditedIsSavedAsItCameIn)
+{
+    const struct
+    {
+        const char *date, *quantity, *remarks, *keys, *shown;
+        const char *saved = nullptr; ///< nothing: just as it was
+    } lines[] = {
+        {"99999999", "1.23456", "重量10〜20kg −5℃保管", "\t\t\t",
+         "99/99/99|1.234|重量10〜20kg −5℃保管"},
+        {"99999999", "1.23456", "", "999999\t\t\t", "99/99/99|1.234|"},
+        {"19260520", "-5", "あいうえおかきくけこさしすせそたちつてとなにぬねのはひふへほ", "\r\r\r",
+         "26/05/20|-5|あいうえおかきくけこさしすせそたちつてとなにぬねのはひふへほ"},
+        {"19260520", "1.23456", "", "260520\t1.234\t", "26/05/20|1.234|", "20260520|1.234|"},
+        {"ABC", "1234567890123", "一行目\r\n二行目\n", "\t\t\t", "C|567,890,123|一行目↵二行目↵"},
+        {"ABC", "0", "一\r\n二", "\b\t\t>3\t", "|0|一↵二3", "|0.0|一\r\n二3"},
+        {"2026 6 5", "12", " 前の空白", "", "26 6 5|12| 前の空白"},
+    };
+    for (const auto &[date, quantity, remarks, keys, shown, saved] : lines) {
+        SCOPED_TRACE(std::string(date) + ' ' + remarks);
+        ResetLine(date, quantity, remarks);
+        const QString stored = Stored("AnsLimDate, AnsVal, Biko");
+        Show();
+        for (const QChar key : QString(keys))
+            key == '>' ? Key(Qt::Key_End) : Keys(key);
+        EXPECT_EQ(Entries(), shown);
+        Click("cmdRegister");
+        EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
+        EXPECT_EQ(Stored("AnsLimDate, AnsVal, Biko"), saved ? saved : stored);
+        EXPECT_EQ(Stored("AnsLimDate"), state.detail.answeredDate);
+        if (!saved) {
+            EXPECT_EQ(state.detail.answeredQuantity.ToText(), quantity);
         }
     }
 }
@@ -207,14 +290,9 @@ TEST_F(DetailDialog, AWrongEntryIsToldOnceHoweverItIsLeft)
 TEST_F(DetailDialog, SavesTheEntryAndHandsItBack)
 {
     Show();
-    Keys("260607"); // what stood there is selected
-    Key(Qt::Key_Return);
-    Keys("1234.567");
-    Key(Qt::Key_Return);
+    Keys("260607\r1234.567\r"); // what stood there is selected
     EXPECT_EQ(Text("txtAnsVal"), "      1,234.567");
-    Type("txtBiko", "memo");
-    Key(Qt::Key_Return);
-    Key(Qt::Key_Return); // on the button
+    Keys("memo\r\r"); // the last on the button
     ASSERT_EQ(boxes.Shown().size(), 1u);
     EXPECT_EQ(boxes.Shown()[0].title, "情報");
     EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
@@ -224,12 +302,12 @@ TEST_F(DetailDialog, SavesTheEntryAndHandsItBack)
     EXPECT_EQ(state.detail.answeredDate, "20260607");
     EXPECT_EQ(state.detail.answeredQuantity.ToText(), "1234.567");
 
+    ResetLine();
     Show();
-    Type("txtAnsLimDate", "");
-    Type("txtAnsVal", "");
+    Keys("\b\t\b");
     Click("cmdRegister");
     EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
-    EXPECT_EQ(Line(), "|0.0|20260604|20260607|memo|2|TL030101|20260501|090807");
+    EXPECT_EQ(Line(), "|0.0|20260529|20260601|前の備考|2|TL030101|20260501|090807");
     EXPECT_EQ(state.detail.answeredDate, "");
     EXPECT_TRUE(state.detail.answeredQuantity.IsZero());
 }
@@ -238,23 +316,61 @@ TEST_F(DetailDialog, RemarksComeBackAsTheyWereTyped)
 {
     const std::pair<const char *, const char *> remarks[] = {
         {"O'Neil | 'x'", "O'Neil | 'x'"},
-        {"納期は、要確認　|ｶﾅ'", "納期は、要確認　|ｶﾅ'"},
+        {" 納期は、要確認　|ｶﾅ'", " 納期は、要確認　|ｶﾅ'"},
         {"*?#[a] \"q\" & -- ;", "*?#[a] \"q\" & -- ;"},
-        {" 前の空白", " 前の空白"},
         {"", ""},
         {"xあいうえおかきくけこさしすせそ", "xあいうえおかきくけこさしすせ"}, // 31 bytes
     };
     for (const auto &[typed, kept] : remarks) {
+        ResetLine();
         Show();
         Type("txtBiko", "");
-        QInputMethodEvent event; // hands over what an input method has converted
-        event.setCommitString(typed);
-        QApplication::sendEvent(Box("txtBiko"), &event);
+        Commit(typed);
+        EXPECT_EQ(Find<QLabel>("MSG")->text().isEmpty(), typed == QString(kept));
         Click("cmdRegister");
         EXPECT_EQ(boxes.TakeTexts(), Told{Saved}) << typed;
         EXPECT_EQ(Stored("Biko"), kept);
-        Show();
-        EXPECT_EQ(Text("txtBiko"), kept);
+    }
+}
+
+TEST_F(DetailDialog, AnothersChangeIsOverwrittenOnlyWhenAskedFor)
+{
+    const struct
+    {
+        const char *change;
+        bool isAskedBefore, isAskedAfter; ///< made before the dialog opened, or after it
+    } changes[] = {
+        {"AnsLimDate = '20260602'", true, true},
+        {"AnsVal = 10.5", true, true},
+        {"AnsLimUmu = 3", true, true},
+        {"Biko = '別の備考'", false, true}, // the dialog shows it
+        {"ShpDate = '20260528', UpdPGName = 'OTHER', Biko = '前の備考 '", false, false},
+    };
+    for (const auto &[change, isAskedBefore, isAskedAfter] : changes) {
+        for (const bool isBefore : {true, false}) {
+            SCOPED_TRACE(std::string(change) + (isBefore ? " before" : " after"));
+            ResetLine();
+            Change("TLSP0010", "1", isBefore ? change : "");
+            Show();
+            Change("TLSP0010", "1", isBefore ? "" : change);
+            const QString theirs = Line();
+            Keys("260607");
+            const bool isAsked = isBefore ? isAskedBefore : isAskedAfter;
+            if (isAsked) {
+                boxes.Press(BoxButton::No);
+                Click("cmdRegister");
+                EXPECT_EQ(boxes.Shown().at(0).title, "確認");
+                EXPECT_TRUE(boxes.Shown()[0].style & BoxStyle::DefaultButton2);
+                EXPECT_EQ(boxes.TakeTexts(), Told{MayOverwrite});
+                EXPECT_EQ(Line(), theirs);
+                ASSERT_TRUE(dialog->isVisible());
+                boxes.Press(BoxButton::Yes);
+            }
+            Click("cmdRegister");
+            EXPECT_EQ(boxes.TakeTexts(), isAsked ? (Told{MayOverwrite, Saved}) : Told{Saved});
+            EXPECT_EQ(Stored("AnsLimDate, AnsVal"), "20260607|1012.5");
+            EXPECT_FALSE(dialog->isVisible());
+        }
     }
 }
 
@@ -284,13 +400,11 @@ TEST_F(DetailDialog, WhatIsRefusedKeepsTheDialogOpen)
     file.Run("CREATE TRIGGER Refuse BEFORE UPDATE ON TLSP0010 "
              "BEGIN SELECT RAISE(ABORT, 'refused'); END");
     Show();
-    Type("txtAnsLimDate", "260610");
-    Type("txtBiko", "memo");
+    Keys("260610\t\tmemo");
     Click("cmdRegister");
     EXPECT_EQ(boxes.TakeTexts().size(), 2u);
     EXPECT_TRUE(dialog->isVisible());
-    EXPECT_EQ(Text("txtBiko"), "memo");
-    EXPECT_EQ(Line(), StoredLine);
+    EXPECT_EQ(Entries(), "26/06/10|1,012.5|memo");
     EXPECT_EQ(state.detail.answeredDate, "20260605");
     file.Run("DROP TRIGGER Refuse");
     Click("cmdRegister");

@@ -1,5 +1,5 @@
 #include "app/Main.h"
-#include "grid/SpreadGrid.h"
+
 #include "platform/System.h"
 #include "support/Machine.h"
 #include "support/Operator.h"
@@ -8,6 +8,7 @@
 #include "support/TestDatabase.h"
 
 #include <QLineEdit>
+#include <QTableView>
 #include <cerrno>
 
 namespace {
@@ -55,8 +56,8 @@ protected:
     {
         const auto isLoaded = [] {
             const QWidget *front = Operator::Front("SC030110");
-            const auto *grid = front ? front->findChild<SpreadGrid *>("spdList") : nullptr;
-            return grid && grid->Redraw() && grid->RowCount() == 1;
+            const auto *grid = front ? front->findChild<QTableView *>("spdList") : nullptr;
+            return grid && grid->model()->rowCount() == 1;
         };
         hands.Then(what, isLoaded, std::move(act));
     }

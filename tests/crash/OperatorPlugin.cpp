@@ -1,5 +1,6 @@
 #include "support/Operator.h"
 
+#include <QAbstractButton>
 #include <QDate>
 #include <QFile>
 #include <QGenericPlugin>
@@ -9,8 +10,9 @@
 
 /// An operator inside the program itself, loaded by Qt when the environment asks for it
 /// (QT_QPA_GENERIC_PLUGINS=operator): answers every line of the list, one of them by half with a
-/// split for the rest, and leaves. What boxes say goes to the standard output, one line each. With
-/// OPERATOR_GATE set, the answers wait for a file of that name once "ready" has been written.
+/// split for the rest, says yes to what is asked, and leaves. What boxes say goes to the standard
+/// output, one line each. With OPERATOR_GATE set, the answers wait for a file of that name once
+/// "ready" has been written.
 class OperatorPlugin : public QGenericPlugin
 {
     Q_OBJECT
@@ -89,23 +91,28 @@ private:
             [&hands] { hands.Click("cmdMake"); });
         // As many boxes as there are, then out.
         hands.Then(
-            "the end of the run", [&hands] { return IsRunOver(hands); },
+            "the end of the run", [&hands] { return IsBack(hands, "SC030110"); },
             [&hands] { hands.Click("cmdExit"); });
-        hands.At("SC030010", "search screen again", [&hands] {
-            Say("done");
-            hands.Click("cmdExit");
-        });
+        hands.Then(
+            "search screen again", [&hands] { return IsBack(hands, "SC030010"); },
+            [&hands] {
+                Say("done");
+                hands.Click("cmdExit");
+            });
     }
 
-    /// Closes a box that is there; true once the list is in front and stays there.
-    static bool IsRunOver(Operator &hands)
+    /// Closes a box that is there; true once the window is in front.
+    static bool IsBack(Operator &hands, const QString &window)
     {
-        if (QWidget *box = Operator::Front("MsgBox")) {
-            Say("box: " + static_cast<QMessageBox *>(box)->text());
+        if (QWidget *front = Operator::Front("MsgBox")) {
+            auto *box = static_cast<QMessageBox *>(front);
+            Say("box: " + box->text());
+            if (QAbstractButton *yes = box->button(QMessageBox::Yes))
+                yes->setFocus();
             hands.Key(Qt::Key_Return);
             return false;
         }
-        return Operator::Front("SC030110") != nullptr;
+        return Operator::Front(window) != nullptr;
     }
 };
 

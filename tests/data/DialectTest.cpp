@@ -1,6 +1,6 @@
 #include "data/dao/Dialect.h"
 
-#include "answerlist/ListQuery.h"
+#include "lines/ListQuery.h"
 #include "output/AnswerSql.h"
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"

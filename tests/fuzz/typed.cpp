@@ -4,10 +4,10 @@
 #include "FuzzDatabase.h"
 #include "Fuzzing.h"
 
-#include "answerlist/ListQuery.h"
 #include "data/bDAO.h"
 #include "data/dao/DaoError.h"
 #include "data/dao/Dialect.h"
+#include "lines/ListQuery.h"
 #include "util/VbText.h"
 
 #include <QStringList>

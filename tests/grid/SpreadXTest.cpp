@@ -346,8 +346,28 @@ TEST_F(SpreadXTest, ComboFindSelectsTheEqualEntry)
         grid.SetCurrentCell(2, 1);
         EXPECT_EQ(grid.ComboIndex(), index) << text;
     }
-    spread.SetComboFindIndex(1, 1, "a1"); // no combo box
+    spread.SetComboFindIndex(1, 1, "済");
+    EXPECT_EQ(Texts(), "a1,") << "no combo box keeps its text";
     EXPECT_TRUE(boxes.Shown().empty());
+}
+
+TEST_F(SpreadXTest, ACellThatIsNotThereIsLeftOut)
+{
+    Layout(2, "a\tb");
+    AddRows(1);
+    for (const auto &[column, row] : {std::pair{1, 99}, {99, 1}, {0, 1}, {1, -1}}) {
+        QString value = "x";
+        spread.SetValue(column, row, value);
+        spread.GetValue(column, row, value);
+        EXPECT_EQ(value, "");
+        spread.SetForeColor(1, row, column);
+        spread.SetBackColor(1, row, column);
+        spread.SetComboFindIndex(column, row, "x");
+        spread.ActiveCell(row, column);
+    }
+    spread.SetLockCell(true, 2, 1, 9, 9);
+    EXPECT_TRUE(grid.IsLocked(2, 1));
+    EXPECT_EQ(Texts(), "a1,b1");
 }
 
 TEST_F(SpreadXTest, CopyItemInsertsTheActiveRowBelowItself)

@@ -1,23 +1,30 @@
 #pragma once
 
-#include "answerlist/AnswerList.h"
-#include "answerlist/ListLoading.h"
-#include "grid/SpreadGrid.h"
+#include "lines/ListLoading.h"
 #include "output/AnswerCreation.h"
+#include "platform/FileLocks.h"
 #include "support/FixedClock.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
 #include "support/TestDatabase.h"
 
-#include <QItemSelectionModel>
-#include <QStringList>
+#include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 
-/// A database with customers, orders and lines, and the answer list over it.
+/// A database with customers, orders and lines, and the list over it. At every box that is shown
+/// other programs can go on.
 class AnswerRun : public testing::Test
 {
 protected:
-    AnswerRun() { list.Create(&grid); }
+    AnswerRun()
+    {
+        boxes.OnBox([this](const MessageBoxRequest &box) {
+            ExpectNothingHeld(box);
+            if (saysYes && box.title == "確認")
+                boxes.Press(BoxButton::Yes);
+        });
+    }
     void TearDown() override { SetFileFault({}); }
 
     /// A customer that answers every line and gets the short record in C:\<code>.TXT. `changes` is
@@ -75,25 +82,46 @@ protected:
         Reload();
     }
 
-    void Reload() { ASSERT_GT(LoadList(db, SearchConditions(), list).lineCount, 0); }
+    void Reload()
+    {
+        ASSERT_GT(LoadList(db, SearchConditions(), list).lineCount, 0);
+        Select({});
+    }
+
+    /// Deletes all orders and empties the answer files.
+    void Clear()
+    {
+        file.Run("DELETE FROM TLSP0010; DELETE FROM TLAC0010; DELETE FROM TLEI0010");
+        for (const QString &name : AnswerFiles())
+            QFile::remove(file.folder.Path(name));
+    }
 
     void Select(std::initializer_list<int> rows)
     {
-        grid.clearSelection();
+        std::vector<RowSelection::Range> ranges;
         for (const int row : rows)
-            grid.selectionModel()->select(grid.model()->index(row - 1, 0),
-                                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
+            ranges.emplace_back(row, row);
+        selected = RowSelection(std::move(ranges));
     }
 
-    void SelectAll() { grid.selectAll(); }
+    void SelectAll() { selected = RowSelection({{1, list.Count()}}); }
 
     AnswerCreation::Counts Make()
     {
         status.clear();
-        AnswerCreation creation(db, files, list, {"20261124", "093000"},
-                                [this](const QString &text) { status += text; });
-        creation.MakeAnswers();
+        AnswerCreation creation(db, files, list, selected, {"20261124", "093000"},
+                                [this](const QString &text) {
+                                    status += text;
+                                    if (onStatus)
+                                        onStatus(text);
+                                });
+        failedRow = creation.MakeAnswers();
         return creation.Count();
+    }
+
+    QStringList AnswerFiles() const
+    {
+        return QDir(file.folder.Path()).entryList({"*.TXT"}, QDir::Files);
     }
 
     /// The lines of an answer file, line ends taken off.
@@ -109,15 +137,30 @@ protected:
         return lines;
     }
 
+    /// The order number of each record.
+    QString Orders(const QString &name) const
+    {
+        QStringList orders;
+        for (const QByteArray &record : Records(name))
+            orders += record.mid(47, 23).trimmed();
+        return orders.join(' ');
+    }
+
+    /// Quantity, date and answer state of an order's lines as they are stored.
+    QString Stored(int accNo)
+    {
+        return file.Rows(QString("SELECT AnsVal, AnsLimDate, AnsLimUmu FROM TLSP0010 "
+                                 "WHERE AccNo = %1 ORDER BY ShpSubNo")
+                             .arg(accNo));
+    }
+
     /// "済済": the two states of each row, "-" where there is none.
     QString States() const
     {
         QStringList states;
-        for (int row = 1; row <= list.RowCount(); ++row) {
-            const ListRow line = list.Row(row);
-            states += QString(line.IsAnswered() ? DoneMark : "-")
-                      + QString(line.IsShipped() ? DoneMark : "-");
-        }
+        for (int row = 1; row <= list.Count(); ++row)
+            states += QString(list.At(row).IsAnswered() ? "済" : "-")
+                      + QString(list.At(row).IsShipped() ? "済" : "-");
         return states.join(' ');
     }
 
@@ -126,11 +169,25 @@ protected:
     TestDatabase file;
     const Files files = file.folder.OnDriveC();
     bDAO db;
-    SpreadGrid grid;
-    AnswerList list;
+    LineList list;
+    RowSelection selected;
     QStringList status;
+    std::function<void(const QString &)> onStatus; ///< hears every status text of a run
+    int failedRow = 0;
+    bool saysYes = false; ///< to what a run asks
 
 private:
+    void ExpectNothingHeld(const MessageBoxRequest &box)
+    {
+        SCOPED_TRACE(box.text.toStdString());
+        EXPECT_NO_THROW(file.Run("BEGIN IMMEDIATE; ROLLBACK")) << "the database is held";
+        for (const QString &name : AnswerFiles()) {
+            QFile answers(file.folder.Path(name));
+            EXPECT_TRUE(answers.open(QIODevice::ReadWrite | QIODevice::ExistingOnly));
+            EXPECT_EQ(TryLockFile(answers.handle(), FileLock::Exclusive), 0) << name.toStdString();
+        }
+    }
+
     void Change(const QString &table, const QString &where, const QString &changes)
     {
         if (!changes.isEmpty())

@@ -9,14 +9,11 @@ class PreOutputChecksTest : public AnswerRun
 protected:
     bool Check()
     {
-        status.clear();
-        return RunPreOutputChecks(
-            list, [this](const QString &text) { status += text; }, participants);
+        result = RunPreOutputChecks(list, selected, [](const QString &) {});
+        return result.isPassed;
     }
 
-    QString ErrorOf(int row) const { return list.Row(row).Cell(ListColumn::Error); }
-
-    int participants = -1;
+    CheckResult result;
 };
 
 } // namespace
@@ -30,17 +27,17 @@ TEST_F(PreOutputChecksTest, NothingToAnswer)
     Load();
     Select({2});
     EXPECT_FALSE(Check());
-    EXPECT_EQ(participants, 0);
+    EXPECT_EQ(result.participants, 0);
     EXPECT_EQ(boxes.TakeTexts(),
               std::vector<QString>{"有効な行を選択してください\r"
                                    "※ 出荷済のものは、納期回答作成対象にはなりません"});
 
     Select({1, 2});
     EXPECT_TRUE(Check());
-    EXPECT_EQ(participants, 1);
+    EXPECT_EQ(result.participants, 1);
 }
 
-TEST_F(PreOutputChecksTest, TheFirstRowInErrorBecomesTheActiveOne)
+TEST_F(PreOutputChecksTest, TheFirstRowInErrorIsNamed)
 {
     AddCustomer("C1");
     AddCustomer("C2", "LinKBN = 2");
@@ -55,44 +52,41 @@ TEST_F(PreOutputChecksTest, TheFirstRowInErrorBecomesTheActiveOne)
     const struct
     {
         const char *what;
-        std::vector<std::pair<int, const char *>> quantities; ///< row, as typed
-        std::vector<std::pair<int, const char *>> dates;
+        std::vector<std::pair<int, const char *>> quantities; ///< by row
+        std::vector<int> withoutDate;
         int row;
-        const char *error;
+        LineError error;
     } cases[] = {
-        {"all well", {}, {}, 0, ""},
-        {"emptied quantity", {{2, ""}}, {}, 2, "回答数量が、0です"},
-        {"quantity before date", {{4, "0"}}, {{4, ""}}, 4, "回答数量が、0です"},
-        {"rule 1 asks for no date", {}, {{1, ""}, {5, ""}}, 0, ""},
-        {"rule 2 does", {}, {{4, " "}}, 4, "回答納期が入力されていません"},
-        {"lines before sums", {{1, "99.000"}}, {{4, ""}}, 4, "回答納期が入力されていません"},
-        {"one too many", {{5, "10.001"}}, {}, 5, "回答数量合計が、注残数を超えています"},
-        {"each below, together above",
-         {{2, "10.001"}},
+        {"all well", {}, {}, 0, LineError::None},
+        {"emptied quantity", {{2, "0"}}, {}, 2, LineError::NoQuantity},
+        {"quantity before date", {{4, "0"}}, {4}, 4, LineError::NoQuantity},
+        {"rule 1 asks for no date", {}, {1, 5}, 0, LineError::None},
+        {"rule 2 does", {}, {4}, 4, LineError::NoDate},
+        {"lines before sums", {{1, "99"}}, {4}, 4, LineError::NoDate},
+        {"one too many", {{5, "10.001"}}, {}, 5, LineError::MoreThanOpen},
+        {"each below, together above", {{2, "10.001"}}, {}, 1, LineError::MoreThanOpen},
+        {"up to the third decimal", {{5, "10.0005"}}, {}, 5, LineError::MoreThanOpen},
+        {"and no further", {{5, "10.0004"}}, {}, 0, LineError::None},
+        {"amounts that cancel each other",
+         {{1, "-10"}, {2, "5"}, {3, "5"}},
          {},
          1,
-         "回答数量合計が、注残数を超えています"},
-        {"up to the third decimal",
-         {{5, "10.0005"}},
-         {},
-         5,
-         "回答数量合計が、注残数を超えています"},
+         LineError::NoSum},
     };
     Load();
-    for (const auto &[what, quantities, dates, row, error] : cases) {
+    for (const auto &[what, quantities, withoutDate, row, error] : cases) {
         SCOPED_TRACE(what);
         Reload();
         SelectAll();
-        list.Activate(3);
         for (const auto &[changed, quantity] : quantities)
-            list.SetCell(changed, ListColumn::AnswerQuantity, quantity);
-        for (const auto &[changed, date] : dates)
-            list.SetCell(changed, ListColumn::AnswerDate, date);
+            list.At(changed).SetQuantity(Decimal::FromText(QString(quantity)));
+        for (const int changed : withoutDate)
+            list.At(changed).SetDate({});
         EXPECT_EQ(Check(), row == 0);
-        EXPECT_EQ(participants, 5);
-        EXPECT_EQ(list.ActiveRow(), row == 0 ? 3 : row);
+        EXPECT_EQ(result.participants, 5);
+        EXPECT_EQ(result.failedRow, row);
         for (int other = 1; other <= 5; ++other)
-            EXPECT_EQ(ErrorOf(other), other == row ? error : "") << other;
+            EXPECT_EQ(list.At(other).Error(), other == row ? error : LineError::None) << other;
     }
     EXPECT_TRUE(boxes.Shown().empty());
 }
@@ -107,26 +101,14 @@ TEST_F(PreOutputChecksTest, OnlyRowsThatTakePartCount)
     Load();
     Select({1});
     EXPECT_TRUE(Check()) << "the other line was answered before, with what it still holds";
-    EXPECT_EQ(participants, 1);
+    EXPECT_EQ(result.participants, 1);
 
-    list.SetCell(2, ListColumn::AnswerQuantity, "6.000"); // changed, so it takes part unselected
+    list.At(2).SetQuantity(Decimal(6)); // changed, so it takes part unselected
     EXPECT_FALSE(Check());
-    EXPECT_EQ(participants, 2);
-    EXPECT_EQ(ErrorOf(1), "回答数量合計が、注残数を超えています");
+    EXPECT_EQ(result.participants, 2);
+    EXPECT_EQ(list.At(1).Error(), LineError::MoreThanOpen);
 
-    list.SetCell(2, ListColumn::AnswerQuantity, "5.000");
+    list.At(2).SetQuantity(Decimal(5));
     EXPECT_TRUE(Check());
-    EXPECT_EQ(ErrorOf(1), "") << "gone with the next check of the row";
-}
-
-TEST_F(PreOutputChecksTest, AmountsThatCancelEachOther)
-{
-    AddCustomer("C1");
-    AddOrder(1, "C1");
-    AddLine(1, 1, "AnsVal = -10");
-    AddLine(1, 2);
-    Load();
-    SelectAll();
-    EXPECT_FALSE(Check());
-    EXPECT_EQ(ErrorOf(1), "回答数量合計が、0です");
+    EXPECT_EQ(list.At(1).Error(), LineError::None) << "gone with the next check of the row";
 }

@@ -31,6 +31,8 @@ std::vector<QString> ScriptedBoxes::TakeTexts()
 int ScriptedBoxes::Answer(const MessageBoxRequest &box)
 {
     m_shown.push_back(box);
+    if (m_look)
+        m_look(box);
     const int buttons = box.style & 0xf;
     if (buttons == BoxStyle::OkOnly)
         return BoxButton::Ok;

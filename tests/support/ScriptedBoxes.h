@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <deque>
+#include <functional>
 #include <vector>
 
 /// Stands in for the operator at every message and input box while it lives: keeps what was shown
@@ -29,6 +30,9 @@ public:
     /// Queues the text typed into the next input box; an empty one cancels it.
     void Type(const QString &text) { m_texts.push_back(text); }
 
+    /// Called at every message box before it is answered, as if it stood on the screen.
+    void OnBox(std::function<void(const MessageBoxRequest &)> look) { m_look = std::move(look); }
+
     const std::vector<MessageBoxRequest> &Shown() const { return m_shown; }
     const std::vector<Prompt> &Prompts() const { return m_prompts; }
 
@@ -39,6 +43,7 @@ private:
     int Answer(const MessageBoxRequest &box);
     QString AnswerText(const QString &prompt, const QString &title);
 
+    std::function<void(const MessageBoxRequest &)> m_look;
     std::vector<MessageBoxRequest> m_shown;
     std::vector<Prompt> m_prompts;
     std::deque<int> m_buttons;

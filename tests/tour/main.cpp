@@ -1,6 +1,5 @@
 #include "app/Main.h"
 #include "app/Desktop.h"
-#include "grid/SpreadGrid.h"
 #include "support/Operator.h"
 #include "tldb/Commands.h"
 #include "tldb/answers/AnswerFile.h"
@@ -8,9 +7,11 @@
 #include <QApplication>
 #include <QDir>
 #include <QDirIterator>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
 #include <QTabBar>
+#include <QTableView>
 #include <QTest>
 #include <cstdio>
 
@@ -185,8 +186,8 @@ private:
 
     static int ListRows()
     {
-        const auto *grid = Operator::Front({})->findChild<SpreadGrid *>("spdList");
-        return grid && grid->Redraw() ? grid->RowCount() : 0;
+        const auto *grid = Operator::Front({})->findChild<QTableView *>("spdList");
+        return grid ? grid->model()->rowCount() : 0;
     }
 
     QString m_folder;

@@ -98,10 +98,10 @@ Database::Database(const QString &localPath, bool isReadOnly, const QString &con
     : Database((CheckFile(localPath), localPath),
                isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE)
 {
-    // Long lists are sorted beside the reading; ten thousand lines fit into the cache and need no
-    // file to be sorted.
+    // A list of a hundred thousand lines fits into the cache and needs no file to be sorted; a
+    // longer one is sorted beside the reading.
     ExecuteNative("PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF;"
-                  "PRAGMA cache_size=-4000; PRAGMA threads=2;");
+                  "PRAGMA cache_size=-64000; PRAGMA threads=2;");
     // Texts are read as they stand in the file.
     const auto property = OpenRecordset("SELECT 1 FROM sqlite_master, pragma_encoding"
                                         " WHERE name = 'DBProperty' AND encoding = 'UTF-8'");

@@ -85,6 +85,7 @@ Recordset::Recordset(sqlite3_stmt *statement, const QString &source)
         ReadRow(statement);
     if (result != SQLITE_DONE)
         throw DaoErrors::FromSqlite(sqlite3_db_handle(statement), m_source);
+    m_rows.shrink_to_fit();
     MoveFirst();
 }
 

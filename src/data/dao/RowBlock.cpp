@@ -6,7 +6,7 @@
 void RowBlock::Grow(size_t bytes)
 {
     constexpr size_t SmallestChunk = 4096;
-    constexpr size_t LargestChunk = 2 << 20; // but for a row that is larger
+    constexpr size_t LargestChunk = 256 << 10; // but for a row that is larger
     const size_t begun = size_t(m_end - m_row);
     m_chunkSize = std::clamp(2 * m_chunkSize, SmallestChunk, LargestChunk);
     m_chunkSize = std::max(m_chunkSize, begun + bytes);

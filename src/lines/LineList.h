@@ -1,0 +1,49 @@
+#pragma once
+
+#include "lines/Line.h"
+#include "lines/OrderIndex.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+/// Delivery lines in the order of the list: its working state from loading to the creation of the
+/// answers, without a window. Rows count from 1.
+class LineList
+{
+public:
+    LineList() = default;
+    LineList(LineList &&) = default;
+    LineList &operator=(LineList &&) = default;
+
+    /// Takes the rows of one of the list's statements; `step` is called for each and stops it with
+    /// False, which leaves the list empty.
+    bool Load(std::unique_ptr<Recordset> rows, const std::function<bool()> &step);
+    void Clear() { *this = LineList(); }
+
+    int Count() const { return int(m_lines.size()); }
+    const Line &At(int row) const { return m_lines[size_t(row - 1)]; }
+    Line &At(int row) { return m_lines[size_t(row - 1)]; }
+
+    /// Puts a line below a row; it becomes row + 1.
+    void InsertBelow(int row, const Line &line);
+    void Remove(int row);
+
+    /// Puts another reading of the same line in a row's place; its own lines may go afterwards.
+    void Replace(int row, const LineList &readings, const Line &reading);
+
+    /// The rows of an order, from top to bottom.
+    std::vector<int> RowsOfOrder(qint64 accNo) const;
+
+    /// The row of a stored line; 0: it is not in the list.
+    int RowOf(const LineKey &key) const;
+
+    /// How many lines hold what is not registered: changed ones and new splits.
+    int UnregisteredCount() const;
+
+private:
+    std::vector<Line> m_lines;
+    std::vector<std::shared_ptr<const Recordset>> m_rows; ///< that the lines read their texts from
+    mutable OrderIndex m_index;
+    mutable bool m_isIndexed = false; ///< the index is made when first asked for
+};

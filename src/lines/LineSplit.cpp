@@ -1,0 +1,104 @@
+#include "lines/LineSplit.h"
+
+#include "data/bDAO.h"
+#include "messages/bMessage.h"
+#include "platform/MsgBox.h"
+
+bool CheckSingleRow(const RowSelection &selected)
+{
+    if (selected.Count() <= 1)
+        return true;
+    ShowMessage(Message::ExtraTextAlone, "複数行の指定は出来ません");
+    return false;
+}
+
+int SingleRow(const RowSelection &selected)
+{
+    if (selected.IsEmpty()) {
+        ShowMessage(Message::NoValidRow);
+        return 0;
+    }
+    return CheckSingleRow(selected) ? selected.First() : 0;
+}
+
+Decimal RemainderOf(const LineList &list, int row)
+{
+    const Line &source = list.At(row);
+    Decimal remainder = source.Instructed();
+    for (const int other : list.RowsOfOrder(source.Key().accNo))
+        if (list.At(other).Key().accSubNo == source.Key().accSubNo)
+            remainder = remainder - list.At(other).Now().quantity;
+    return remainder;
+}
+
+void CopyLine(LineList &list, int row)
+{
+    list.InsertBelow(row, list.At(row).Split(RemainderOf(list, row)));
+}
+
+namespace {
+
+constexpr auto IsAnsweredText = "このデータは 納期回答済です";
+
+/// Why the line is no split that could be taken back; empty when it is one.
+QString DeleteRefusal(const Line &line)
+{
+    if (!line.Instructed().IsZero())
+        return "このデータは 分納データではありません";
+    if (line.IsShipped())
+        return "このデータは 出荷済です";
+    if (line.IsAnswered())
+        return IsAnsweredText;
+    return {};
+}
+
+bool HasAnswered(bDAO &db, Recordset &lines, int shpSubNo)
+{
+    constexpr double AnswerOutput = 3; // AnsLimUmu
+    for (; !db.IsEOF(&lines); db.MoveNext(lines))
+        if (db.NullToZero(lines, u"ShpSubNo") == shpSubNo)
+            return db.NullToZero(lines, u"AnsLimUmu") == AnswerOutput;
+    return false;
+}
+
+/// Deletes the line when others of its sub-line stay open. Why not, as a text of its own or below
+/// message 19, is told when nothing is locked any more.
+bool DeleteStoredLine(bDAO &db, const LineKey &key)
+{
+    const QString subLine = "WHERE ACCNO = " + QString::number(key.accNo) + " AND "
+                            + "AccSubNo = " + QString::number(key.accSubNo);
+    if (!db.BeginTrans())
+        return false;
+    const auto openLines = db.OpenRS("Select * From TLSP0010 " + subLine + " AND "
+                                     + "ShpSts = 1 AND " + "DpoFlg = 0 ");
+    const bool isRead = openLines != nullptr;
+    const bool isLast = isRead && openLines->RecordCount() <= 1;
+    // Somebody else may have answered it since the list was loaded.
+    const bool isAnswered = isRead && HasAnswered(db, *openLines, key.shpSubNo);
+    const bool isDeleted = isRead && !isLast && !isAnswered
+                           && db.DBExecute("DELETE FROM TLSP0010 " + subLine + " AND "
+                                           + "ShpSubNo = " + QString::number(key.shpSubNo) + ";")
+                           && db.CommitTrans();
+    if (isDeleted)
+        return true;
+    db.Rollback();
+    if (isLast)
+        MsgBox("このデータは 分納データではありません\rまたは、これ以上 削除できません",
+               BoxStyle::Exclamation, "注意");
+    else if (isAnswered)
+        ShowMessage(Message::NotDeleted, IsAnsweredText);
+    return false;
+}
+
+} // namespace
+
+bool DeleteLine(bDAO &db, const Line &line)
+{
+    const QString refusal = DeleteRefusal(line);
+    if (!refusal.isEmpty()) {
+        ShowMessage(Message::NotDeleted, refusal);
+        return false;
+    }
+    return ShowMessage(Message::MayDelete) == BoxButton::Yes
+           && (!line.IsStored() || DeleteStoredLine(db, line.Key()));
+}

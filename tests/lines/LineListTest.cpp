@@ -1,0 +1,149 @@
+#include "lines/LinesFixture.h"
+
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+#include <random>
+
+namespace {
+
+class LineListTest : public LinesFixture
+{
+protected:
+    /// "order|line" of every row.
+    QString Keys() const
+    {
+        QStringList keys;
+        for (int row = 1; row <= list.Count(); ++row)
+            keys += QString("%1|%2").arg(list.At(row).Key().accNo).arg(list.At(row).Key().shpSubNo);
+        return keys.join(' ');
+    }
+};
+
+} // namespace
+
+TEST_F(LineListTest, WhichLinesAndInWhichOrder)
+{
+    AddOrder(1);
+    AddOrder(2, "AccDate = '20260401'");
+    AddOrder(3, "ShpSts = 3");
+    AddOrder(4, "DpoFlg = 1");
+    AddLine(1, 2, 1, "AnsLimDate = '20260601'");
+    AddLine(1, 2, 2, "AnsLimDate = '20260501', DenKBN = 15");
+    AddLine(1, 1, 3);
+    AddLine(1, 1, 4, "ShpSts = 4");
+    AddLine(1, 1, 5, "DenKBN = 1");
+    AddLine(1, 1, 6, "DpoFlg = 1");
+    AddLine(2, 1, 1, "AccHinCD = 'HIN-0', OdrNo = 'X#1''Y'");
+    AddLine(3, 1, 1);
+    AddLine(4, 1, 1);
+    const auto keys = [&](const SearchConditions &conditions) {
+        const LoadedList loaded = LoadList(state.db, conditions, list);
+        EXPECT_TRUE(loaded.isRead);
+        EXPECT_EQ(loaded.lineCount, list.Count());
+        return Keys() + (loaded.hasDefectiveLines ? " defective" : "");
+    };
+    EXPECT_EQ(keys({}), "2|1 1|3 1|2 1|1 defective");
+    SearchConditions search;
+    search.orderNo = "X#1'";
+    EXPECT_EQ(keys(search), "2|1");
+    search.orderNo = "X1";
+    EXPECT_EQ(keys(search), "") << "the number sign is no digit";
+    search = {};
+    search.dateBasis = "ACCDATE";
+    search.fromDate = "20260401";
+    EXPECT_EQ(keys(search), "2|1");
+    search = {};
+    search.sortKeys = {"ODRNO", "ACCHINCD", "MFACTNO", "LIMDATE", "SHPDATE", "CUSTSECCD"};
+    EXPECT_EQ(keys(search), "1|3 1|2 1|1 2|1 defective");
+    search.customerCode = "C2";
+    EXPECT_EQ(keys(search), "");
+    // An order is read whole, whatever the search was.
+    EXPECT_TRUE(ReadOrders(state.db, {4, 1}, list));
+    EXPECT_EQ(Keys(), "1|3 1|4 1|5 1|1 1|2 4|1");
+    EXPECT_TRUE(boxes.TakeTexts().empty());
+
+    file.Run("DROP TABLE TLMT0040");
+    const LoadedList failed = LoadList(state.db, {}, list);
+    EXPECT_FALSE(failed.isRead);
+    EXPECT_EQ(list.Count(), 0);
+    EXPECT_EQ(boxes.TakeTexts().size(), 1u);
+}
+
+TEST_F(LineListTest, TheOperatorCanStopALongSearch)
+{
+    AddOrder(1);
+    AddLine(1, 1, 1);
+    // A customer master that takes its time.
+    file.Run("ALTER TABLE TLMT0040 RENAME TO Customers; CREATE VIEW TLMT0040 AS SELECT * FROM "
+             "Customers WHERE (WITH RECURSIVE N(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM N "
+             "LIMIT 100000000) SELECT SUM(i) FROM N) > 0");
+    QStringList status;
+    QWidget focus;
+    QTimer::singleShot(0, &focus, [&] { QTest::keyClick(&focus, Qt::Key_Escape); });
+    const LoadedList loaded
+        = LoadList(state.db, state.conditions, list, [&](const QString &text) { status += text; });
+    EXPECT_TRUE(loaded.isStopped);
+    EXPECT_FALSE(loaded.isRead);
+    EXPECT_EQ(list.Count(), 0);
+    EXPECT_EQ(status, QStringList{"該当データを表示しています･･･（0 秒）"});
+    EXPECT_TRUE(boxes.TakeTexts().empty());
+    EXPECT_TRUE(state.db.OpenRS("SELECT * FROM TLSP0010;")) << "the next query is not stopped";
+}
+
+TEST_F(LineListTest, RowsOfAnOrderAreThoseOfAWalkAfterAnySequenceOfChanges)
+{
+    for (int order = 1; order <= 8; ++order) {
+        AddOrder(order);
+        for (int line = 1; line <= 3; ++line)
+            AddLine(order, 1, line);
+    }
+    Load();
+    std::mt19937 random(20261125);
+    const auto upTo = [&](int highest) { return int(random() % unsigned(highest + 1)); };
+    for (int step = 0; step < 600 && list.Count() > 0; ++step) {
+        // Grows to begin with and shrinks to nothing at the end.
+        if (upTo(9) < (step < 200 ? 7 : 3))
+            list.InsertBelow(upTo(list.Count()), list.At(1 + upTo(list.Count() - 1)).Split(1));
+        else
+            list.Remove(1 + upTo(list.Count() - 1));
+        for (qint64 order = 0; order <= 9; ++order) {
+            std::vector<int> walk;
+            for (int row = 1; row <= list.Count(); ++row)
+                if (list.At(row).Key().accNo == order)
+                    walk.push_back(row);
+            ASSERT_EQ(list.RowsOfOrder(order), walk) << "order " << order << " step " << step;
+        }
+    }
+    EXPECT_EQ(list.Count(), 0);
+}
+
+TEST_F(LineListTest, ARowIsFoundByItsKeyOnceItIsStored)
+{
+    AddOrder(1);
+    AddLine(1, 1, 1);
+    AddLine(1, 2, 3);
+    Load();
+    list.InsertBelow(1, list.At(1).Split(1));
+    EXPECT_EQ(list.RowOf({1, 2, 3}), 3);
+    EXPECT_EQ(list.RowOf({1, 1, 0}), 0) << "a split has no key yet";
+    list.At(2).Registered(4);
+    EXPECT_EQ(list.RowOf({1, 1, 4}), 2);
+    EXPECT_EQ(list.RowOf({2, 1, 1}), 0);
+}
+
+TEST(RowSelectionTest, IsASetOfRows)
+{
+    const RowSelection selected({{7, 9}, {1, 2}, {3, 3}, {8, 12}, {20, 20}});
+    EXPECT_EQ(selected.Ranges(), (std::vector<RowSelection::Range>{{1, 3}, {7, 12}, {20, 20}}));
+    EXPECT_EQ(selected.Count(), 10);
+    EXPECT_EQ(selected.First(), 1);
+    for (int row = 0; row <= 21; ++row)
+        EXPECT_EQ(selected.Contains(row),
+                  row == 20 || (row >= 1 && row <= 3) || (row > 6 && row < 13))
+            << row;
+    EXPECT_EQ(selected.Without({20, 9, 2, 7, 4}).Ranges(),
+              (std::vector<RowSelection::Range>{{1, 1}, {3, 3}, {8, 8}, {10, 12}}));
+    EXPECT_TRUE(RowSelection({{2, 3}}).Without({3, 2}).IsEmpty());
+    EXPECT_FALSE(RowSelection().Contains(1));
+}

@@ -1,0 +1,122 @@
+#include "lines/LinesFixture.h"
+
+#include "lines/LineSplit.h"
+
+namespace {
+
+using LineSplitTest = LinesFixture;
+
+} // namespace
+
+TEST_F(LineSplitTest, ACopyTakesTheOrderAndIsOpen)
+{
+    AddOrder(1, "EDIKBN = 1");
+    AddLine(1, 1, 1, "AnsVal = 30, AnsLimDate = '20260601', AnsMark = '2', AnsLimUmu = 3");
+    AddLine(1, 1, 2, "DenKBN = 15, IndVal = 50, ShpVal = 9, ShpSts = 3");
+    Load();
+    list.At(1).SetError(LineError::MoreThanOpen);
+    const QString source = RowText(list.At(1));
+    CopyLine(list, 1);
+    EXPECT_EQ(RowText(list.At(1)), source);
+    EXPECT_EQ(RowText(list.At(2)), "*/ |PO-1/HIN-1/抵抗器/SUS|100.000/100.000|0.000/0.000|70.000||"
+                                   "26/05/20/P1|　/　|A 確定注文１型取引/SEC");
+    EXPECT_FALSE(list.At(2).IsDefective());
+    EXPECT_EQ(list.At(2).Error(), LineError::None);
+    EXPECT_EQ(list.UnregisteredCount(), 1);
+    // Of a defective and shipped line, and of copies.
+    CopyLine(list, 3);
+    CopyLine(list, 4);
+    CopyLine(list, 2);
+    EXPECT_TRUE(list.At(5).IsDefective()) << "a copy has the colour of its source";
+    EXPECT_FALSE(list.At(5).IsShipped());
+    EXPECT_EQ(list.At(3).Source().shpSubNo, 1) << "of the copy's own source";
+    EXPECT_EQ(list.At(6).Source().shpSubNo, 2);
+    EXPECT_EQ(list.Count(), 6);
+}
+
+TEST_F(LineSplitTest, WhatIsLeftIsThatOfTheSubLine)
+{
+    const struct
+    {
+        std::vector<const char *> answers; ///< of the order sub-line's rows, instructed 100
+        const char *left;
+    } cases[] = {{{"30"}, "70.000"},
+                 {{"60", "40"}, "0.000"},
+                 {{"60", "40.001"}, "0.000"}, // never less than nothing
+                 {{"33.333", "33.333"}, "33.334"},
+                 {{"0"}, "0.000"}}; // without an answer all is proposed
+    AddOrder(1);
+    AddOrder(2);
+    for (const auto &[answers, left] : cases) {
+        file.Run("DELETE FROM TLSP0010");
+        int shpSubNo = 0;
+        for (const char *answer : answers)
+            AddLine(1, 1, ++shpSubNo, QString("AnsVal = %1").arg(answer));
+        AddLine(1, 2, ++shpSubNo, "AnsVal = 50"); // another sub-line of the order
+        AddLine(2, 1, 1, "AnsVal = 50");          // another order
+        Load();
+        CopyLine(list, 1);
+        EXPECT_EQ(Cell(2, AnswerQuantity), left) << answers.back();
+    }
+}
+
+TEST_F(LineSplitTest, ASplitIsTakenBackWhenNothingSpeaksAgainstIt)
+{
+    const QString refused = "削除されませんでした\r";
+    const QString answered = refused + "このデータは 納期回答済です";
+    const QString asReceived = refused + "このデータは 分納データではありません";
+    const QString lastLine
+        = "このデータは 分納データではありません\rまたは、これ以上 削除できません";
+    enum Answer { Unasked, No, Yes };
+    const struct
+    {
+        const char *line;
+        const char *meanwhile; ///< done by others after the list was loaded
+        Answer answer;
+        QString told; ///< after the question
+    } cases[] = {
+        {"IndVal = 0.001", "", Unasked, asReceived},
+        {"IndVal = 1, ShpSts = 3, AnsLimUmu = 3", "", Unasked, asReceived},
+        {"IndVal = 0, ShpSts = 3, AnsLimUmu = 3", "", Unasked, refused + "このデータは 出荷済です"},
+        {"IndVal = 0, AnsLimUmu = 3", "", Unasked, answered},
+        {"IndVal = 0", "", No, ""},
+        {"IndVal = 0", "", Yes, ""},
+        {"IndVal = 0", "AnsLimUmu = 3 WHERE ShpSubNo = 2", Yes, answered},
+        {"IndVal = 0", "ShpSts = 3 WHERE ShpSubNo = 1", Yes, lastLine},
+        {"IndVal = 0", "DpoFlg = 1 WHERE ShpSubNo = 1", Yes, lastLine},
+        {"IndVal = 0", "AccSubNo = 2 WHERE ShpSubNo = 1", Yes, lastLine},
+    };
+    AddOrder(1);
+    for (const auto &[line, meanwhile, answer, told] : cases) {
+        SCOPED_TRACE(std::string(line) + ' ' + meanwhile);
+        file.Run("DELETE FROM TLSP0010");
+        AddLine(1, 1, 1);
+        AddLine(1, 1, 2, line);
+        Load();
+        if (*meanwhile)
+            file.Run(QString("UPDATE TLSP0010 SET ") + meanwhile);
+        std::vector<QString> texts;
+        if (answer != Unasked) {
+            boxes.Press(answer == Yes ? BoxButton::Yes : BoxButton::No);
+            texts = {"削除してもよろしいですか\r"};
+        }
+        if (!told.isEmpty())
+            texts.push_back(told);
+        const bool isDeleted = answer == Yes && told.isEmpty();
+        EXPECT_EQ(DeleteLine(state.db, list.At(2)), isDeleted);
+        EXPECT_EQ(boxes.TakeTexts(), texts);
+        EXPECT_EQ(Stored("SUM(ShpSubNo)"), isDeleted ? "1" : "3");
+    }
+    CopyLine(list, 1);
+    boxes.Press(BoxButton::Yes);
+    EXPECT_TRUE(DeleteLine(state.db, list.At(2)));
+    EXPECT_EQ(Stored("SUM(ShpSubNo)"), "3") << "one that was not stored yet";
+    boxes.TakeTexts();
+
+    LockDatabase();
+    boxes.Press(BoxButton::Yes);
+    EXPECT_FALSE(DeleteLine(state.db, list.At(3)));
+    UnlockDatabase();
+    EXPECT_EQ(boxes.Shown().size(), 2u);
+    EXPECT_EQ(boxes.Shown().back().title, "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ");
+}

@@ -1,0 +1,268 @@
+#include "lines/LinesFixture.h"
+
+#include "lines/LineSplit.h"
+#include "lines/Registration.h"
+#include "support/StatementLog.h"
+
+namespace {
+
+using Texts = std::vector<QString>;
+
+class RegistrationTest : public LinesFixture
+{
+protected:
+    bool Register(const std::vector<int> &selected = {})
+    {
+        const RowSelection rows = Rows(selected);
+        Registration registration(state.db, list, rows);
+        RegistrationCounts counted;
+        const bool isRegistered = registration.RegisterAnswers(counted);
+        counts = QString("%1 %2").arg(counted.added).arg(counted.changed);
+        changedElsewhere = registration.ChangedElsewhere();
+        return isRegistered;
+    }
+
+    /// Three orders of one line each, every one with a date typed in; the second with a split.
+    void LoadThreeOrders()
+    {
+        file.Run("DELETE FROM TLSP0010; DELETE FROM TLAC0010");
+        for (const int accNo : {1, 2, 3}) {
+            AddOrder(accNo);
+            AddLine(accNo, 1, 1, "IndVal = 60");
+        }
+        Load();
+        for (int row = 1; row <= 3; ++row)
+            list.At(row).SetDate("20260601");
+        CopyLine(list, 2);
+        list.At(3).SetQuantity(40);
+    }
+
+    QString counts; ///< added and changed
+    std::set<qint64> changedElsewhere;
+};
+
+constexpr auto NoData = "データが存在しません\r";
+
+QString NotRegistered(const char *orderNo)
+{
+    return QString("登録されませんでした\r注文№ ") + orderNo;
+}
+
+} // namespace
+
+TEST_F(RegistrationTest, DatesAndMarkOfAnAnswer)
+{
+    const struct
+    {
+        const char *what, *line, *date, *meanwhile;
+        const char *written; ///< answered, ship, arrival, mark
+    } cases[] = {
+        {"over the month's end", "", "20260602", "", "20260602|20260530|20260602|2"},
+        {"the specified date", "", "20260520", "", "20260520|20260517|20260520|1"},
+        {"no date keeps what is stored",
+         "AnsLimDate = '20260601', ShpDate = '20260401', ArvExpDate = '20260404'", "", "",
+         "|20260401|20260404|2"},
+        {"no date, and none asked for", "AnsLimDate = '20260601', LimDate = ''", "", "", "|||1"},
+        {"shipped meanwhile", "ShpDate = '20260401', ArvExpDate = '20260404'", "20260602",
+         "ShpSts = 3", "20260602|20260401|20260404|2"},
+    };
+    for (const auto &[what, line, date, meanwhile, written] : cases) {
+        LoadLine(line);
+        list.At(1).SetDate(date);
+        Change("TLSP0010", "1", meanwhile);
+        EXPECT_TRUE(Register()) << what;
+        EXPECT_EQ(Stored("AnsLimDate, ShpDate, ArvExpDate, AnsMark"), written) << what;
+        EXPECT_EQ(counts, "0 1") << what;
+    }
+}
+
+TEST_F(RegistrationTest, AnUntouchedLineIsWrittenOnlyWhenSelectedAndAsItWas)
+{
+    for (const char *date : {"", "20260601", "99999999", "19260520", "20510101", "ABC"}) {
+        LoadLine(QString("AnsLimDate = '%1', AnsVal = 25").arg(date));
+        const QString before = Stored("*");
+        EXPECT_TRUE(Register());
+        EXPECT_EQ(Stored("*"), before) << date;
+        EXPECT_TRUE(Register({1}));
+        EXPECT_EQ(Stored("AnsLimDate, AnsVal, UpdPGName"), QString(date) + "|25.0|TL030101");
+        EXPECT_EQ(counts, "0 0") << date;
+    }
+}
+
+TEST_F(RegistrationTest, SplitsTakeOverTheLineThatWasCopied)
+{
+    AddOrder(1);
+    AddLine(1, 1, 1, "PayKeyNo = 'KEY-0009', Biko = 'not the source'");
+    AddLine(1, 1, 2,
+            "PayKeyNo = 'KEY-0007', PayKeySubNp = 1, ShpVal = 40, AnsLimUmu = 3, ShpSts = 3,"
+            "ShpDate = '20260401', ArvExpDate = '20260404', Biko = 'the source', AnsVal = 40,"
+            "AnsLimDate = '20260404', AnsMark = '2', LimDate = '20260603', PayNo = 'P2'");
+    AddLine(1, 2, 5, "PayKeyNo = 'KEYX0011', Biko = 'not this sub-line'");
+    Load();
+    CopyLine(list, 2);
+    CopyLine(list, 3); // of the copy
+    list.At(3).SetDate("20260603");
+    list.At(3).SetQuantity(Decimal::FromText(u"12.5"));
+    EXPECT_TRUE(Register());
+    EXPECT_EQ(counts, "2 0");
+    EXPECT_EQ(Stored("ShpSubNo, Biko, AccSubNo, LimDate, PayNo, PayKeyNo, PayKeySubNp, IndVal, "
+                     "AnsVal, ShpVal, AnsLimDate, AnsMark, AnsLimUmu, ShpSts, ShpDate, ArvExpDate, "
+                     "UpdPGName, UpdDate, UpdTime",
+                     "ShpSubNo > 5"),
+              "6|the source|1|20260603|P2|KEY-0010|2|0.0|12.5|0.0|20260603|1|0|1|20260531|20260603|"
+              "TL030101|20260501|090807 "
+              "7|the source|1|20260603|P2|KEY-0011|3|0.0|0.0|0.0||2|0|1|20260401|20260404|"
+              "TL030101|20260501|090807");
+    EXPECT_EQ(list.RowOf({1, 1, 6}), 3);
+    EXPECT_EQ(list.RowOf({1, 1, 7}), 4);
+}
+
+TEST_F(RegistrationTest, AWrittenRowCountsAsUnchangedAndShowsWhatAReloadShows)
+{
+    AddOrder(1);
+    AddOrder(2);
+    AddLine(1, 1, 1, "AnsVal = 40, LimDate = '', Biko = 'it''s', AnsLimUmu = 3");
+    AddLine(1, 1, 2, "AnsVal = 10, AnsLimDate = '20260601', AnsMark = '2'");
+    AddLine(2, 1, 1, "AnsVal = 5");
+    const auto rest = [&] { // what no answer touches
+        file.Run("DROP TABLE IF EXISTS Rest; CREATE TABLE Rest AS SELECT * FROM TLSP0010 WHERE "
+                 "ShpSubNo < 3");
+        for (const char *column : {"AnsLimDate", "ShpDate", "ArvExpDate", "AnsVal", "AnsMark",
+                                   "UpdPGName", "UpdDate", "UpdTime"})
+            file.Run(QString("ALTER TABLE Rest DROP COLUMN ") + column);
+        return file.Rows("SELECT * FROM Rest");
+    };
+    const QString before = rest();
+    Load();
+    CopyLine(list, 1);
+    list.At(1).SetQuantity(41);
+    list.At(3).SetDate("20260520");
+    EXPECT_TRUE(Register({1, 2, 3, 4}));
+    EXPECT_EQ(counts, "1 2");
+    EXPECT_EQ(list.UnregisteredCount(), 0);
+    const auto sortedRows = [&] {
+        QStringList rows;
+        for (int row = 1; row <= list.Count(); ++row)
+            rows += RowText(list.At(row));
+        rows.sort();
+        return rows;
+    };
+    const QStringList shown = sortedRows();
+    Load();
+    EXPECT_EQ(sortedRows(), shown);
+    EXPECT_EQ(rest(), before);
+}
+
+TEST_F(RegistrationTest, AnOrderIsOneTransactionWhereverItsRowsStand)
+{
+    for (const int accNo : {1, 2})
+        AddOrder(accNo);
+    AddLine(1, 1, 1, "OdrNo = 'A'");
+    AddLine(1, 1, 2, "OdrNo = 'C'");
+    AddLine(2, 1, 1, "OdrNo = 'B'");
+    state.conditions.sortKeys[0] = "ODRNO";
+    state.db.CloseDB();
+    StatementLog log;
+    file.Open(state.db);
+    Load();
+    for (int row = 1; row <= 3; ++row)
+        list.At(row).SetDate("20260601");
+    file.Run("CREATE TRIGGER Refuse BEFORE UPDATE ON TLSP0010 WHEN NEW.ShpSubNo = 2 "
+             "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    EXPECT_FALSE(Register());
+    EXPECT_EQ(boxes.TakeTexts().back(), NotRegistered("C"));
+    EXPECT_EQ(Stored("AnsLimDate"), "  ") << "nothing of the order, and none behind it";
+    EXPECT_EQ(list.UnregisteredCount(), 3);
+    file.Run("DROP TRIGGER Refuse");
+    log.Take();
+    EXPECT_TRUE(Register());
+    EXPECT_EQ(Stored("AnsLimDate"), "20260601 20260601 20260601");
+    QString verbs;
+    for (const QString &statement : log.Take())
+        if (!statement.startsWith("SELECT"))
+            verbs += statement[0];
+    EXPECT_EQ(verbs, "BUUCBUC");
+}
+
+TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
+{
+    constexpr auto Refuse = "CREATE TRIGGER Refuse BEFORE INSERT ON TLSP0010 "
+                            "BEGIN SELECT RAISE(ABORT, 'refused'); END";
+    enum Told { Only15, NoDataFirst, EngineErrorFirst };
+    const std::tuple<const char *, const char *, Told> cases[] = {
+        {"UPDATE TLSP0010 SET DpoFlg = 1 WHERE AccNo = 2", "UPDATE TLSP0010 SET DpoFlg = 0",
+         NoDataFirst},
+        {"UPDATE TLSP0010 SET AccNo = 2, ShpSubNo = 2147483647 WHERE AccNo = 9",
+         "UPDATE TLSP0010 SET AccNo = 9 WHERE ShpSubNo > 9", Only15},
+        {"UPDATE TLSP0010 SET PayKeySubNp = 2147483647 WHERE AccNo = 2",
+         "UPDATE TLSP0010 SET PayKeySubNp = 0", Only15},
+        {"UPDATE TLSP0010 SET Tan = '1,5' WHERE AccNo = 2", "UPDATE TLSP0010 SET Tan = 0", Only15},
+        {Refuse, "DROP TRIGGER Refuse", EngineErrorFirst},
+        {"ALTER TABLE TLSP0010 DROP COLUMN PayKeySubNp",
+         "ALTER TABLE TLSP0010 ADD COLUMN PayKeySubNp INTEGER", EngineErrorFirst},
+    };
+    for (const auto &[cause, cure, told] : cases) {
+        SCOPED_TRACE(cause);
+        LoadThreeOrders();
+        AddLine(9, 1, 1); // of no order in the list
+        file.Run(cause);
+        const QString before = Stored("*", "AccNo > 1");
+        EXPECT_FALSE(Register());
+        const Texts texts = boxes.TakeTexts();
+        ASSERT_EQ(texts.size(), told == Only15 ? 1u : 2u);
+        EXPECT_EQ(texts.front() == NoData, told == NoDataFirst);
+        EXPECT_EQ(texts.front().startsWith("ｴﾗｰｺｰﾄﾞ："), told == EngineErrorFirst);
+        EXPECT_TRUE(texts.back().startsWith(NotRegistered("PO-2")));
+        EXPECT_EQ(texts.back() != NotRegistered("PO-2"), told == Only15) << "the reason";
+        EXPECT_EQ(counts, "0 1") << "only what was committed counts";
+        EXPECT_EQ(Stored("AnsLimDate", "AccNo = 1"), "20260601");
+        EXPECT_EQ(Stored("*", "AccNo > 1"), before);
+        EXPECT_EQ(list.UnregisteredCount(), 3);
+        EXPECT_EQ(list.At(2).Key(), (LineKey{2, 1, 1})) << "a stored line keeps its number";
+        EXPECT_FALSE(list.At(3).IsStored());
+
+        file.Run(cure);
+        EXPECT_TRUE(Register());
+        EXPECT_EQ(counts, "1 2");
+        EXPECT_EQ(list.UnregisteredCount(), 0);
+        EXPECT_EQ(Stored("AccNo, AnsVal, AnsLimDate", "AccNo < 9 AND ShpSubNo < 9"),
+                  "1|60.0|20260601 2|60.0|20260601 2|40.0| 3|60.0|20260601");
+    }
+    LoadThreeOrders();
+    file.Run("DELETE FROM TLSP0010 WHERE AccNo = 2");
+    list.At(2).TakeStored(list.At(2).Now());
+    EXPECT_FALSE(Register()) << "a split without its source";
+    EXPECT_EQ(boxes.TakeTexts(), (Texts{NoData, NotRegistered("PO-2")}));
+
+    LoadThreeOrders();
+    LockDatabase();
+    EXPECT_FALSE(Register());
+    UnlockDatabase();
+    EXPECT_EQ(boxes.TakeTexts().back(), NotRegistered("PO-1"));
+    EXPECT_EQ(list.UnregisteredCount(), 4);
+}
+
+TEST_F(RegistrationTest, AnOrderChangedElsewhereIsLeftToTheOther)
+{
+    const std::tuple<const char *, const char *, bool> changes[]
+        = {{"AnsLimDate = '20260610'", "60.000 26/06/10", false},
+           {"AnsVal = 30", "30.000 ", false},
+           {"AnsLimUmu = 3", "60.000 ", true}};
+    for (const auto &[change, shown, isAnswered] : changes) {
+        SCOPED_TRACE(change);
+        LoadThreeOrders();
+        Change("TLSP0010", "AccNo = 2", change);
+        const QString before = Stored("*", "AccNo = 2");
+        EXPECT_TRUE(Register()) << "the run goes on";
+        ASSERT_EQ(boxes.Shown().size(), 1u);
+        EXPECT_TRUE(boxes.TakeTexts()[0].endsWith(
+            "\r注文№ PO-2 は、ほかの人が変更しています。一覧に今の内容を表示しました"));
+        EXPECT_EQ(counts, "0 2");
+        EXPECT_EQ(changedElsewhere, std::set<qint64>{2});
+        EXPECT_EQ(Stored("AnsLimDate", "AccNo <> 2"), "20260601 20260601");
+        EXPECT_EQ(Stored("*", "AccNo = 2"), before);
+        EXPECT_EQ(Cell(2, AnswerQuantity) + ' ' + Cell(2, AnswerDate), shown);
+        EXPECT_EQ(list.At(2).IsAnswered(), isAnswered);
+        EXPECT_EQ(list.UnregisteredCount(), 1) << "the split stays";
+    }
+}
