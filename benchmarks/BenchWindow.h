@@ -1,7 +1,10 @@
 #pragma once
 
-#include "answerlist/AnswerList.h"
-#include "grid/SpreadGrid.h"
+#include "answerlist/LineModel.h"
+#include "answerlist/ListColumns.h"
+#include "grid/GridView.h"
+#include "lines/LineList.h"
+#include "lines/RowSelection.h"
 
 #include <QGuiApplication>
 #include <QWindow>
@@ -22,14 +25,19 @@ class BenchWindow
 public:
     BenchWindow()
     {
+        constexpr int LinesPerRow = 4;
         grid.resize(1200, 600);
-        list.Create(&grid);
+        grid.setModel(&model);
+        grid.SetTextLines(LinesPerRow);
         ShowAndWait(grid);
     }
 
     /// Lays out and paints what has changed: what the event loop does next.
     void Paint() { QCoreApplication::processEvents(); }
 
-    SpreadGrid grid;
-    AnswerList list;
+    RowSelection Everything() const { return RowSelection({{1, list.Count()}}); }
+
+    LineList list;
+    LineModel model{list};
+    GridView grid;
 };

@@ -32,6 +32,6 @@ BenchDatabase LargeDatabase(const Sizes &sizes);
 BenchDatabase LongestDatabase(const Sizes &sizes);
 
 /// Run in a process of its own: what `argv` names first is the program with its own command line
-/// ("search"), an empty window ("empty") or one with a Japanese word ("word"). Ends with 0 when its
-/// first window is on the screen, else with another code.
+/// ("search"), or the same form alone, without the program and its database ("bare"). Ends with 0
+/// when its first window is on the screen, else with another code.
 int ShowFirstWindow(int argc, char **argv);

@@ -1,73 +1,82 @@
 #include "BenchWindow.h"
 #include "Benches.h"
 
-#include "answerlist/AnswerDates.h"
-#include "answerlist/LineSplit.h"
-#include "answerlist/ListLoading.h"
+#include "lines/AnswerDates.h"
+#include "lines/LineSplit.h"
+#include "lines/ListLoading.h"
 #include "output/PreOutputChecks.h"
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 
 namespace {
 
+volatile qsizetype sink = 0;
+
 /// A list loaded with one customer's lines.
 std::unique_ptr<BenchWindow> LoadedWindow(bDAO &db, int lines)
 {
     auto window = std::make_unique<BenchWindow>();
-    window->grid.SetRedraw(false);
     const LoadedList loaded = LoadList(db, BenchDatabase::CustomerOf(lines), window->list);
     if (loaded.lineCount != lines)
         throw std::runtime_error("the list has another number of lines");
-    window->grid.SetRedraw(true);
+    window->model.Filled();
     window->Paint();
     return window;
+}
+
+/// Sets a date and paints what the window shows of it.
+void SetAndPaint(BenchWindow &window, const std::function<void()> &set)
+{
+    set();
+    window.model.Changed();
+    window.Paint();
 }
 
 void BenchSetDates(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results)
 {
     const auto window = LoadedWindow(db, sizes.list);
-    window->grid.selectAll();
-    results.push_back(CompareTimes(QString("date set for %L1 selected rows").arg(sizes.list), 3,
-                                   {.run =
-                                        [&] {
-                                            window->list.SetRedraw(false);
-                                            SetAnswerDates(window->list, "20270115");
-                                            window->list.SetRedraw(true);
-                                            window->Paint();
-                                        }},
-                                   {.run = [&] {
-                                       window->list.SetRedraw(false);
-                                       for (int row = 1; row <= window->list.RowCount(); ++row)
-                                           window->list.SetCell(row, ListColumn::AnswerDate,
-                                                                "27/01/15");
-                                       window->list.SetRedraw(true);
-                                       window->Paint();
-                                   }}));
+    std::vector<QString> dates(size_t(sizes.list));
+    results.push_back(CompareTimes(
+        QString("date set for %L1 selected rows").arg(sizes.list), 2,
+        {.run =
+             [&] {
+                 SetAndPaint(*window, [&] {
+                     SetAnswerDates(window->list, window->Everything(), "20270115");
+                 });
+             }},
+        {.run = [&] {
+            // Each line's date replaced, and compared with the specified one for the mark.
+            SetAndPaint(*window, [&] {
+                for (int row = 1; row <= window->list.Count(); ++row) {
+                    dates[size_t(row - 1)] = "20270115";
+                    sink = sink + window->list.At(row).IsSpecifiedDate(dates[size_t(row - 1)]);
+                }
+            });
+        }}));
 }
 
 void BenchSplit(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results)
 {
     const auto splitOnce = [](BenchWindow &window) {
-        window.list.SetRedraw(false);
-        CopyLine(window.list, window.list.RowCount() / 2);
-        window.list.SetRedraw(true);
+        const int row = window.list.Count() / 2;
+        window.model.InsertBelow(row, [&] { CopyLine(window.list, row); });
         window.Paint();
     };
     const auto large = LoadedWindow(db, sizes.list);
     const auto small = LoadedWindow(db, sizes.lists[0]);
     results.push_back(CompareTimes(
         QString("split in the middle of %L1 lines against %L2").arg(sizes.list).arg(sizes.lists[0]),
-        2, {.run = [&] { splitOnce(*large); }}, {.run = [&] { splitOnce(*small); }}, 9));
+        1.5, {.run = [&] { splitOnce(*large); }}, {.run = [&] { splitOnce(*small); }}, 9));
 }
 
 /// The checks before the output, which every row must take part in and pass.
-void CheckEveryRow(AnswerList &list)
+void CheckEveryRow(BenchWindow &window)
 {
-    int participants = 0;
-    const bool isPassed = RunPreOutputChecks(
-        list, [](const QString &) {}, participants);
-    if (!isPassed || participants != list.RowCount())
+    const CheckResult result
+        = RunPreOutputChecks(window.list, window.Everything(), [](const QString &) {});
+    if (!result.isPassed || result.participants != window.list.Count())
         throw std::runtime_error("a row did not take part or pass");
 }
 
@@ -75,27 +84,22 @@ void BenchChecks(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results
 {
     const auto window = LoadedWindow(db, sizes.list / 2);
     // Every order is split, so that there are two rows to each sum.
-    window->list.SetRedraw(false);
     for (int row = 1; row < sizes.list; row += 2) {
-        window->list.SetCell(row, ListColumn::AnswerQuantity, "0.500");
+        window->list.At(row).SetQuantity(Decimal::FromText(u"0.5"));
         CopyLine(window->list, row);
     }
-    window->list.SetRedraw(true);
-    window->grid.selectAll();
-    SetAnswerDates(window->list, "20270115");
-    volatile qsizetype sink = 0;
+    window->model.Filled();
+    SetAnswerDates(window->list, window->Everything(), "20270115");
     results.push_back(CompareTimes(
-        QString("checks over %L1 rows of %L2 orders").arg(sizes.list).arg(sizes.list / 2), 3,
-        {.run = [&] { CheckEveryRow(window->list); }},
-        {.run = [&] {
-            for (int row = 1; row <= window->list.RowCount(); ++row) {
-                const ListRow line = window->list.Row(row);
-                for (const ListColumn column :
-                     {ListColumn::AnswerQuantity, ListColumn::AnswerDate,
-                      ListColumn::OrderQuantities, ListColumn::States, ListColumn::ShpSubNo,
-                      ListColumn::LoadedDate, ListColumn::LoadedQuantity, ListColumn::LinKBN,
-                      ListColumn::AccNo, ListColumn::Error})
-                    sink = sink + line.View(column).size();
+        QString("checks over %L1 rows of %L2 orders").arg(sizes.list).arg(sizes.list / 2), 2,
+        {.run = [&] { CheckEveryRow(*window); }}, {.run = [&] {
+            for (int row = 1; row <= window->list.Count(); ++row) {
+                const Line &line = window->list.At(row);
+                const int isLooked
+                    = int(line.IsShipped()) + int(line.IsChanged()) + int(line.NeedsDate())
+                      + int(line.Now().date.isEmpty()) + int(line.Now().quantity.IsZero())
+                      + int(line.OpenQuantity().IsZero()) + int(line.Key().accNo == 0);
+                sink = sink + isLooked;
             }
         }}));
 }
@@ -103,12 +107,8 @@ void BenchChecks(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results
 /// Everything selected, another date set and checked, as before the answers are made.
 void SetAndCheck(BenchWindow &window, const QString &date)
 {
-    window.grid.selectAll();
-    window.list.SetRedraw(false);
-    SetAnswerDates(window.list, date);
-    CheckEveryRow(window.list);
-    window.list.SetRedraw(true);
-    window.Paint();
+    SetAndPaint(window, [&] { SetAnswerDates(window.list, window.Everything(), date); });
+    CheckEveryRow(window);
 }
 
 /// The longest list may cost what the machine's caches, which hold little of it, make of its

@@ -1,11 +1,10 @@
-#include "BenchWindow.h"
 #include "Benches.h"
 
-#include "answerlist/AnswerDates.h"
-#include "answerlist/ListLoading.h"
-#include "answerlist/Registration.h"
 #include "data/Tables.h"
 #include "data/dao/Database.h"
+#include "lines/AnswerDates.h"
+#include "lines/ListLoading.h"
+#include "lines/Registration.h"
 #include "output/AnswerCreation.h"
 #include "output/AnswerRecord.h"
 #include "platform/MsgBox.h"
@@ -24,11 +23,11 @@ namespace {
 constexpr int DiskRounds = 5;
 
 /// The orders of a list, each once, as the program comes to them.
-std::vector<qint64> OrdersOf(const AnswerList &list)
+std::vector<qint64> OrdersOf(const LineList &list)
 {
     std::vector<qint64> orders;
-    for (int row = 1; row <= list.RowCount(); ++row)
-        if (const qint64 accNo = list.Row(row).AccNo(); orders.empty() || orders.back() != accNo)
+    for (int row = 1; row <= list.Count(); ++row)
+        if (const qint64 accNo = list.At(row).Key().accNo; orders.empty() || orders.back() != accNo)
             orders.push_back(accNo);
     return orders;
 }
@@ -73,7 +72,7 @@ public:
     {
         m_large.Open(m_state);
         LoadAndSetDates();
-        m_orders = OrdersOf(m_window->list);
+        m_orders = OrdersOf(m_list);
     }
 
     void Registering(std::vector<Measurement> &results)
@@ -83,8 +82,14 @@ public:
             {.prepare = [this] { LoadAndSetDates(); },
              .run =
                  [this] {
+                     const RowSelection everything = Everything();
+                     const Surprises surprises(m_state.db, m_list, everything);
                      RegistrationCounts counts;
-                     Registration(m_state.db, m_window->list).RegisterAnswers(counts);
+                     Registration(m_state.db, m_list, everything,
+                                  [&](qint64 accNo, const LineList &stored) {
+                                      return surprises.IsAsAgreed(accNo, stored);
+                                  })
+                         .RegisterAnswers(counts);
                  }},
             {.prepare = [this] { LoadAndSetDates(); },
              .run =
@@ -102,14 +107,18 @@ public:
     {
         const QByteArray path = QFile::encodeName(m_large.Folder() + "/bare-answers.txt");
         const QByteArray line = QByteArray(LongRecordLength, 'x') + "\r\n";
-        SetMsgBoxHandler([](const MessageBoxRequest &) { return BoxButton::Ok; });
+        SetMsgBoxHandler([](const MessageBoxRequest &) { return BoxButton::Yes; });
         results.push_back(CompareTimes(
-            QString("creation of %L1 orders, records and marks").arg(m_orders.size()), 1.5,
+            QString("creation of %L1 orders, questions, records and marks").arg(m_orders.size()),
+            1.5,
             {.prepare = [this] { LoadAndRegister(); },
              .run =
                  [this] {
-                     AnswerCreation creation(m_state.db, m_state.files, m_window->list,
+                     RowSelection selected = Everything();
+                     AnswerCreation creation(m_state.db, m_state.files, m_list, selected,
                                              WriteStamp::Now(), [](const QString &) {});
+                     if (!Surprises(m_state.db, m_list, selected).Confirm())
+                         throw std::runtime_error("the questions went wrong");
                      creation.RunAnswerCreation();
                      if (creation.Count().records != int(m_orders.size()))
                          throw std::runtime_error("not every order got its record");
@@ -132,21 +141,18 @@ private:
     {
         m_bare.ExecuteNative("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
                              + m_customer + "'");
-        m_window = std::make_unique<BenchWindow>();
-        m_window->grid.SetRedraw(false);
-        LoadList(m_state.db, BenchDatabase::CustomerOf(m_sizes.orders), m_window->list);
-        m_window->grid.SetRedraw(true);
-        m_window->grid.selectAll();
-        m_window->grid.SetRedraw(false); // as during the whole run of the program
-        SetAnswerDates(m_window->list, "20270115");
+        LoadList(m_state.db, BenchDatabase::CustomerOf(m_sizes.orders), m_list);
+        SetAnswerDates(m_list, Everything(), "20270115");
     }
+
+    RowSelection Everything() const { return RowSelection({{1, m_list.Count()}}); }
 
     /// What a creation begins with.
     void LoadAndRegister()
     {
         LoadAndSetDates();
         RegistrationCounts counts;
-        Registration(m_state.db, m_window->list).RegisterAnswers(counts);
+        Registration(m_state.db, m_list, Everything()).RegisterAnswers(counts);
     }
 
     const Sizes &m_sizes;
@@ -155,7 +161,7 @@ private:
     QString m_customer;
     std::vector<qint64> m_orders;
     ProgramState m_state;
-    std::unique_ptr<BenchWindow> m_window;
+    LineList m_list;
 };
 
 /// A record as it comes from the demo data, all its slots filled.
