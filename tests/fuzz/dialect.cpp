@@ -1,94 +1,99 @@
-// Any text as a statement. The translation ends, keeps the literals and does nothing twice; the
-// engine runs the whole of the result or throws its one error type.
+// Any text as a statement, and as a pattern (the first line) with a text that it may fit. The
+// engine runs the whole of a statement or throws its one error type; a LIKE finds the same
+// whichever form it is translated to, and what an operator types is found as it was typed.
 
-#include "FuzzDatabase.h"
 #include "Fuzzing.h"
 
+#include "data/Tables.h"
+#include "data/bDAO.h"
 #include "data/dao/DaoError.h"
 #include "data/dao/Dialect.h"
+#include "data/dao/SqlFunctions.h"
 
-#include <QStringList>
 #include <sqlite3.h>
 
 namespace {
 
-/// A statement taken apart: the contents of its literals, and all that stands outside of them.
-struct Parts
+/// Lets statements read rows and try to change them; the database itself takes no change.
+int AllowRows(void *, int action, const char *, const char *, const char *, const char *)
 {
-    QStringList literals;
-    QString rest;
-
-    bool Has(const char *word) const { return rest.contains(word, Qt::CaseInsensitive); }
-};
-
-Parts PartsOf(const QString &sql)
-{
-    Parts parts;
-    QChar end; // of the literal or the name in brackets that is being read
-    QString content;
-    for (qsizetype at = 0; at < sql.size(); ++at) {
-        const QChar c = sql[at];
-        if (end.isNull()) {
-            if (c == '\'' || c == '"' || c == '[') {
-                end = c == '[' ? QChar(']') : c;
-                content = c;
-            } else {
-                parts.rest += c;
-            }
-        } else if (c != end) {
-            content += c;
-        } else if (c != ']' && sql.mid(at + 1, 1) == c) {
-            content += c;
-            ++at;
-        } else {
-            if (c == ']')
-                parts.rest += content + c;
-            else
-                parts.literals += content.mid(1);
-            end = QChar();
-        }
+    switch (action) {
+    case SQLITE_SELECT:
+    case SQLITE_READ:
+    case SQLITE_FUNCTION:
+    case SQLITE_INSERT:
+    case SQLITE_UPDATE:
+    case SQLITE_DELETE:
+        return SQLITE_OK;
+    default:
+        return SQLITE_DENY;
     }
-    if (!end.isNull())
-        parts.rest += content;
-    parts.literals.sort(); // a translation may put its parts in another order
-    return parts;
 }
 
-void CheckTranslation(const QString &sql, const QString &native)
+/// A database in memory with every table and no rows, in which nothing runs for long.
+std::unique_ptr<Database> MakeDatabase()
 {
-    Require(native.size() <= 4 * sql.size() + 100, "the translation stays small", native);
-    const Parts parts = PartsOf(sql);
-    const bool isJoined = parts.Has("&") || parts.Has("CHR");
-    if (!isJoined && !parts.Has("LIKE"))
-        Require(PartsOf(native).literals == parts.literals, "literals are untouched", native);
-    if (!parts.Has("LIKE") && !parts.Has("TOP") && !parts.Has("JOIN"))
-        Require(ToSqlite(native) == native, "a native statement stays as it is", native);
+    constexpr int MaxLength = 100'000;
+    constexpr int MaxSteps = 200'000;
+    auto database = Database::Create(":memory:", ConnectText);
+    CreateTables(*database);
+    database->ExecuteNative("PRAGMA query_only=ON");
+    sqlite3_limit(database->Connection(), SQLITE_LIMIT_LENGTH, MaxLength);
+    sqlite3_progress_handler(
+        database->Connection(), MaxSteps, [](void *) { return 1; }, nullptr);
+    sqlite3_set_authorizer(database->Connection(), AllowRows, nullptr);
+    return database;
 }
 
 /// Whether the library takes all of the statement as one.
-bool IsOneStatement(const QString &native)
+bool IsOneStatement(Database &database, const QString &native)
 {
     const QByteArray utf8 = native.toUtf8();
     sqlite3_stmt *statement = nullptr;
     const char *tail = nullptr;
-    sqlite3_prepare_v2(FuzzDatabase().Connection(), utf8.data(), int(utf8.size()), &statement,
-                       &tail);
+    sqlite3_prepare_v2(database.Connection(), utf8.data(), int(utf8.size()), &statement, &tail);
     sqlite3_finalize(statement);
     return statement && QByteArray(tail, utf8.data() + utf8.size() - tail).trimmed().isEmpty();
+}
+
+QString Quoted(QString text)
+{
+    return '\'' + text.replace("'", "''") + '\'';
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QString sql = QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size));
-    const QString native = ToSqlite(sql);
-    CheckTranslation(sql, native);
+    static const std::unique_ptr<Database> database = MakeDatabase();
+    const QString input = QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size));
+    const QString native = ToSqlite(input);
+    Require(native.size() <= 4 * input.size() + 100, "the translation stays small", native);
     try {
-        FuzzDatabase().OpenRecordset(sql);
-        Require(IsOneStatement(native), "no part of a statement is left out", native);
+        database->OpenRecordset(input);
+        Require(IsOneStatement(*database, native), "no part of a statement is left out", native);
     } catch (const DaoError &error) {
         Require(error.number > 0 && !error.description.isEmpty(), "an error says what it is");
     }
+    if (input.contains(QChar(0)))
+        return 0; // no literal can hold it
+
+    const auto asked = [](const QString &expression) {
+        return database->OpenRecordset("SELECT TOP 1 " + expression)->Text(0);
+    };
+    Require(asked(Quoted(input) + " & Chr(124)") == input + '|', "literals are untouched", input);
+
+    const QString pattern = input.section('\n', 0, 0);
+    const QString text = input.section('\n', 1);
+    const QString like = " LIKE " + Quoted(pattern);
+    const bool fits = FitsLikePattern(text, pattern);
+    Require(asked(Quoted(text) + like) == QString::number(fits), "both forms match alike", input);
+    Require(asked(Quoted(text) + " NOT" + like) == QString::number(!fits), "NOT is the opposite");
+
+    const QString begins = " LIKE '" + LiteralLikeText(SqlText(pattern)) + "*'";
+    Require(asked(Quoted(pattern + text) + begins) == "1", "a beginning finds its text", input);
+    const QString other = pattern.startsWith('x', Qt::CaseInsensitive) ? "y" : "x";
+    Require(SqlText(pattern).isEmpty() || asked(Quoted(other + pattern) + begins) == "0",
+            "another text is not found", input);
     return 0;
 }
