@@ -3,54 +3,44 @@
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
 
-#include <QFile>
 #include <gtest/gtest.h>
 
-// Each line of catalogue.txt: code, box style, title and text, separated by tabs; "\r" in the text
-// stands for a carriage return.
-TEST(bMessage, EveryCodeShowsItsTextTitleAndStyle)
-{
-    MessageBoxRequest box;
-    SetMsgBoxHandler([&](const MessageBoxRequest &shown) {
-        box = shown;
-        return BoxButton::No;
-    });
-    QStringList lines;
-    for (int code = -2; code <= 120; ++code) {
-        const QString text = MessageText(code);
-        EXPECT_EQ(ShowMessage(code, "追加"), BoxButton::No) << code;
-        EXPECT_EQ(box.text, text.isEmpty() ? "追加" : text + "\r追加") << code;
-        const QString titleAndText = box.title + '\t' + QString(text).replace('\r', "\\r");
-        if (text.isEmpty())
-            EXPECT_EQ(QString::number(box.style) + titleAndText, "304注意\t") << code;
-        else
-            lines += QString("%1\t%2\t").arg(code).arg(box.style) + titleAndText;
-    }
-    SetMsgBoxHandler({});
-    QFile file(QT_TESTCASE_SOURCEDIR "/messages/catalogue.txt");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
-    const QStringList expected = QString::fromUtf8(file.readAll()).trimmed().split('\n');
-    for (int at = 0; at < std::max(lines.size(), expected.size()); ++at)
-        EXPECT_EQ(lines.value(at), expected.value(at));
-}
-
-TEST(bMessage, ExtraTextStandsTrimmedOnALineOfItsOwn)
+TEST(bMessage, EachKindHasItsBoxAndTheExtraTextALineOfItsOwn)
 {
     const struct
     {
         int code;
         QString extra;
         QString shown;
+        int style;
+        const char *title;
+        int answer = BoxButton::Ok;
     } cases[] = {
-        {13, "   ", "データが存在しません\r"},
-        {15, "注文№ A-1  ", "登録されませんでした\r注文№ A-1"},
-        {15, "\r\n二行目", "登録されませんでした\r\r\n二行目"},
-        {0, "  出力パスが設定されていません。 ", "出力パスが設定されていません。"},
-        {105, "文", "文"},
+        {13, "   ", "データが存在しません\r", 48, "注意"},
+        {15, "注文№ A-1  ", "登録されませんでした\r注文№ A-1", 48, "注意"},
+        {14, "\r\n二行目", "登録されました\r\r\n二行目", 64, "情報"},
+        {20, "", "削除してもよろしいですか\r", 64 + 4 + 256, "情報", BoxButton::No},
+        {38, "", "全件対象ですか\r", 64 + 3 + 256, "情報", BoxButton::Cancel},
+        {114, "", "該当の注文情報は打切済みです\r", 48 + 256, "注意"},
+        {0, "  出力パスが設定されていません。 ", "出力パスが設定されていません。", 48 + 256,
+         "注意"},
     };
-    for (const auto &[code, extra, shown] : cases) {
+    for (const auto &[code, extra, shown, style, title, answer] : cases) {
+        SCOPED_TRACE(code);
         ScriptedBoxes boxes;
-        EXPECT_EQ(ShowMessage(code, extra), BoxButton::Ok);
-        EXPECT_EQ(boxes.TakeTexts(), std::vector{shown}) << code;
+        if (answer != BoxButton::Ok)
+            boxes.Press(answer);
+        EXPECT_EQ(ShowMessage(code, extra), answer);
+        const MessageBoxRequest box = boxes.Shown().at(0);
+        EXPECT_EQ(box.text, shown);
+        EXPECT_EQ(box.style, style);
+        EXPECT_EQ(box.title, title);
     }
+}
+
+TEST(bMessage, EveryCodeOfTheSuiteIsFound)
+{
+    for (int code = -1; code <= 120; ++code)
+        EXPECT_EQ(MessageText(code).isEmpty(), code < 1 || (code > 104 && code < 110) || code > 115)
+            << code;
 }

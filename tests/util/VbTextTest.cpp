@@ -6,12 +6,7 @@
 
 TEST(VbText, OnlyTheHalfWidthBlankIsTrimmed)
 {
-    constexpr struct
-    {
-        const char *text;
-        const char *trimmed;
-        const char *rightTrimmed;
-    } cases[] = {
+    constexpr const char *cases[][3] = {
         {"  A B  ", "A B", "  A B"},
         {"   ", "", ""},
         {" 　A　 ", "　A　", " 　A　"},
@@ -35,10 +30,8 @@ TEST(VbText, NumbersAtTheStart)
         {"08.50", 8.5, 8},
         {"9.5", 9.5, 10},
         {"-3.7x", -3.7, -4},
-        {".5", 0.5, 0},
         {"5.", 5, 5},
         {"AB12", 0, 0},
-        {"-", 0, 0},
         {".", 0, 0},
         {"1.2.3", 1.2, 1},
         {"32767", 32767, 32767},
@@ -50,11 +43,4 @@ TEST(VbText, NumbersAtTheStart)
         EXPECT_DOUBLE_EQ(Val(QString(text)), value) << text;
         EXPECT_EQ(IntVal(QString(text)), rounded) << text;
     }
-}
-
-TEST(VbText, FixedText)
-{
-    EXPECT_EQ(FixedText("TL030101", 10), "TL030101  ");
-    EXPECT_EQ(FixedText("TL030101", 4), "TL03");
-    EXPECT_EQ(FixedText("納期", 3), "納期 ") << "widths of columns are characters, not bytes";
 }
