@@ -10,21 +10,14 @@
 TEST(Dialect, Translations)
 {
     constexpr std::pair<const char *, const char *> cases[] = {
-        {"x = 'A' & Chr(124) & 'B'", "x = 'A|B'"},
-        {"x = '' & Chr(124) & '' & Chr(124) & ''", "x = '||'"},
         {"x = 'O''N' & chr ( 124 ) & '''S'", "x = 'O''N|''S'"},
         {"x = 'A' & y & 'B'", "x = 'A' || y || 'B'"},
-        {"x = \"it's\"", "x = 'it''s'"},
         {"x = \"say \"\"hi\"\"\"", "x = 'say \"hi\"'"},
         {"x LIKE 'AB*'", "x LIKE 'AB%'"},
-        {"x Like 'AB'", "x LIKE 'AB'"},
-        {"x LIKE '*'", "x LIKE '%'"},
-        {"x NOT LIKE 'AB*'", "x NOT LIKE 'AB%'"},
+        {"x Not Like 'O''N*'", "x Not LIKE 'O''N%'"},
         {"x LIKE '12[#]4*'", "x LIKE '12#4%'"},
-        {"x LIKE 'A' & Chr(124) & 'B*'", "x LIKE 'A|B%'"},
         {"x LIKE '10%_*'", "x LIKE '10\\%\\_%' ESCAPE '\\'"},
         {"x LIKE 'C:\\A*'", "x LIKE 'C:\\\\A%' ESCAPE '\\'"},
-        {"x LIKE 'O''N*'", "x LIKE 'O''N%'"},
         {"T.x LIKE 'A?*'", "like_pattern('A?*', T.x )"},
         {"a = 1 AND T.x LIKE '*A*' AND b = 2", "a = 1 AND like_pattern('*A*', T.x ) AND b = 2"},
         {"x LIKE '[]]*'", "like_pattern('[]]*', x )"},
@@ -32,26 +25,16 @@ TEST(Dialect, Translations)
         {"Left$(x, 2) LIKE '[ab]'", "like_pattern('[ab]', left_text(x, 2) )"},
         {"(x) LIKE '?'", "like_pattern('?', (x) )"},
         {"CustCD LIKE 'A*'ORDER BY CustCD", "CustCD LIKE 'A%'ORDER BY CustCD"},
-        {"LEFT$(T.V,6)", "left_text(T.V,6)"},
         {"Select TOP 1 * From T;", "Select * From T LIMIT 1;"},
-        {"select top 3 a from T order by a", "select a from T order by a LIMIT 3"},
         {"SELECT [Order Date], Top FROM T", "SELECT [Order Date], Top FROM T"},
         {"UPDATE A INNER JOIN B ON A.k = B.k SET A.x = 3,A.y = B.y WHERE A.n = 1 OR B.n = 2;",
          "UPDATE A SET x = 3,y = B.y FROM B WHERE (A.k = B.k) AND ( A.n = 1 OR B.n = 2);"},
-        {"UPDATE A INNER B JOIN C ON A.k = C.k SET A.x = 3",
-         "UPDATE A INNER B JOIN C ON A.k = C.k SET A.x = 3"},
-        {"UPDATE A SET x = 'UPDATE B INNER JOIN C ON SET'",
-         "UPDATE A SET x = 'UPDATE B INNER JOIN C ON SET'"},
         {"x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('", // nothing in a literal is touched
          "x = 'SELECT TOP 1 LIKE ''A*'' & Chr(124) Left$('"},
         {"x = 'it''s", "x = 'it''s"}, // what is not closed is for SQLite to refuse
-        {"x = \"it's & 'a", "x = \"it's & 'a"},
         {"UPDATE A INNER JOIN B ON A.k = \"b\" SET [x = 1",
          "UPDATE A INNER JOIN B ON A.k = \"b\" SET [x = 1"},
-        {"x = 'a'\"b\"", "x = 'a' 'b'"},
         {"x = 'a'Chr(66)", "x = 'a' 'B'"},
-        {"x <> '' AND y >= 2.5", "x <> '' AND y >= 2.5"},
-        {"", ""},
     };
     const auto simplified = [](const QString &sql) {
         return QString(sql).simplified().replace(" ;", ";").replace(" )", ")").replace("( ", "(");
