@@ -2,9 +2,6 @@
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
 
-#include "data/Tables.h"
-#include "data/dao/DaoError.h"
-
 #include <QDir>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
@@ -27,16 +24,15 @@ public:
     }
 
     /// What the check says besides its summary, which has to count it.
-    QStringList Findings(int exitCode = ExitCode::Found) const
+    QStringList Findings() const
     {
         const ToolRun run({"check", folder.Path()});
-        EXPECT_EQ(run.exitCode, exitCode) << run.err.toStdString();
         QStringList lines = run.OutLines();
-        EXPECT_FALSE(lines.isEmpty());
         const QString summary = lines.isEmpty() ? QString() : lines.takeLast();
         const auto notes = lines.filter(QRegularExpression("^note: ")).size();
-        EXPECT_TRUE(summary.endsWith(
-            QString(" %1 findings, %2 notes").arg(lines.size() - notes).arg(notes)))
+        const auto findings = lines.size() - notes;
+        EXPECT_EQ(run.exitCode, findings > 0 ? ExitCode::Found : ExitCode::Ok);
+        EXPECT_TRUE(summary.endsWith(QString(" %1 findings, %2 notes").arg(findings).arg(notes)))
             << summary.toStdString();
         return lines;
     }
@@ -54,18 +50,12 @@ TEST(CheckCommand, ValuesOfALine)
     } cases[] = {
         {"PayNo = '123456789'", "PayNo: has 9 characters, 8 fit: \"123456789\""},
         {"Biko = 'a '", "Biko: ends in blanks: \"a \""},
-        {"OdrBiko = '①㈱髙～'", nullptr},
         {"OdrBiko = '10〜20'", nullptr}, // a record has its twin
         {"OdrBiko = 'a' || char(0) || 'b'", "OdrBiko: has NUL characters: \"\\u0000b\""},
-        {"OdrBiko = 'a' || char(27)", "OdrBiko: has control characters: \"\\u001b\""},
         {"OdrBiko = '배송'", "OdrBiko: has characters outside of Shift-JIS: \"배송\""},
         {"Biko = CAST(x'41ff' AS TEXT)", "Biko: is not UTF-8"},
         {"Biko = 'a' || char(10) || '\" '", "Biko: ends in blanks: \"a\\u000a\\\" \""},
-        {"Biko = x'41'", "Biko: is not a text"},
-        {"Biko = NULL", nullptr},
-        {"LimDate = '20240229'", nullptr},
         {"LimDate = '20230229'", "LimDate: is not a date: \"20230229\""},
-        {"LimDate = '2024+1+1'", "LimDate: is not a date: \"2024+1+1\""},
         {"ShpDate = '        '", "ShpDate: ends in blanks: \"        \""},
         {"UpdTime = '12345'", "UpdTime: is neither blank nor six digits: \"12345\""},
         {"AnsVal = 999999999.999", nullptr},
@@ -73,27 +63,24 @@ TEST(CheckCommand, ValuesOfALine)
         {"AnsVal = 1000000000", "AnsVal: is not from 0 to 9 integer digits: 1000000000"},
         {"IndVal = -0.5", "IndVal: is not from 0 to 9 integer digits: -0.5"},
         {"ShpVal = 1.0005", "ShpVal: has more than 3 decimals: 1.0005"},
-        {"AnsVal = 1e-30", "AnsVal: has more than 3 decimals: 1e-30"},
         {"AccVal = 'many'", "AccVal: is not a number"},
         {"Tan = -1.23456", nullptr}, // a price is no quantity
         {"DenKBN = 2.5", "DenKBN: is not a whole number: 2.5"},
-        {"AnsMark = '3'", "AnsMark: is neither blank nor 1 nor 2: \"3\""},
         {"DpoFlg = 256", "DpoFlg: is neither 0 nor 1 nor -1: 256"},
-        {"ShpSts = 0", "ShpSts: is not 1 to 4: 0"},
     };
     SoundDatabase database;
     database.Run("CREATE TABLE Saved AS SELECT * FROM TLSP0010");
     for (const auto &[assignment, finding] : cases) {
         SCOPED_TRACE(assignment);
         database.Run(QString("UPDATE TLSP0010 SET ") + assignment);
-        QStringList found = database.Findings(finding ? ExitCode::Found : ExitCode::Ok);
+        QStringList found = database.Findings();
         found.removeAll("note: Saved: an unknown table");
         EXPECT_EQ(found, finding ? QStringList{row + finding} : QStringList());
         database.Run("DELETE FROM TLSP0010; INSERT INTO TLSP0010 SELECT * FROM Saved");
     }
 }
 
-TEST(CheckCommand, RowsThatBelongTogether)
+TEST(CheckCommand, RowsOfOtherTablesSchemaAndProperties)
 {
     const std::pair<const char *, QStringList> cases[] = {
         {"DELETE FROM TLAC0010",
@@ -102,9 +89,6 @@ TEST(CheckCommand, RowsThatBelongTogether)
         {"UPDATE TLSP0010 SET CustCD = 'C9'",
          {"TLSP0010 AccNo=7 AccSubNo=1 ShpSubNo=1 CustCD: the line's customer is missing: "
           "\"C9\""}},
-        {"UPDATE TLAC0010 SET CustCD = 'C9'",
-         {"TLAC0010 AccNo=7 CustCD: the order's customer is missing: \"C9\""}},
-        {"", {}},
         // The engine compares codes without case, and so do the joins.
         {"UPDATE TLSP0010 SET CustCD = 'c0001'", {}},
         {"INSERT INTO TLEI0010 (AccNo) VALUES (8)",
@@ -121,79 +105,35 @@ TEST(CheckCommand, RowsThatBelongTogether)
         {"DELETE FROM TLMT0010", {"TLMT0010: 0 company rows, one is wanted"}},
         {"UPDATE TLMT0010 SET TEL = '0'; UPDATE TLMT0010 SET TEL = '000-000-00001'",
          {"TLMT0010 rowid=1 TEL: has 13 characters, 12 fit: \"000-000-00001\""}},
+        {"DROP INDEX TLSP0010_CustCD", {"TLSP0010 CustCD: the index is missing"}},
+        {"DROP INDEX TLSP0010_OdrNo; CREATE INDEX x ON TLSP0010 (OdrNo) WHERE ShpSts = 1",
+         {"TLSP0010 OdrNo: the index is missing"}},
+        {"DROP INDEX TLSP0010_OdrNo; CREATE INDEX x ON TLSP0010 (OdrNo, AccNo)", {}},
+        // A table as another program might leave it: no key, a column short, types of its own.
+        {"DROP TABLE TLMT0050; CREATE TABLE TLMT0050 (CustCoCD TEXT, PayDstCD TEXT "
+         "COLLATE NOCASE, PayDstName INTEGER, DpoFlg INTEGER, UpdPGName TEXT "
+         "COLLATE NOCASE, UpdDate TEXT COLLATE NOCASE, UpdTime TEXT COLLATE NOCASE, Extra TEXT);"
+         "INSERT INTO TLMT0050 (CustCoCD, PayDstCD) VALUES ('V1', 'D1'), ('V1', 'd1'), "
+         "('V1', NULL)",
+         {"TLMT0050 CustCoCD: compares as BINARY, not as NOCASE",
+          "TLMT0050 CustCoCD: is not part of the key", "TLMT0050 CustCoCD: allows null in the key",
+          "TLMT0050 PayDstCD: is not part of the key", "TLMT0050 PayDstCD: allows null in the key",
+          "TLMT0050 PayDstName: is INTEGER, not TEXT",
+          "TLMT0050 PayNeedDays: the column is missing", "note: TLMT0050 Extra: an unknown column",
+          "TLMT0050 CustCoCD=V1 PayDstCD=null PayDstCD: is null",
+          "TLMT0050 CustCoCD=V1 PayDstCD=D1: 2 rows have this key"}},
+        {"DELETE FROM DBProperty WHERE Name = 'AccessVersion'",
+         {"DBProperty AccessVersion: is missing"}},
+        {"UPDATE DBProperty SET Value = '07.53' WHERE Name = 'AccessVersion'",
+         {"DBProperty AccessVersion: 07.53 is older than 8.0"}},
+        {"UPDATE DBProperty SET Value = 'x' WHERE Name = 'PasswordHash'",
+         {"the password does not open the database"}},
     };
     for (const auto &[change, findings] : cases) {
         SCOPED_TRACE(change);
         SoundDatabase database;
         database.Run(change);
-        EXPECT_EQ(database.Findings(findings.isEmpty() ? ExitCode::Ok : ExitCode::Found), findings);
-    }
-}
-
-TEST(CheckCommand, Schema)
-{
-    // A table as another program might leave it: no key, a column short, types of its own.
-    const QString loose
-        = "DROP TABLE TLMT0050; CREATE TABLE TLMT0050 (CustCoCD TEXT, PayDstCD TEXT "
-          "COLLATE NOCASE, PayDstName INTEGER, DpoFlg INTEGER, UpdPGName TEXT "
-          "COLLATE NOCASE, UpdDate TEXT COLLATE NOCASE, UpdTime TEXT COLLATE NOCASE,"
-          " Extra TEXT);";
-    const QStringList looseFindings = {
-        "TLMT0050 CustCoCD: compares as BINARY, not as NOCASE",
-        "TLMT0050 CustCoCD: is not part of the key",
-        "TLMT0050 CustCoCD: allows null in the key",
-        "TLMT0050 PayDstCD: is not part of the key",
-        "TLMT0050 PayDstCD: allows null in the key",
-        "TLMT0050 PayDstName: is INTEGER, not TEXT",
-        "TLMT0050 PayNeedDays: the column is missing",
-        "note: TLMT0050 Extra: an unknown column",
-    };
-    const struct
-    {
-        QString change;
-        QStringList findings;
-        int exitCode = ExitCode::Found;
-    } cases[] = {
-        {"DROP TABLE TLMT0020", {"TLMT0020: the table is missing"}},
-        {"DROP INDEX TLSP0010_CustCD", {"TLSP0010 CustCD: the index is missing"}},
-        {"DROP INDEX TLSP0010_OdrNo; CREATE INDEX x ON TLSP0010 (OdrNo) WHERE ShpSts = 1",
-         {"TLSP0010 OdrNo: the index is missing"}},
-        {"DROP INDEX TLSP0010_OdrNo; CREATE INDEX x ON TLSP0010 (OdrNo, AccNo)", {}, ExitCode::Ok},
-        {"ALTER TABLE TLEI0010 DROP COLUMN CockKBN", {"TLEI0010 CockKBN: the column is missing"}},
-        {"CREATE TABLE Other (a)", {"note: Other: an unknown table"}, ExitCode::Ok},
-        {loose, looseFindings},
-        {loose
-             + "INSERT INTO TLMT0050 (CustCoCD, PayDstCD) VALUES ('V1', 'D1'), ('V1', 'd1'), "
-               "('V1', NULL)",
-         looseFindings
-             + QStringList{"TLMT0050 CustCoCD=V1 PayDstCD=null PayDstCD: is null",
-                           "TLMT0050 CustCoCD=V1 PayDstCD=D1: 2 rows have this key"}},
-    };
-    for (const auto &[change, findings, exitCode] : cases) {
-        SCOPED_TRACE(change.toStdString());
-        SoundDatabase database;
-        database.Run(change);
-        EXPECT_EQ(database.Findings(exitCode), findings);
-    }
-}
-
-TEST(CheckCommand, Properties)
-{
-    const std::pair<const char *, const char *> cases[] = {
-        {"DELETE FROM DBProperty WHERE Name = 'AccessVersion'",
-         "DBProperty AccessVersion: is missing"},
-        {"UPDATE DBProperty SET Value = '07.53' WHERE Name = 'AccessVersion'",
-         "DBProperty AccessVersion: 07.53 is older than 8.0"},
-        {"UPDATE DBProperty SET Value = '99' WHERE Name = 'SchemaVersion'",
-         "DBProperty SchemaVersion: is 99, not 1"},
-        {"UPDATE DBProperty SET Value = 'x' WHERE Name = 'PasswordHash'",
-         "the password does not open the database"},
-    };
-    for (const auto &[change, finding] : cases) {
-        SCOPED_TRACE(change);
-        SoundDatabase database;
-        database.Run(change);
-        EXPECT_EQ(database.Findings(), QStringList{finding});
+        EXPECT_EQ(database.Findings(), findings);
     }
 }
 

@@ -45,8 +45,6 @@ TEST(OldValue, DatesToTheSecond)
         {-1.25, "1899-12-29 06:00:00"},
         {36584.999999999, "2000-02-29 00:00:00"}, // the nearest second is the next day's
         {2958466, nullptr},
-        {-657435, nullptr},
-        {1e300, nullptr},
         {std::nan(""), nullptr},
     };
     for (const auto &[days, text] : cases)
@@ -64,12 +62,8 @@ TEST(OldValue, NumbersKeepEveryDigit)
         int decimals;
         OldValue value;
     } cases[] = {
-        {Byte, FromHex("ff"), 0, qint64(255)},
         {Short, FromHex("feff"), 0, qint64(-2)},
-        {Long, FromHex("00000080"), 0, qint64(std::numeric_limits<qint32>::min())},
-        {Double, BytesOf(third), 0, third},
         {Single, BytesOf(float(third)), 0, double(float(third))},
-        {Currency, BytesOf(qint64(12341000)), 0, ExactNumber{"1234.1"}},
         {Currency, BytesOf(qint64(-5)), 0, ExactNumber{"-0.0005"}},
         {Currency, BytesOf(std::numeric_limits<qint64>::min()), 0,
          ExactNumber{"-922337203685477.5808"}},
