@@ -33,19 +33,22 @@ TEST_F(AnswerCreationTest, AWholeRun)
 {
     AddCustomer("C1");
     AddCustomer("C2", "HenpVerPath = 'X1 SIDE', CustKBN = 2, LinKBN = 2");
+    AddCustomer("C3", "VanCD = NULL, HenpVerPath = NULL");
     AddOrder(1, "C1");
     AddLine(1, 1, "Unit = 'PCS', CustSecCD = 'SEC', CustSecName = '資材', MfactNo = 'MAKER'");
     AddLine(1, 2, "AnsVal = 2.5, AnsLimDate = '        ', AnsMark = ' ', IndVal = 5");
     AddOrder(2, "C2", 100, true);
     AddLine(2, 1, "HinCD = 'A\r\nB\tC', AccVal = 1234.5678, AnsLimDate = '20261201'");
+    AddOrder(3, "C3");
+    AddLine(3, 1, "OdrNo = NULL, CustSecName = NULL, PayNo = NULL, AnsLimDate = NULL, Unit = NULL");
     Load();
     SelectAll();
     list.At(3).SetDate("20261203");
+    file.Run("UPDATE TLMT0040 SET NokiInfPath = 'C:\\NEW.TXT' WHERE CustCD = 'C3'");
     const auto counts = Make();
 
-    EXPECT_EQ(counts.records, 2);
-    ASSERT_EQ(Records("C1.TXT").size(), 1);
-    ASSERT_EQ(Records("C2.TXT").size(), 1);
+    EXPECT_EQ(counts.records, 3);
+    ASSERT_EQ(AnswerFiles(), (QStringList{"C1.TXT", "C2.TXT", "NEW.TXT"}));
     ExpectedRecord first;
     first.At(1, "000010702261124VANC1       SIDEC1      SEC     PO-1")
         .At(71, "MAKER              1 PCS000000100000")
@@ -54,60 +57,50 @@ TEST_F(AnswerCreationTest, AWholeRun)
         .Slot(1, "261201P1      2612020000000100002")
         .Slot(2, "261201P2      9999990000000025002")
         .At(1217, "\x8e\x91\x8d\xde");
-    ExpectSameBytes(Records("C1.TXT")[0], first.Short());
+    ExpectSameBytes(Records("C1.TXT").value(0), first.Short());
     ExpectedRecord second;
     second.At(1, "000010702261124VANC2       SIDE                KEY-2")
         .At(90, "1K   000001234567TANTO  2")
         .At(139, "A  B\tC")
         .Slot(1, "261201P1      2612030000000100002")
         .WideReserves();
-    ExpectSameBytes(Records("C2.TXT")[0], second.bytes);
+    ExpectSameBytes(Records("C2.TXT").value(0), second.bytes);
+    ExpectedRecord ofNulls;
+    ofNulls.At(1, "000010702261124")
+        .At(90, "1    000000100000")
+        .At(114, "3")
+        .At(139, "OWN")
+        .Slot(1, "261201        9999990000000100002")
+        .WideReserves();
+    ExpectSameBytes(Records("NEW.TXT").value(0), ofNulls.bytes);
 
-    EXPECT_EQ(file.Rows("SELECT AnsLimUmu, UpdPGName, UpdDate, UpdTime FROM TLSP0010"),
-              "3|TL030101|20261124|093000 3|TL030101|20261124|093000 3|TL030101|20261124|093000");
-    EXPECT_EQ(States(), "済- 済- 済-");
+    EXPECT_EQ(file.Rows("SELECT DISTINCT AnsLimUmu, UpdPGName, UpdDate, UpdTime FROM TLSP0010"),
+              "3|TL030101|20261124|093000");
+    EXPECT_EQ(States(), "済- 済- 済- 済-");
     EXPECT_EQ(list.UnregisteredCount(), 0);
-    EXPECT_EQ(status,
-              (QStringList{"回答数が 0でないかチェックしています…",
-                           "回答数合計が、注残数を超えているかチェックしています…",
-                           "納期回答出力パスの正当性をチェックしています…", "",
-                           "画面の内容を登録しています…", "納期回答情報を作成しています…", ""}));
-
     ASSERT_EQ(boxes.Shown().size(), 1u);
-    EXPECT_EQ(boxes.Shown()[0].title, "納期回答入力");
-    EXPECT_EQ(boxes.Shown()[0].style, 64);
-    EXPECT_EQ(boxes.Shown()[0].text,
-              "納期回答作成処理が終了しました\r\r"
-              "追加された件数\t\t： 0 件\r"
-              "変更された件数\t\t： 1 件\r"
-              "行を選択された件数\t\t： 3 件\r"
-              "納期回答処理件数\t\t： 3 件\r"
-              "―――――――――――――――――――――――――――――\r"
-              "納期回答情報作成件数\t\t： 2 件\r"
-              "\r＜補足説明＞\r"
-              "行を選択された件数、納期回答処理件数、納期回答情報作成件数は\r"
-              "得意先ごとの設定により、件数が異なることがあります");
+    EXPECT_TRUE(boxes.Shown()[0].text.contains("追加された件数\t\t： 0 件\r"
+                                               "変更された件数\t\t： 1 件\r"
+                                               "行を選択された件数\t\t： 4 件\r"
+                                               "納期回答処理件数\t\t： 4 件\r"
+                                               "―――――――――――――――――――――――――――――\r"
+                                               "納期回答情報作成件数\t\t： 3 件\r"));
 }
 
 TEST_F(AnswerCreationTest, OneRecordForRowsNextToEachOther)
 {
     AddCustomer("C1");
     AddOrder(1, "C1");
-    AddLine(1, 1, {}, "A");
-    AddLine(1, 2, {}, "B");
-    AddLine(1, 3, {}, "D");
+    AddLine(1, 1, "AccHinCD = 'A'");
+    AddLine(1, 2, "AccHinCD = 'B'");
+    AddLine(1, 3, "AccHinCD = 'D'");
     AddOrder(2, "C1");
-    AddLine(2, 1, {}, "C");
+    AddLine(2, 1, "AccHinCD = 'C'");
     Load();
-    Select({1, 2, 3, 4});
+    SelectAll();
     auto counts = Make();
     EXPECT_EQ(Orders("C1.TXT"), "PO-1 PO-2 PO-1") << "apart from each other: answered again";
-    EXPECT_EQ(counts.records, 3);
     EXPECT_EQ(counts.lines, 7);
-    const auto records = Records("C1.TXT");
-    const QByteArray numbersAndKinds[] = {"000011", "000021", "000032"};
-    for (int at = 0; at < 3; ++at)
-        EXPECT_EQ(records[at].left(5) + records[at].mid(89, 1), numbersAndKinds[at]);
 
     EXPECT_TRUE(selected.IsEmpty());
     Select({2}); // one selected row answers all of the order's lines
@@ -115,45 +108,44 @@ TEST_F(AnswerCreationTest, OneRecordForRowsNextToEachOther)
     counts = Make();
     EXPECT_EQ(counts.participants, 1);
     EXPECT_EQ(counts.lines, 3);
-    EXPECT_EQ(Slots(Records("C1.TXT").last()), "P1 P2 P3");
-    EXPECT_EQ(Records("C1.TXT").last().mid(89, 1), "2");
+    const auto records = Records("C1.TXT");
+    EXPECT_EQ(Slots(records.last()), "P1 P2 P3");
+    QByteArrayList numbersAndKinds;
+    for (const QByteArray &record : records)
+        numbersAndKinds += record.left(5) + record.mid(89, 1);
+    EXPECT_EQ(numbersAndKinds, (QByteArrayList{"000011", "000021", "000032", "000042"}));
 }
 
 TEST_F(AnswerCreationTest, WhichLinesAreAnsweredAndMarked)
 {
     const struct
     {
-        const char *what;
         const char *customer;
-        const char *line; ///< the second of two
+        const char *second;
         QString answered; ///< in the slots of the record; empty: no record
         QString marked;
         QString states;
+        const char *first = "IndVal = 10";
     } cases[] = {
-        {"both", "LinKBN = 1", "IndVal = 10", "P1 P2", "1|1 1|2", "済- 済-"},
-        {"rule 1, no date", "LinKBN = 1", "AnsLimDate = ''", "P2 P1", "1|1 1|2", "済- 済-"},
-        {"rule 2, no date", "LinKBN = 2", "AnsLimDate = ''", "P1", "1|1", "-- 済-"},
-        {"no quantity", "LinKBN = 1", "AnsVal = 0, IndVal = 0", "P1", "1|1", "済- --"},
-        {"shipped", "LinKBN = 1", "ShpSts = 3", "P1", "1|1", "済- -済"},
-        {"proposed, not stored", "LinKBN = 1", "AnsVal = 0", "P1", "1|1", "済- --"},
-        {"on its way", "LinKBN = 1", "ShpSts = 2", "P1 P2", "1|1", "済- --"},
-        {"larger instruction first", "LinKBN = 1", "IndVal = 11", "P2 P1", "1|1 1|2", "済- 済-"},
-        {"deleted", "LinKBN = 1", "DpoFlg = 1", "P1", "1|1", "済-"},
-        {"no records", "NokiInfKBN = 0", "IndVal = 10", "", "1|1 1|2", "済- 済-"},
+        {"LinKBN = 1", "IndVal = 11", "P2 P1", "1|1 1|2", "済- 済-"}, // more wanted goes first
+        {"LinKBN = 1", "AnsLimDate = ''", "P2 P1", "1|1 1|2", "済- 済-"},
+        {"LinKBN = 2", "AnsLimDate = ''", "P1", "1|1", "-- 済-"},
+        {"LinKBN = 1", "AnsVal = 0", "P1", "1|1", "済- --"}, // proposed, not stored
+        {"LinKBN = 1", "ShpSts = 3", "P1", "1|1", "済- -済"},
+        {"LinKBN = 1", "ShpSts = 2", "P1 P2", "1|1", "済- --"}, // on its way
+        {"LinKBN = 1", "ShpSts = 2", "P1 P2", "", "-- --", "ShpSts = 2"},
+        {"LinKBN = 1", "DpoFlg = 1", "P1", "1|1", "済-"},
+        {"NokiInfKBN = 0", "IndVal = 10", "", "1|1 1|2", "済- 済-"},
     };
     AddCustomer("C1");
-    AddOrder(1, "C1");
-    AddLine(1, 1);
-    file.Open(db);
-    for (const auto &[what, customer, line, answered, marked, states] : cases) {
-        SCOPED_TRACE(what);
-        file.Run("DELETE FROM TLSP0010");
-        file.Run("UPDATE TLMT0040 SET NokiInfKBN = 1, LinKBN = 1");
-        file.Run(QString("UPDATE TLMT0040 SET ") + customer);
-        file.folder.Write("C1.TXT", "");
-        AddLine(1, 1);
-        AddLine(1, 2, line);
-        Reload();
+    for (const auto &[customer, second, answered, marked, states, first] : cases) {
+        SCOPED_TRACE(std::string(customer) + ", " + second);
+        Clear();
+        file.Run(QString("UPDATE TLMT0040 SET NokiInfKBN = 1, ") + customer);
+        AddOrder(1, "C1");
+        AddLine(1, 1, first);
+        AddLine(1, 2, second);
+        Load();
         // The first line alone: a row without an answer would stop the run.
         Select({list.RowOf({1, 1, 1})});
         const auto counts = Make();
@@ -163,67 +155,49 @@ TEST_F(AnswerCreationTest, WhichLinesAreAnsweredAndMarked)
         EXPECT_EQ(Slots(Records("C1.TXT").value(0)), answered);
         EXPECT_EQ(Marked(), marked);
         EXPECT_EQ(States(), states);
+        EXPECT_TRUE(selected.IsEmpty());
     }
 }
 
 TEST_F(AnswerCreationTest, AFailingOrderEndsTheRun)
 {
     const QString notMade = "作成できませんでした\r";
-    const QString notUpdated = "更新されませんでした\r";
     const struct
     {
-        const char *what;
         std::function<void()> arrange;
-        QStringList boxes; ///< how each begins
-        bool isAppended;   ///< the record of the failing order
+        QStringList boxes;       ///< how each begins
+        const char *failed = ""; ///< the record of the failing order
     } cases[] = {
-        {"no EIAJ row",
-         [&] { file.Run("DELETE FROM TLEI0010"); },
-         {"データが存在しません\r", notMade},
-         false},
-        {"disk full",
-         [] {
+        {[&] { file.Run("DELETE FROM TLEI0010"); }, {"データが存在しません\r", notMade}},
+        {[] {
              SetFileFault([](FileOp op, const QString &path) {
                  return op == FileOp::Sync && path == "C:\\C2.TXT" ? ENOSPC : 0;
              });
          },
-         {"ｴﾗｰｺｰﾄﾞ：61\r\n", notMade},
-         false},
-        {"32 lines",
-         [&] {
+         {"ｴﾗｰｺｰﾄﾞ：61\r\n", notMade}},
+        {[&] {
              for (int line = 2; line <= 32; ++line)
-                 AddLine(2, line, "CustCD = 'C2', AnsVal = 1");
-             Reload();
+                 AddLine(2, line, "AnsVal = 1");
          },
-         {"実行時エラー '9':\r\rインデックスが有効範囲にありません。", notMade},
-         false},
-        {"marking fails",
-         [&] {
+         {"実行時エラー '9':\r\rインデックスが有効範囲にありません。", notMade}},
+        {[&] {
              file.Run("CREATE TRIGGER Refuse BEFORE UPDATE OF AnsLimUmu ON TLSP0010 "
                       "WHEN NEW.AccNo = 2 BEGIN SELECT RAISE(ABORT, 'refused'); END");
          },
-         {"ｴﾗｰｺｰﾄﾞ：", notUpdated, notMade},
-         true},
-        {"the table is gone",
-         [&] { file.Run("ALTER TABLE TLEI0010 RENAME TO Gone"); },
-         {"ｴﾗｰｺｰﾄﾞ：", notMade},
-         false},
+         {"ｴﾗｰｺｰﾄﾞ：", "更新されませんでした\r", notMade},
+         "PO-2"},
     };
-    file.Open(db);
-    for (const auto &[what, arrange, expected, isAppended] : cases) {
-        SCOPED_TRACE(what);
-        file.Run("DROP TRIGGER IF EXISTS Refuse; DELETE FROM TLSP0010; DELETE FROM TLAC0010;"
-                 "DELETE FROM TLMT0040; DELETE FROM TLEI0010");
-        AddCustomer("C1");
-        AddCustomer("C2");
+    AddCustomer("C1");
+    AddCustomer("C2");
+    for (const auto &[arrange, expected, failed] : cases) {
+        SCOPED_TRACE(expected[0].toStdString());
+        Clear();
         for (const int order : {1, 3, 2}) {
             AddOrder(order, order == 2 ? "C2" : "C1", 100, order == 2);
             AddLine(order, 1);
         }
-        file.folder.Write("C1.TXT", "");
-        file.folder.Write("C2.TXT", "");
-        Reload();
         arrange();
+        Load();
         SelectAll();
         const auto counts = Make();
         SetFileFault({});
@@ -234,12 +208,11 @@ TEST_F(AnswerCreationTest, AFailingOrderEndsTheRun)
             EXPECT_TRUE(texts[size_t(at)].startsWith(expected[at]))
                 << texts[size_t(at)].toStdString();
         EXPECT_EQ(Orders("C1.TXT"), "PO-1") << "before the failing order, not after it";
-        EXPECT_EQ(Orders("C2.TXT"), isAppended ? "PO-2" : "");
+        EXPECT_EQ(Orders("C2.TXT"), failed);
         EXPECT_EQ(Marked(), "1|1");
         EXPECT_EQ(States(), "済-" + QString(" --").repeated(list.Count() - 1));
         EXPECT_EQ(selected.First(), 2) << "the rows that are still to be answered";
         EXPECT_EQ(counts.records, 1);
-        EXPECT_EQ(status.last(), "");
         EXPECT_TRUE(db.BeginTrans() && db.Rollback()) << "no transaction is left open";
     }
 }
@@ -251,24 +224,13 @@ TEST_F(AnswerCreationTest, TheOperatorIsToldOfCharactersThatWereReplaced)
     AddLine(1, 1, "MfactNo = '①髙～'"); // all of the code page
     AddOrder(2, "C1");
     AddLine(2, 1, "MfactNo = 'A한😀B'");
-    for (int order = 3; order <= 14; ++order) {
-        AddOrder(order, "C1");
-        AddLine(order, 1, "CustSecName = 'é'", QString("9%1").arg(order));
-    }
     Load();
-    Select({1, 2});
-    Make();
-    EXPECT_EQ(Records("C1.TXT")[0].mid(70, 19), "\x87\x40\xfb\xfc\x81\x60             ");
-    EXPECT_EQ(Records("C1.TXT")[1].mid(70, 19), "A??B               ");
-    ASSERT_EQ(boxes.Shown().size(), 2u) << "the summary, and one more";
-    EXPECT_EQ(boxes.Shown()[1].title, "注意");
-    EXPECT_EQ(boxes.TakeTexts()[1], "シフトJISにない文字を、納期回答情報に「?」で出力しました。\r\r"
-                                    "注文№ PO-2");
     SelectAll();
-    saysYes = true;
     Make();
-    const QString box = boxes.TakeTexts().at(2);
-    EXPECT_TRUE(box.endsWith("\r注文№ PO-6\rほか 3 件")) << box.toStdString();
+    EXPECT_EQ(Records("C1.TXT").value(0).mid(70, 7), "\x87\x40\xfb\xfc\x81\x60 ");
+    EXPECT_EQ(Records("C1.TXT").value(1).mid(70, 5), "A??B ");
+    ASSERT_EQ(boxes.Shown().size(), 2u) << "the summary, and one more";
+    EXPECT_TRUE(boxes.Shown()[1].text.endsWith("「?」で出力しました。\r\r注文№ PO-2"));
 }
 
 TEST_F(AnswerCreationTest, ARecordHoldsThirtyOneLines)
@@ -288,78 +250,13 @@ TEST_F(AnswerCreationTest, ARecordHoldsThirtyOneLines)
     EXPECT_EQ(Records("C1.TXT").value(1).left(9), "000000702") << "numbers have five digits";
 }
 
-TEST_F(AnswerCreationTest, Nulls)
-{
-    AddCustomer("C1", "VanCD = NULL, HenpVerPath = NULL");
-    AddOrder(1, "C1");
-    AddLine(1, 1, "OdrNo = NULL, CustSecName = NULL, PayNo = NULL, AnsLimDate = NULL, Unit = NULL");
-    Load();
-    SelectAll();
-    EXPECT_EQ(Make().records, 1);
-    ExpectedRecord expected;
-    expected.At(1, "000010702261124")
-        .At(90, "1    000000100000")
-        .At(114, "1")
-        .At(139, "OWN")
-        .Slot(1, "261201        9999990000000100002")
-        .WideReserves();
-    ExpectSameBytes(Records("C1.TXT").value(0), expected.bytes);
-    EXPECT_EQ(States(), "済-");
-}
-
-TEST_F(AnswerCreationTest, AnOrderOfLinesOnTheirWayIsAnsweredWithoutAMark)
-{
-    AddCustomer("C1");
-    AddOrder(1, "C1");
-    AddLine(1, 1, "ShpSts = 2");
-    Load();
-    SelectAll();
-    const auto counts = Make();
-    EXPECT_EQ(counts.records, 1);
-    EXPECT_EQ(counts.lines, 0);
-    EXPECT_EQ(boxes.TakeTexts().size(), 1u) << "the summary";
-    EXPECT_EQ(Stored(1), "10.0|20261202|0");
-    EXPECT_EQ(States(), "--");
-    EXPECT_TRUE(selected.IsEmpty());
-}
-
-TEST_F(AnswerCreationTest, TheCustomersFileIsTheOneOfTheMasterNow)
-{
-    const struct
-    {
-        const char *before;
-        const char *after;
-        QStringList files;
-    } cases[] = {
-        {"NokiInfKBN = 1", "NokiInfPath = 'C:\\NEW.TXT'", {"NEW.TXT"}},
-        {"NokiInfKBN = 1", "NokiInfKBN = 0", {}},
-        {"NokiInfKBN = 0", "NokiInfKBN = 1", {"C1.TXT"}},
-    };
-    AddCustomer("C1");
-    file.Open(db);
-    for (const auto &[before, after, expected] : cases) {
-        SCOPED_TRACE(after);
-        Clear();
-        AddOrder(1, "C1");
-        AddLine(1, 1);
-        file.Run(QString("UPDATE TLMT0040 SET NokiInfPath = 'C:\\C1.TXT', ") + before);
-        Reload();
-        SelectAll();
-        file.Run(QString("UPDATE TLMT0040 SET ") + after);
-        EXPECT_EQ(Make().records, expected.size());
-        EXPECT_EQ(AnswerFiles(), expected);
-        EXPECT_EQ(Marked(), "1|1");
-        EXPECT_EQ(boxes.TakeTexts().size(), 1u) << "the summary";
-    }
-}
-
 TEST_F(AnswerCreationTest, EscapeStopsBetweenTwoOrders)
 {
     constexpr int OrderCount = 40;
     AddCustomer("C1");
     for (int order = 1; order <= OrderCount; ++order) {
         AddOrder(order, "C1");
-        AddLine(order, 1, {}, QString::number(100 + order));
+        AddLine(order, 1, QString("AccHinCD = %1").arg(100 + order));
     }
     Load();
     SelectAll();
@@ -373,18 +270,13 @@ TEST_F(AnswerCreationTest, EscapeStopsBetweenTwoOrders)
             QThread::msleep(5); // a slow disk, so that there is something to be told
         return 0;
     });
-    const auto counts = Make();
-    EXPECT_GT(counts.records, 0);
-    EXPECT_LT(counts.records, OrderCount);
-    const auto texts = boxes.TakeTexts();
-    ASSERT_EQ(texts.size(), 1u);
-    EXPECT_TRUE(
-        texts[0].endsWith(QString("\r\rEsc で中断しました。%1 件の注文を処理し、残りはそのままです")
-                              .arg(counts.records)))
-        << texts[0].toStdString();
-    EXPECT_EQ(Records("C1.TXT").size(), counts.records);
-    EXPECT_EQ(file.Rows("SELECT COUNT(*) FROM TLSP0010 WHERE AnsLimUmu = 3"),
-              QString::number(counts.records));
-    EXPECT_EQ(selected.First(), counts.records + 1) << "the rest can be answered at once";
-    EXPECT_EQ(selected.Count(), OrderCount - counts.records);
+    const int done = Make().records;
+    EXPECT_GT(done, 0);
+    EXPECT_LT(done, OrderCount);
+    EXPECT_TRUE(boxes.TakeTexts().at(0).endsWith(
+        QString("\r\rEsc で中断しました。%1 件の注文を処理し、残りはそのままです").arg(done)));
+    EXPECT_EQ(Records("C1.TXT").size(), done);
+    EXPECT_EQ(Marked().count('|'), done);
+    EXPECT_EQ(selected.First(), done + 1) << "the rest can be answered at once";
+    EXPECT_EQ(selected.Count(), OrderCount - done);
 }

@@ -19,6 +19,7 @@ class AnswerRun : public testing::Test
 protected:
     AnswerRun()
     {
+        file.Open(db);
         boxes.OnBox([this](const MessageBoxRequest &box) {
             ExpectNothingHeld(box);
             if (saysYes && box.title == "確認")
@@ -29,60 +30,39 @@ protected:
 
     /// A customer that answers every line and gets the short record in C:\<code>.TXT. `changes` is
     /// what an UPDATE sets.
-    void AddCustomer(const QString &code, const QString &changes = {})
+    void AddCustomer(const QString &code, const QString &changes = "LinKBN = 1")
     {
-        file.Insert("TLMT0040", {{"CustCD", code},
-                                 {"CustName", "顧客" + code},
-                                 {"VanCD", "VAN" + code},
-                                 {"LinKBN", 1},
-                                 {"NokiInfKBN", 1},
-                                 {"NokiInfPath", "C:\\" + code + ".TXT"},
-                                 {"HenpVerPath", "10SIDE" + code}});
-        Change("TLMT0040", "CustCD = '" + code + '\'', changes);
+        file.Insert("TLMT0040", {{"CustCD", code}, {"VanCD", "VAN" + code}});
+        file.Run(QString("UPDATE TLMT0040 SET LinKBN = 1, NokiInfKBN = 1, HenpVerPath = '10SIDE%1',"
+                         "NokiInfPath = 'C:\\%1.TXT', %2 WHERE CustCD = '%1'")
+                     .arg(code, changes));
     }
 
     void AddOrder(int accNo, const QString &customer, int open = 100, bool isEdi = false)
     {
-        file.Insert(
-            "TLAC0010",
-            {{"AccNo", accNo}, {"CustCD", customer}, {"ZanVal", open}, {"EDIKBN", isEdi ? 1 : 0}});
+        file.Insert("TLAC0010", {{"AccNo", accNo}, {"ZanVal", open}, {"EDIKBN", isEdi ? 1 : 0}});
         if (isEdi)
             file.Insert("TLEI0010", {{"AccNo", accNo}, {"CockKBN", "K"}, {"KobaiTanto", "TANTO"}});
         m_customer = customer;
     }
 
     /// A line of the order added last, 10 pieces answered for 2 December, a day later than asked
-    /// for. Lines are listed in the order of `listKey`.
-    void AddLine(int accNo, int shpSubNo, const QString &changes = {}, const QString &listKey = {})
+    /// for. Lines are listed in the order of AccHinCD.
+    void AddLine(int accNo, int shpSubNo, const QString &changes = "ShpSts = 1")
     {
-        file.Insert("TLSP0010", {{"AccNo", accNo},
-                                 {"AccSubNo", 1},
-                                 {"ShpSubNo", shpSubNo},
-                                 {"CustCD", m_customer},
-                                 {"OdrNo", QString("PO-%1").arg(accNo)},
-                                 {"PayKeyNo", QString("KEY-%1").arg(accNo)},
-                                 {"AccHinCD", listKey.isEmpty() ? QString::number(accNo) : listKey},
-                                 {"HinCD", "OWN"},
-                                 {"LimDate", "20261201"},
-                                 {"PayNo", QString("P%1").arg(shpSubNo)},
-                                 {"AccVal", 100},
-                                 {"IndVal", 10},
-                                 {"AnsVal", 10},
-                                 {"AnsLimDate", "20261202"},
-                                 {"AnsMark", "2"},
-                                 {"ShpSts", 1},
-                                 {"DenKBN", 2}});
-        Change("TLSP0010", QString("AccNo = %1 AND ShpSubNo = %2").arg(accNo).arg(shpSubNo),
-               changes);
+        file.Insert("TLSP0010", {{"AccNo", accNo}, {"AccSubNo", 1}, {"ShpSubNo", shpSubNo}});
+        file.Run(QString("UPDATE TLSP0010 SET CustCD = '%1', OdrNo = 'PO-%2', PayKeyNo = 'KEY-%2',"
+                         "AccHinCD = '%2', HinCD = 'OWN', LimDate = '20261201', PayNo = 'P%3',"
+                         "AccVal = 100, IndVal = 10, AnsVal = 10, AnsLimDate = '20261202',"
+                         "AnsMark = '2', ShpSts = 1, DenKBN = 2, %4 "
+                         "WHERE AccNo = %2 AND ShpSubNo = %3")
+                     .arg(m_customer)
+                     .arg(accNo)
+                     .arg(shpSubNo)
+                     .arg(changes));
     }
 
     void Load()
-    {
-        file.Open(db);
-        Reload();
-    }
-
-    void Reload()
     {
         ASSERT_GT(LoadList(db, SearchConditions(), list).lineCount, 0);
         Select({});
@@ -108,14 +88,8 @@ protected:
 
     AnswerCreation::Counts Make()
     {
-        status.clear();
-        AnswerCreation creation(db, files, list, selected, {"20261124", "093000"},
-                                [this](const QString &text) {
-                                    status += text;
-                                    if (onStatus)
-                                        onStatus(text);
-                                });
-        failedRow = creation.MakeAnswers();
+        AnswerCreation creation(db, files, list, selected, {"20261124", "093000"}, onStatus);
+        creation.MakeAnswers();
         return creation.Count();
     }
 
@@ -146,14 +120,6 @@ protected:
         return orders.join(' ');
     }
 
-    /// Quantity, date and answer state of an order's lines as they are stored.
-    QString Stored(int accNo)
-    {
-        return file.Rows(QString("SELECT AnsVal, AnsLimDate, AnsLimUmu FROM TLSP0010 "
-                                 "WHERE AccNo = %1 ORDER BY ShpSubNo")
-                             .arg(accNo));
-    }
-
     /// "済済": the two states of each row, "-" where there is none.
     QString States() const
     {
@@ -171,10 +137,8 @@ protected:
     bDAO db;
     LineList list;
     RowSelection selected;
-    QStringList status;
-    std::function<void(const QString &)> onStatus; ///< hears every status text of a run
-    int failedRow = 0;
-    bool saysYes = false; ///< to what a run asks
+    std::function<void(const QString &)> onStatus = [](const QString &) {}; ///< every status text
+    bool saysYes = false;                                                   ///< to what a run asks
 
 private:
     void ExpectNothingHeld(const MessageBoxRequest &box)
@@ -186,12 +150,6 @@ private:
             EXPECT_TRUE(answers.open(QIODevice::ReadWrite | QIODevice::ExistingOnly));
             EXPECT_EQ(TryLockFile(answers.handle(), FileLock::Exclusive), 0) << name.toStdString();
         }
-    }
-
-    void Change(const QString &table, const QString &where, const QString &changes)
-    {
-        if (!changes.isEmpty())
-            file.Run("UPDATE " + table + " SET " + changes + " WHERE " + where);
     }
 
     QString m_customer;

@@ -4,8 +4,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QThread>
-#include <algorithm>
-#include <array>
 #include <map>
 #include <thread>
 
@@ -27,11 +25,17 @@ protected:
             AddLine(order, 1);
         }
     }
+};
 
-    /// Lets the other program lock the whole database for a short time, and act begin meanwhile.
-    template <typename Act>
-    void WhileLocked(Act &&act)
-    {
+} // namespace
+
+TEST_F(SharingTest, AShortLockIsWaitedOut)
+{
+    const auto answer = [this] {
+        SelectAll();
+        EXPECT_EQ(Make().records, 3);
+    };
+    for (const std::function<void()> &act : {std::function([this] { Load(); }), {answer}}) {
         file.Run("BEGIN EXCLUSIVE");
         std::thread other([this] {
             QThread::msleep(300);
@@ -40,16 +44,6 @@ protected:
         act();
         other.join();
     }
-};
-
-} // namespace
-
-TEST_F(SharingTest, AShortLockIsWaitedOut)
-{
-    file.Open(db);
-    WhileLocked([this] { Reload(); });
-    SelectAll();
-    WhileLocked([this] { EXPECT_EQ(Make().records, 3); });
     EXPECT_EQ(boxes.TakeTexts().size(), 1u) << "the summary";
     EXPECT_EQ(file.Rows("SELECT COUNT(*) FROM TLSP0010 WHERE AnsLimUmu = 3"), "3");
 }
@@ -64,7 +58,6 @@ TEST_F(SharingTest, OrdersThatChangeUnderTheOperator)
 
     // What the other program does to the second order of three.
     const QString remove = "DELETE FROM TLSP0010 WHERE AccNo = 2";
-    const QString hide = "UPDATE TLSP0010 SET DpoFlg = 1 WHERE AccNo = 2";
     const QString ship = "UPDATE TLSP0010 SET ShpSts = 3 WHERE AccNo = 2";
     const QString mark = "UPDATE TLSP0010 SET AnsLimUmu = 3 WHERE AccNo = 2";
     const QString redate = "UPDATE TLSP0010 SET AnsLimDate = '20261209' WHERE AccNo = 2";
@@ -89,26 +82,22 @@ TEST_F(SharingTest, OrdersThatChangeUnderTheOperator)
         QString shown; ///< the second row's answer
     } cases[] = {
         {loaded, remove, "?NR", "", "-- -- --", "20261205"},
-        {loaded, hide, "?NR", "", "-- -- --", "20261205"},
         {loaded, ship, "?S", "PO-1 PO-3", "済- -済 済-", "20261205"},
         {loaded, mark, "?S", "PO-1 PO-2 PO-3", "済- 済- 済-", "20261205"},
         {loaded, redate, "?S", "PO-1 PO-2 PO-3", "済- 済- 済-", "20261205"},
-        {agreed, remove, "LS", "PO-1 PO-3", "済- -- 済-", "20261205"},
         {agreed, redate, "LS", "PO-1 PO-3", "済- -- 済-", "20261209"},
         {agreed, mark, "LS", "PO-1 PO-3", "済- 済- 済-", "20261202"},
         {agreed, split, "LS", "PO-1 PO-3", "済- -- 済-", "20261202"},
         {registered, remove, "LS", "PO-1 PO-3", "済- -- 済-", "20261205"},
         {registered, redate, "LS", "PO-1 PO-3", "済- -- 済-", "20261209"},
         {registered, ship, "LS", "PO-1 PO-3", "済- -済 済-", "20261205"},
-        {registered, split, "LS", "PO-1 PO-3", "済- -- 済-", "20261205"},
     };
-    file.Open(db);
     saysYes = true;
     for (const auto &[when, change, shownBoxes, orders, states, shown] : cases) {
         SCOPED_TRACE(when.toStdString() + change.toStdString());
         Clear();
         AddThreeOrders();
-        Reload();
+        Load();
         SelectAll();
         for (int row = 1; row <= 3; ++row)
             list.At(row).SetDate("20261205");
@@ -135,42 +124,6 @@ TEST_F(SharingTest, OrdersThatChangeUnderTheOperator)
 
 namespace {
 
-/// A desk: a process of its own that answers all orders in the way of its number.
-class DeskProcess
-{
-public:
-    explicit DeskProcess(const QString &home)
-    {
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(DESK, {home});
-    }
-    ~DeskProcess()
-    {
-        m_process.closeWriteChannel();
-        EXPECT_TRUE(m_process.waitForFinished());
-    }
-
-    void Begin(int seed)
-    {
-        m_said.clear();
-        m_process.write(QByteArray::number(seed) + '\n');
-        m_process.waitForBytesWritten();
-    }
-
-    /// What it has said, to the end of the round; line breaks of boxes are "|".
-    QStringList TakeLines()
-    {
-        while (!m_said.endsWith("done\n") && m_process.waitForReadyRead(60'000))
-            m_said += m_process.readAll();
-        EXPECT_TRUE(m_said.endsWith("done\n")) << m_said.constData();
-        return QString::fromUtf8(m_said).split('\n', Qt::SkipEmptyParts);
-    }
-
-private:
-    QProcess m_process;
-    QByteArray m_said;
-};
-
 class TwoDesks : public AnswerRun
 {
 protected:
@@ -184,95 +137,61 @@ protected:
         AddCustomer("C2", "LinKBN = 2, HenpVerPath = '11SIDE'");
     }
 
-    static QString FileOf(int order) { return order == OrderCount ? "C2.TXT" : "C1.TXT"; }
-
     /// Orders of 100 pieces: open in one line or two, or answered by a part.
     void AddOrders()
     {
+        const QString open = "AnsVal = 0, AnsLimDate = '', AnsMark = ' ', IndVal = %1";
         for (int order = 1; order <= OrderCount; ++order) {
-            AddOrder(order, FileOf(order).left(2), Open);
-            const QString open = "AnsVal = 0, AnsLimDate = '', AnsMark = ' ', IndVal = %1";
-            if (order == 2) {
-                AddLine(order, 1, "AnsVal = 60, IndVal = 100");
-            } else if (order == 3) {
-                AddLine(order, 1, open.arg(30));
+            AddOrder(order, order == OrderCount ? "C2" : "C1", Open);
+            AddLine(order, 1, order == 2 ? "AnsVal = 60" : open.arg(order == 3 ? 30 : 100));
+            if (order == 3)
                 AddLine(order, 2, open.arg(70));
-            } else {
-                AddLine(order, 1, open.arg(100));
-            }
         }
     }
 
-    struct Record
+    /// How it ended, when this is what both desks have said.
+    void CheckRound(const QStringList &said)
     {
-        QString kind;
-        QStringList deliveries; ///< "number|quantity|date"
-        double sum = 0;
-    };
-
-    /// The records of every order; each is whole, and the short ones count from 1 without a gap.
-    std::map<QString, std::vector<Record>> ReadRecords()
-    {
-        std::map<QString, std::vector<Record>> records;
+        const auto isMoreAgreed = [&](const QString &orderNo) {
+            const QRegularExpression asked("注残数を超える注文： \\d+ 件[|]　 注文№ [^|]*"
+                                           + orderNo);
+            return asked.match(said.join('\n')).hasMatch();
+        };
+        QStringList sent; // "order|delivery|quantity|date"
+        std::map<QString, int> firstAnswers;
         for (const QString &name : AnswerFiles()) {
             int number = 0;
             for (const DecodedAnswer &answer : DecodeAnswers(file.folder.Read(name))) {
                 EXPECT_TRUE(answer.faults.empty()) << name.toStdString();
-                ++number;
+                ++number; // the short records count without a gap
                 EXPECT_EQ(answer.Value("recordNumber").toInt(), name == "C1.TXT" ? number : 1);
-                Record &record = records[answer.Value("orderNumber")].emplace_back();
-                record.kind = answer.Value("answerKind");
+                const QString orderNo = answer.Value("orderNumber");
+                firstAnswers[orderNo] += answer.Value("answerKind") == "1";
+                double sum = 0;
                 for (const AnsweredDelivery &delivery : answer.deliveries) {
-                    const auto value = [&](int at) { return delivery.values[size_t(at)].text; };
-                    record.deliveries += value(1).trimmed() + '|' + value(3) + '|' + value(2);
-                    record.sum += value(3).toDouble();
+                    const auto &values = delivery.values;
+                    sent += QStringList{orderNo, values[1].text, values[3].text, values[2].text}
+                                .join('|');
+                    sum += values[3].text.toDouble();
                 }
+                EXPECT_TRUE(sum <= Open || isMoreAgreed(orderNo)) << orderNo.toStdString() << sum;
             }
         }
-        return records;
-    }
-
-    /// What both desks have said, and how it ended.
-    void CheckRound(const QStringList &said)
-    {
-        auto records = ReadRecords();
-        int sent = 0;
-        const auto expectSent = [&](const QString &orderNo, const QString &delivery) {
-            EXPECT_TRUE(std::ranges::any_of(
-                records[orderNo],
-                [&](const Record &record) { return record.deliveries.contains(delivery); }))
-                << orderNo.toStdString() << ": " << delivery.toStdString() << " never went out";
-        };
-        for (int order = 1; order <= OrderCount; ++order) {
-            const QString orderNo = QString("PO-%1").arg(order);
-            SCOPED_TRACE(orderNo.toStdString());
-            const std::vector<Record> &ofOrder = records[orderNo];
-            sent += int(ofOrder.size());
-            EXPECT_LE(std::ranges::count(ofOrder, "1", &Record::kind), 1);
-
-            const QRegularExpression asked("注残数を超える注文： \\d+ 件[|]　 注文№ [^|]*"
-                                           + orderNo);
-            const bool isMoreAgreed = asked.match(said.join('\n')).hasMatch();
-            for (const Record &record : ofOrder)
-                EXPECT_TRUE(record.sum <= Open || isMoreAgreed) << record.sum << " were sent";
-            EXPECT_TRUE(isMoreAgreed
-                        || file.Rows(QString("SELECT TOTAL(AnsVal) FROM TLSP0010 WHERE AccNo = %1")
-                                         .arg(order))
-                                   .toDouble()
-                               <= Open)
-                << Stored(order).toStdString();
-
-            const QString marked
-                = file.Rows(QString("SELECT PayNo || '|' || CAST(AnsVal AS INTEGER) || '|' || "
-                                    "AnsLimDate FROM TLSP0010 "
-                                    "WHERE AccNo = %1 AND AnsLimUmu = 3")
-                                .arg(order));
-            for (const QString &delivery : marked.split(' ', Qt::SkipEmptyParts))
-                expectSent(orderNo, delivery);
-        }
+        EXPECT_FALSE(sent.isEmpty());
+        for (const auto &[orderNo, count] : firstAnswers)
+            EXPECT_LE(count, 1) << orderNo.toStdString();
+        const QString marked = file.Rows("SELECT OdrNo, PayNo, CAST(AnsVal AS INTEGER), AnsLimDate "
+                                         "FROM TLSP0010 WHERE AnsLimUmu = 3");
+        QStringList claimed = marked.split(' ', Qt::SkipEmptyParts);
         for (const QString &line : said.filter("sent "))
-            expectSent(line.section(' ', 1, 1), line.section(' ', 2));
-        EXPECT_GT(sent, 0);
+            claimed += line.section(' ', 1);
+        for (const QString &delivery : claimed)
+            EXPECT_TRUE(sent.contains(delivery)) << delivery.toStdString() << " never went out";
+        const QString above
+            = file.Rows("SELECT OdrNo FROM TLSP0010 GROUP BY AccNo HAVING SUM(AnsVal) > "
+                        + QString::number(Open));
+        for (const QString &orderNo : above.split(' ', Qt::SkipEmptyParts))
+            EXPECT_TRUE(isMoreAgreed(orderNo)) << orderNo.toStdString();
     }
 };
 
@@ -282,19 +201,22 @@ TEST_F(TwoDesks, AnswerTheSameOrders)
 {
     const int wanted = qEnvironmentVariableIntValue("SHARING_ROUNDS");
     const int rounds = wanted > 0 ? wanted : 5;
-    DeskProcess desks[] = {DeskProcess(file.folder.Path()), DeskProcess(file.folder.Path())};
     qsizetype leftOut = 0;
     qsizetype asked = 0;
     for (int round = 1; round <= rounds && !HasFailure(); ++round) {
         SCOPED_TRACE(testing::Message() << "round " << round);
         Clear();
         AddOrders();
+        QProcess desks[2];
         for (int desk = 0; desk < 2; ++desk)
-            desks[desk].Begin(2 * round + desk);
+            desks[desk].start(DESK, {file.folder.Path(), QString::number(2 * round + desk)});
         QStringList said;
-        for (DeskProcess &desk : desks)
-            said += desk.TakeLines();
-        const QRegularExpression usual("^(done|sent |このまま|作成できませんでした[|]注文№ |"
+        for (QProcess &desk : desks) {
+            EXPECT_TRUE(desk.waitForFinished(60'000) && desk.exitCode() == 0)
+                << desk.readAllStandardError().constData();
+            said += QString(desk.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+        }
+        const QRegularExpression usual("^(sent |このまま|作成できませんでした[|]注文№ |"
                                        "納期回答作成処理が|有効な行を)");
         for (const QString &line : said)
             EXPECT_TRUE(usual.match(line).hasMatch()) << line.toStdString();
@@ -305,5 +227,5 @@ TEST_F(TwoDesks, AnswerTheSameOrders)
             std::printf("%s\n", said.join('\n').toUtf8().constData());
     }
     std::printf("%lld orders left to the other desk, %lld questions\n", leftOut, asked);
-    EXPECT_GT(leftOut + asked, 0) << "the desks never met";
+    EXPECT_GT(leftOut, 0) << "the desks never met";
 }
