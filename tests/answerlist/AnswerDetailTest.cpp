@@ -19,90 +19,44 @@ protected:
         AddLine(1, 2, 3);
     }
 
-    bool Save(const DetailEntry &entry, const StoredDetail &known = {})
-    {
-        return SaveDetail(state.db, {1, 2, 3}, entry, known);
-    }
+    /// Over a line that is known without an answer.
+    bool Save(const DetailEntry &entry) { return SaveDetail(state.db, {1, 2, 3}, entry, {}); }
 };
 
 } // namespace
 
-TEST_F(AnswerDetailTest, TheStatement)
-{
-    EXPECT_EQ(BuildDetailSql({4, 5, 6}),
-              "SELECT  TLSP0010.CustCD  ,TLSP0010.CustSecCD  ,TLSP0010.CustSecName "
-              " ,TLSP0010.AccHinCD  ,TLSP0010.HinCD  ,TLSP0010.OdrNo  ,TLSP0010.MfactNo "
-              " ,TLSP0010.PayNo  ,TLSP0010.AccVal  ,TLSP0010.IndVal  ,TLSP0010.AnsVal "
-              " ,TLSP0010.LimDate  ,TLSP0010.AnsLimDate  ,TLSP0010.Biko  ,TLSP0010.ContractKBN "
-              " ,TLSP0010.ShpSts  ,TLEI0010.KobaiTanto  ,TLEI0011.F055  ,TLEI0011.F082 "
-              " ,TLAC0010.AccTan  ,TLAC0010.TanKBN  ,TLAC0010.Unit  ,TLAC0010.F019 "
-              " ,TLAC0010.ZanVal  ,TLAC0010.AccHinName  ,TLMT0020.ReadTime  ,TLMT0040.CustName "
-              " ,TLMT0040.CustKBN "
-              " From (((((TLSP0010 Left    Join TLEI0011 On      TLSP0010.AccNo = TLEI0011.AccNo)"
-              " Left    Join TLEI0010 On      TLSP0010.AccNo = TLEI0010.AccNo)"
-              " Inner    Join TLAC0010 On      TLSP0010.AccNo = TLAC0010.AccNo)"
-              " Inner   Join TLMT0020 On      TLSP0010.AccHinCD = TLMT0020.AccHinCD)"
-              " Inner   Join TLMT0040 On      TLAC0010.CustCD = TLMT0040.CustCD)"
-              " Where TLSP0010.AccNo    = 4 And   TLSP0010.AccSubNo = 5"
-              " And   TLSP0010.ShpSubNo = 6");
-}
-
 TEST_F(AnswerDetailTest, WhatIsSaved)
 {
-    const DetailEntry answered{"20260601", 25, ""};
     const struct
     {
         const char *line;
-        DetailEntry entry;
+        const char *date;   ///< answered; an empty one comes without a quantity
         const char *stored; ///< answered, ship and arrival date, quantity, mark, state
-        StoredDetail known = {};
     } cases[] = {
-        {"ShpDate = '1', ArvExpDate = '2'", answered, "20260601|20260529|20260601|25.0|2|1"},
-        {"PayDstCD = 'D9'", answered, "20260601|20260601|20260601|25.0|2|1"},
-        {"ShpSts = 3, ShpDate = '1', ArvExpDate = '2'", answered, "20260601|1|2|25.0|2|3"},
-        {"ShpDate = '1', ArvExpDate = '2', AnsLimDate = '20260601'",
-         {},
-         "|1|2|0.0|2|1",
-         {"20260601", 0, "", false}},
-        {"AnsMark = '2', AnsVal = 1, AnsLimUmu = 3",
-         {"20260520", Decimal::FromText(u"0.125"), ""},
-         "20260520|20260517|20260520|0.125|1|1",
-         {"", 1, "", true}},
+        {"ShpDate = '1', ArvExpDate = '2'", "20260601", "20260601|20260529|20260601|25.5|2|1"},
+        {"PayDstCD = 'D9', AnsMark = '1'", "20260601", "20260601|20260601|20260601|25.5|2|1"},
+        {"ShpSts = 3, ShpDate = '1', ArvExpDate = '2'", "20260601", "20260601|1|2|25.5|2|3"},
+        {"ShpDate = '1', ArvExpDate = '2'", "", "|1|2|0.0|2|1"},
+        {"AnsMark = '2'", "20260520", "20260520|20260517|20260520|25.5|1|1"},
         // The mark compares what is seen.
-        {"AnsMark = '2', LimDate = '19260601'", answered, "20260601|20260529|20260601|25.0|1|1"},
-        {"AnsMark = '2', LimDate = NULL", {}, "|||0.0|1|1"},
+        {"AnsMark = '2', LimDate = '19260601'", "20260601", "20260601|20260529|20260601|25.5|1|1"},
+        {"AnsMark = '2', LimDate = NULL", "", "|||0.0|1|1"},
     };
-    for (const auto &[line, entry, stored, known] : cases) {
+    for (const auto &[line, date, stored] : cases) {
         file.Run("DELETE FROM TLSP0010");
         AddLine(1, 2, 3, line);
         AddLine(1, 2, 4);
         const QString other = Stored("*", "ShpSubNo = 4");
-        EXPECT_TRUE(Save(entry, known)) << line;
+        const Decimal quantity = *date ? Decimal::FromText(u"25.5") : Decimal();
+        EXPECT_TRUE(Save({date, quantity, "it's"})) << line;
         EXPECT_EQ(
             Stored("AnsLimDate, ShpDate, ArvExpDate, AnsVal, AnsMark, ShpSts", "ShpSubNo = 3"),
             stored)
             << line;
-        EXPECT_EQ(Stored("UpdPGName, UpdDate, UpdTime", "ShpSubNo = 3"),
-                  "TL030101|20260501|090807");
+        EXPECT_EQ(Stored("Biko, UpdPGName, UpdDate, UpdTime", "ShpSubNo = 3"),
+                  "it's|TL030101|20260501|090807");
         EXPECT_EQ(Stored("*", "ShpSubNo = 4"), other);
     }
-}
-
-TEST_F(AnswerDetailTest, TheUpdateStatements)
-{
-    const DetailEntry entry{"20260601", Decimal::FromText(u"2.5"), "it's  "};
-    WrittenAnswer dates;
-    dates.shipDate = "20260529";
-    dates.arrivalDate = "20260601";
-    const QString head = "UPDATE TLSP0010 SET Biko = 'it''s',AnsLimDate = '20260601',"
-                         "AnsVal = '2.5',";
-    const QString where = "WHERE ACCNO = 1 AND AccSubNo = 2 AND ShpSubNo = 3 AND DPOFLG = 0;";
-    const QString tail = "UpdPGName = 'TL030101',UpdDate = '20260501',UpdTime = '090807' " + where;
-    const WriteStamp stamp{"20260501", "090807"};
-    EXPECT_EQ(BuildDetailUpdateSql({1, 2, 3}, entry, dates, stamp),
-              head + "ShpDate = '20260529',ArvExpDate = '20260601'," + tail);
-    EXPECT_EQ(BuildDetailUpdateSql({1, 2, 3}, entry, std::nullopt, stamp), head + tail);
-    EXPECT_EQ(BuildDetailMarkSql({1, 2, 3}, true), "UPDATE TLSP0010 SET AnsMark = '1' " + where);
 }
 
 TEST_F(AnswerDetailTest, WhatCannotBeSavedIsToldWhenTheFileIsFreeAgain)

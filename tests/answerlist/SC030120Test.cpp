@@ -76,21 +76,22 @@ protected:
         return Text("txtAnsLimDate") + '|' + Text("txtAnsVal").trimmed() + '|' + Text("txtBiko");
     }
 
-    /// What an input method has converted goes to the box with the focus.
-    static void Commit(const QString &text)
+    /// Leaves or saves by a key; 0 stands for a click on the button, F4 for the window's frame.
+    void Go(Qt::Key way, const QString &button)
     {
-        QInputMethodEvent event;
-        event.setCommitString(text);
-        QApplication::sendEvent(QApplication::focusWidget(), &event);
+        if (way == Qt::Key_0)
+            Click(button);
+        else if (way == Qt::Key_F4)
+            dialog->close();
+        else if (way == Qt::Key_R || way == Qt::Key_X)
+            Alt(way);
+        else
+            Key(way);
     }
 
-    QString Line()
-    {
-        return Stored("AnsLimDate, AnsVal, ShpDate, ArvExpDate, Biko, AnsMark, UpdPGName, UpdDate, "
-                      "UpdTime");
-    }
+    QString Line() { return Stored("AnsLimDate, AnsVal, ShpDate, Biko, UpdPGName"); }
 
-    static constexpr auto StoredLine = "20260601|10.0|20260529|20260601|前の備考|2|||";
+    static constexpr auto StoredLine = "20260601|10.0|20260529|前の備考|";
 
     std::optional<SC030120> dialog;
 };
@@ -127,20 +128,14 @@ TEST_F(DetailDialog, CodesWithoutANameAndMissingRows)
              "UPDATE TLAC0010 SET TanKBN = '9', ZanVal = NULL, AccTan = NULL, F019 = NULL;"
              "UPDATE TLSP0010 SET ContractKBN = 'x', LimDate = '', Biko = NULL, PayNo = NULL");
     state.detail.answeredDate.clear();
-    state.detail.answeredQuantity = 0;
     Show();
-    EXPECT_EQ(Texts({"txtF082", "txtF082Name", "txtTanKBN", "txtTanKBNName", "txtContractKBN"}),
-              "8||9||x");
-    EXPECT_EQ(Texts({"txtKobaiTanto", "txtPayNo", "txtF019", "txtLimDate", "txtBiko"}), "||||");
-    EXPECT_EQ(Texts({"txtZanVal", "txtAccTan", "txtAnsLimDate", "txtAnsVal"}),
-              "          0|            0||          0");
-    file.Run("DELETE FROM TLEI0011");
-    Show();
-    EXPECT_EQ(Texts({"txtF082", "txtF082Name"}), "|");
+    EXPECT_EQ(Texts({"txtF082", "txtF082Name", "txtTanKBN", "txtTanKBNName", "txtContractKBN",
+                     "txtKobaiTanto", "txtPayNo", "txtF019", "txtLimDate", "txtBiko", "txtAccTan"}),
+              "8||9||x||||||            0");
     EXPECT_TRUE(boxes.Shown().empty());
 }
 
-TEST_F(DetailDialog, KeysWalkThroughTheInputsAndTheOthersCanBeCopied)
+TEST_F(DetailDialog, KeysWalkThroughTheInputs)
 {
     Show();
     for (const char *field : {"txtAnsLimDate", "txtAnsVal", "txtBiko", "cmdRegister", "cmdExit"}) {
@@ -158,17 +153,10 @@ TEST_F(DetailDialog, KeysWalkThroughTheInputsAndTheOthersCanBeCopied)
         Key(key, Qt::AltModifier);
         EXPECT_EQ(Focus(), field);
     }
-    int readOnly = 0;
-    for (QLineEdit *box : dialog->findChildren<QLineEdit *>()) {
-        if (!box->isReadOnly())
-            continue;
-        ++readOnly;
-        QTest::mouseClick(box, Qt::LeftButton);
-        Key(Qt::Key_A, Qt::ControlModifier);
-        Key(Qt::Key_C, Qt::ControlModifier);
-        EXPECT_EQ(QApplication::clipboard()->text(), box->text());
-    }
-    EXPECT_EQ(readOnly, 24);
+    QTest::mouseClick(Find("txtOdrNo"), Qt::LeftButton); // the others can be copied
+    Key(Qt::Key_A, Qt::ControlModifier);
+    Key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "PO-7");
     EXPECT_TRUE(boxes.Shown().empty());
 }
 
@@ -180,19 +168,13 @@ TEST_F(DetailDialog, AWrongEntryIsToldOnceHoweverItIsLeft)
     } entries[] = {{"txtAnsLimDate", "260631", BadDate},
                    {"txtAnsLimDate", "26063", BadDate},
                    {"txtAnsVal", "-1", BadNumber},
-                   {"txtAnsVal", ".5", BadNumber},
                    {"txtAnsVal", "5.", BadNumber}};
     for (const auto &[box, wrong, told] : entries) {
         for (const Qt::Key way : {Qt::Key_Tab, Qt::Key_Return, Qt::Key_R, Qt::Key_0}) {
             SCOPED_TRACE(std::string(box) + " \"" + wrong + "\" " + std::to_string(way));
             Show();
             Type(box, wrong);
-            if (way == Qt::Key_R)
-                Alt(way);
-            else if (way == Qt::Key_0)
-                Click("cmdRegister");
-            else
-                Key(way);
+            Go(way, "cmdRegister");
             EXPECT_EQ(boxes.TakeTexts(), Told{told});
             EXPECT_TRUE(dialog->isVisible());
             EXPECT_EQ(Focus(), box);
@@ -221,29 +203,17 @@ TEST_F(DetailDialog, LeavingAsksOnlyWhenSomethingWasEdited)
             Keys(keys);
             const QString entered = Entries();
             const QString focus = Focus();
-            const auto leave = [&] {
-                if (way == Qt::Key_Escape)
-                    Key(way);
-                else if (way == Qt::Key_X)
-                    Alt(way);
-                else if (way == Qt::Key_0)
-                    Click("cmdExit");
-                else
-                    dialog->close();
-            };
             if (isEdited) {
                 boxes.Press(BoxButton::No);
-                leave();
-                ASSERT_EQ(boxes.Shown().size(), 1u);
-                EXPECT_EQ(boxes.Shown()[0].title, "確認");
-                EXPECT_TRUE(boxes.Shown()[0].style & BoxStyle::DefaultButton2);
+                Go(way, "cmdExit");
+                EXPECT_TRUE(boxes.Shown().at(0).style & BoxStyle::DefaultButton2);
                 EXPECT_EQ(boxes.TakeTexts(), Told{MayLose});
                 EXPECT_TRUE(dialog->isVisible());
                 EXPECT_EQ(Focus(), focus);
                 EXPECT_EQ(Entries(), entered);
                 boxes.Press(BoxButton::Yes);
             }
-            leave();
+            Go(way, "cmdExit");
             EXPECT_EQ(boxes.TakeTexts(), isEdited ? Told{MayLose} : Told());
             EXPECT_FALSE(dialog->isVisible());
             EXPECT_EQ(Line(), StoredLine);
@@ -252,84 +222,51 @@ TEST_F(DetailDialog, LeavingAsksOnlyWhenSomethingWasEdited)
     }
 }
 
-TEST_F(DetailDialog, WhatIsNotEditedIsSavedAsItCameIn)
+TEST_F(DetailDialog, WhatIsEnteredIsSavedAndTheRestAsItCameIn)
 {
     const struct
     {
-        const char *date, *quantity, *remarks, *keys, *shown;
-        const char *saved = nullptr; ///< nothing: just as it was
+        const char *date, *quantity, *remarks; ///< before
+        const char *keys;                      ///< ">" is the end key
+        const char *shown;
+        const char *saved; ///< nothing: just as it was
     } lines[] = {
-        {"99999999", "1.23456", "重量10〜20kg −5℃保管", "\t\t\t",
-         "99/99/99|1.234|重量10〜20kg −5℃保管"},
-        {"99999999", "1.23456", "", "999999\t\t\t", "99/99/99|1.234|"},
-        {"19260520", "-5", "あいうえおかきくけこさしすせそたちつてとなにぬねのはひふへほ", "\r\r\r",
-         "26/05/20|-5|あいうえおかきくけこさしすせそたちつてとなにぬねのはひふへほ"},
-        {"19260520", "1.23456", "", "260520\t1.234\t", "26/05/20|1.234|", "20260520|1.234|"},
-        {"ABC", "1234567890123", "一行目\r\n二行目\n", "\t\t\t", "C|567,890,123|一行目↵二行目↵"},
+        {"99999999", "1.23456", "10〜20kg −5℃", "\t\t\t", "99/99/99|1.234|10〜20kg −5℃", {}},
+        {"ABC",
+         "1234567890123",
+         "一行目\r\n二行目\n",
+         "\t\t\t",
+         "C|567,890,123|一行目↵二行目↵",
+         {}},
         {"ABC", "0", "一\r\n二", "\b\t\t>3\t", "|0|一↵二3", "|0.0|一\r\n二3"},
-        {"2026 6 5", "12", " 前の空白", "", "26 6 5|12| 前の空白"},
+        {"19260520", "1.23456", "", "260520\t1.234\t", "26/05/20|1.234|", "20260520|1.234|"},
+        {"", "5", "", "\t\b\t *'#[a] \"q\" & |納ｶ", "|0| *'#[a] \"q\" & |納ｶ",
+         "|0.0| *'#[a] \"q\" & |納ｶ"},
+        {"", "5", "", "\t\txあいうえおかきくけこさしすせそ", "|5|xあいうえおかきくけこさしすせ",
+         "|5.0|xあいうえおかきくけこさしすせ"},
     };
     for (const auto &[date, quantity, remarks, keys, shown, saved] : lines) {
         SCOPED_TRACE(std::string(date) + ' ' + remarks);
         ResetLine(date, quantity, remarks);
         const QString stored = Stored("AnsLimDate, AnsVal, Biko");
         Show();
-        for (const QChar key : QString(keys))
-            key == '>' ? Key(Qt::Key_End) : Keys(key);
+        for (const QChar key : QString(keys)) {
+            QInputMethodEvent converted;
+            converted.setCommitString(key);
+            if (key == '>')
+                Key(Qt::Key_End);
+            else if (key < QChar(0x80))
+                Keys(key);
+            else
+                QApplication::sendEvent(QApplication::focusWidget(), &converted);
+        }
         EXPECT_EQ(Entries(), shown);
         Click("cmdRegister");
         EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
+        EXPECT_EQ(dialog->result(), QDialog::Accepted);
         EXPECT_EQ(Stored("AnsLimDate, AnsVal, Biko"), saved ? saved : stored);
         EXPECT_EQ(Stored("AnsLimDate"), state.detail.answeredDate);
-        if (!saved) {
-            EXPECT_EQ(state.detail.answeredQuantity.ToText(), quantity);
-        }
-    }
-}
-
-TEST_F(DetailDialog, SavesTheEntryAndHandsItBack)
-{
-    Show();
-    Keys("260607\r1234.567\r"); // what stood there is selected
-    EXPECT_EQ(Text("txtAnsVal"), "      1,234.567");
-    Keys("memo\r\r"); // the last on the button
-    ASSERT_EQ(boxes.Shown().size(), 1u);
-    EXPECT_EQ(boxes.Shown()[0].title, "情報");
-    EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
-    EXPECT_FALSE(dialog->isVisible());
-    EXPECT_EQ(dialog->result(), QDialog::Accepted);
-    EXPECT_EQ(Line(), "20260607|1234.567|20260604|20260607|memo|2|TL030101|20260501|090807");
-    EXPECT_EQ(state.detail.answeredDate, "20260607");
-    EXPECT_EQ(state.detail.answeredQuantity.ToText(), "1234.567");
-
-    ResetLine();
-    Show();
-    Keys("\b\t\b");
-    Click("cmdRegister");
-    EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
-    EXPECT_EQ(Line(), "|0.0|20260529|20260601|前の備考|2|TL030101|20260501|090807");
-    EXPECT_EQ(state.detail.answeredDate, "");
-    EXPECT_TRUE(state.detail.answeredQuantity.IsZero());
-}
-
-TEST_F(DetailDialog, RemarksComeBackAsTheyWereTyped)
-{
-    const std::pair<const char *, const char *> remarks[] = {
-        {"O'Neil | 'x'", "O'Neil | 'x'"},
-        {" 納期は、要確認　|ｶﾅ'", " 納期は、要確認　|ｶﾅ'"},
-        {"*?#[a] \"q\" & -- ;", "*?#[a] \"q\" & -- ;"},
-        {"", ""},
-        {"xあいうえおかきくけこさしすせそ", "xあいうえおかきくけこさしすせ"}, // 31 bytes
-    };
-    for (const auto &[typed, kept] : remarks) {
-        ResetLine();
-        Show();
-        Type("txtBiko", "");
-        Commit(typed);
-        EXPECT_EQ(Find<QLabel>("MSG")->text().isEmpty(), typed == QString(kept));
-        Click("cmdRegister");
-        EXPECT_EQ(boxes.TakeTexts(), Told{Saved}) << typed;
-        EXPECT_EQ(Stored("Biko"), kept);
+        EXPECT_EQ(Decimal::FromText(Stored("AnsVal")), state.detail.answeredQuantity);
     }
 }
 
@@ -359,8 +296,7 @@ TEST_F(DetailDialog, AnothersChangeIsOverwrittenOnlyWhenAskedFor)
             if (isAsked) {
                 boxes.Press(BoxButton::No);
                 Click("cmdRegister");
-                EXPECT_EQ(boxes.Shown().at(0).title, "確認");
-                EXPECT_TRUE(boxes.Shown()[0].style & BoxStyle::DefaultButton2);
+                EXPECT_TRUE(boxes.Shown().at(0).style & BoxStyle::DefaultButton2);
                 EXPECT_EQ(boxes.TakeTexts(), Told{MayOverwrite});
                 EXPECT_EQ(Line(), theirs);
                 ASSERT_TRUE(dialog->isVisible());
@@ -376,23 +312,16 @@ TEST_F(DetailDialog, AnothersChangeIsOverwrittenOnlyWhenAskedFor)
 
 TEST_F(DetailDialog, ALineThatCannotBeShownCannotBeSaved)
 {
-    const std::pair<const char *, const char *> losses[] = {
-        {"DELETE FROM TLMT0020", NoData}, // the product
-        {"ALTER TABLE TLMT0040 RENAME TO Gone", "ｴﾗｰｺｰﾄﾞ："},
-    };
-    for (const auto &[loss, told] : losses) {
-        file.Run(loss);
-        Show();
-        ASSERT_FALSE(boxes.Shown().empty()) << loss;
-        EXPECT_TRUE(boxes.TakeTexts()[0].startsWith(told)) << loss;
-        EXPECT_FALSE(Find("cmdRegister")->isEnabled()) << loss;
-        EXPECT_EQ(Text("txtCustCD"), "") << loss;
-        Alt(Qt::Key_R);
-        EXPECT_TRUE(dialog->isVisible()) << loss;
-        Key(Qt::Key_Escape);
-        EXPECT_FALSE(dialog->isVisible()) << loss;
-        EXPECT_TRUE(boxes.Shown().empty()) << loss;
-    }
+    file.Run("DELETE FROM TLMT0020"); // the product
+    Show();
+    ASSERT_EQ(boxes.Shown().size(), 1u);
+    EXPECT_TRUE(boxes.TakeTexts()[0].startsWith(NoData));
+    EXPECT_FALSE(Find("cmdRegister")->isEnabled());
+    Alt(Qt::Key_R);
+    EXPECT_TRUE(dialog->isVisible());
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_TRUE(boxes.Shown().empty());
 }
 
 TEST_F(DetailDialog, WhatIsRefusedKeepsTheDialogOpen)
@@ -400,14 +329,13 @@ TEST_F(DetailDialog, WhatIsRefusedKeepsTheDialogOpen)
     file.Run("CREATE TRIGGER Refuse BEFORE UPDATE ON TLSP0010 "
              "BEGIN SELECT RAISE(ABORT, 'refused'); END");
     Show();
-    Keys("260610\t\tmemo");
-    Click("cmdRegister");
+    Keys("260610\r1234.567\rmemo\r\r"); // the last on the button
     EXPECT_EQ(boxes.TakeTexts().size(), 2u);
     EXPECT_TRUE(dialog->isVisible());
-    EXPECT_EQ(Entries(), "26/06/10|1,012.5|memo");
+    EXPECT_EQ(Entries(), "26/06/10|1,234.567|memo");
     EXPECT_EQ(state.detail.answeredDate, "20260605");
     file.Run("DROP TRIGGER Refuse");
     Click("cmdRegister");
     EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
-    EXPECT_EQ(Stored("AnsLimDate, Biko"), "20260610|memo");
+    EXPECT_EQ(Stored("AnsLimDate, AnsVal, Biko"), "20260610|1234.567|memo");
 }
