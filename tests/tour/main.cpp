@@ -2,7 +2,6 @@
 #include "app/Desktop.h"
 #include "support/Operator.h"
 #include "tldb/Commands.h"
-#include "tldb/answers/AnswerFile.h"
 
 #include <QApplication>
 #include <QDir>
@@ -28,25 +27,23 @@ constexpr int AnsweredRows = 12;
 /// all is well, else what is wrong.
 QString WriteDecodedAnswers(const QString &folder)
 {
-    QFile text(folder + "/answers.txt");
-    if (!text.open(QIODevice::WriteOnly))
-        return "can't write " + text.fileName();
+    QString text;
+    QTextStream out(&text);
+    QTextStream err(stderr);
     QDirIterator entries(folder + "/drives", QDir::Files, QDirIterator::Subdirectories);
     while (entries.hasNext()) {
-        QFile file(entries.next());
-        if (!file.open(QIODevice::ReadOnly))
-            return "can't read " + file.fileName();
-        const auto answers = DecodeAnswers(file.readAll());
-        if (HasFaults(answers))
-            return file.fileName() + " has a malformed record";
-        text.write(("== " + QDir(folder).relativeFilePath(file.fileName()) + "\n\n"
-                    + DescribeAnswers(answers, AnswerFormat::Plain))
-                       .toUtf8());
+        const QString name = entries.next();
+        out << "== " << QDir(folder).relativeFilePath(name) << "\n\n";
+        if (RunTool({"show-answers", name}, out, err) != ExitCode::Ok)
+            return name + " has a malformed record";
     }
-    return text.size() > 0 ? QString() : QString("no record was written");
+    QFile file(folder + "/answers.txt");
+    if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) <= 0)
+        return "no record was written";
+    return {};
 }
 
-class Tour
+class Tour : public Operator
 {
 public:
     explicit Tour(const QString &folder)
@@ -54,26 +51,15 @@ public:
     {
     }
 
-    bool MakeData()
-    {
-        QDir(m_folder).removeRecursively();
-        QTextStream out(stdout);
-        QTextStream err(stderr);
-        return RunTool({"demo", m_folder, "--lines", "2000", "--seed", "1"}, out, err)
-               == ExitCode::Ok;
-    }
-
     QString Run()
     {
         PlanSearch();
         PlanAnswers();
-        m_operator.Start();
+        Start();
         Main(m_folder);
-        if (!m_operator.Failure().isEmpty())
-            return m_operator.Failure();
-        if (!m_operator.IsDone())
-            return "the program ended before the tour did";
-        return WriteDecodedAnswers(m_folder);
+        if (!Failure().isEmpty())
+            return Failure();
+        return IsDone() ? WriteDecodedAnswers(m_folder) : "the program ended before the tour did";
     }
 
 private:
@@ -82,116 +68,114 @@ private:
     {
         QApplication::processEvents();
         const QString file
-            = QString("%1/%2-%3.png").arg(m_folder).arg(++m_picture, 2, 10, QChar('0'));
+            = QString("%1/%2-%3.png").arg(m_folder).arg(++m_picture, 2, 10, QChar('0')).arg(name);
         QPixmap picture = QApplication::primaryScreen()->grabWindow(0);
         if (picture.isNull())
-            picture = Operator::Front({})->grab();
-        if (!picture.save(file.arg(name)))
-            m_operator.Fail("can't write " + file.arg(name));
+            picture = Front({})->grab();
+        if (!picture.save(file))
+            Fail("can't write " + file);
     }
 
-    void Expect(bool isTrue, const QString &what)
+    /// A step that begins with a picture.
+    void Step(const QString &window, const QString &picture, const Action &act)
     {
-        if (!isTrue)
-            m_operator.Fail("expected " + what);
+        At(window, picture, [this, picture, act] {
+            Shoot(picture);
+            act();
+        });
     }
 
-    QString BoxText() { return static_cast<QMessageBox *>(Operator::Front("MsgBox"))->text(); }
+    void ExpectText(const QString &box, const QString &text = {})
+    {
+        const QString shown = Find<QLineEdit>(box)->text();
+        if (shown.isEmpty() || !shown.contains(text))
+            Fail("expected another text in " + box + " than " + shown);
+    }
+
+    void TypeDate(int days) { Keys(QDate::currentDate().addDays(days).toString("yyMMdd")); }
 
     void PlanSearch()
     {
-        m_operator.At("SC030010", "search screen", [this] {
-            Shoot("search");
-            m_operator.Click("cmdTSansho");
-        });
+        Step("SC030010", "search", [this] { Click("cmdTSansho"); });
         PlanPick("SC040230R", "customers", Customer);
-        m_operator.At("SC030010", "customer picked", [this] {
-            Expect(m_operator.Find<QLineEdit>("txtCustCD")->text() == Customer, "the customer");
-            Expect(!m_operator.Find<QLineEdit>("txtCustName")->text().isEmpty(), "a customer name");
-            m_operator.Click("cmdSSansho");
+        At("SC030010", "customer picked", [this] {
+            ExpectText("txtCustCD", Customer);
+            ExpectText("txtCustName");
+            Click("cmdSSansho");
         });
         PlanPick("SC040220R", "products", "");
-        m_operator.At("SC030010", "product picked", [this] {
-            Expect(!m_operator.Find<QLineEdit>("txtAccHinCD")->text().isEmpty(), "a product");
-            m_operator.Type("txtAccHinCD", "");
-            m_operator.Type("txtOdrNo", "PO");
-            m_operator.Type("txtOdrNo", "");
-            auto *tabs = m_operator.Find<QTabBar>("tabDate");
+        At("SC030010", "product picked", [this] {
+            ExpectText("txtAccHinCD");
+            Type("txtAccHinCD", "");
+            auto *tabs = Find<QTabBar>("tabDate");
             QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(0).center());
-            const QDate today = QDate::currentDate();
-            m_operator.Type("txtFromDate", today.toString("yyMMdd"));
-            m_operator.Type("txtToDate", today.addDays(60).toString("yyMMdd"));
-            m_operator.Key(Qt::Key_Tab);
+            Type("txtFromDate", "");
+            TypeDate(0);
+            Type("txtToDate", "");
+            TypeDate(60);
+            Key(Qt::Key_Tab);
             Shoot("conditions");
-            m_operator.Click("cmdList");
+            Click("cmdList");
         });
     }
 
     /// Picks the row that begins with the text by the keyboard alone.
     void PlanPick(const QString &picker, const QString &picture, const QString &text)
     {
-        m_operator.At(picker, picture, [this, picture, text] {
-            m_operator.Keys(text);
+        At(picker, picture, [this, picture, text] {
+            Keys(text);
             Shoot(picture);
-            m_operator.Key(Qt::Key_Return);
-            m_operator.Key(Qt::Key_Return);
+            Key(Qt::Key_Return);
+            Key(Qt::Key_Return);
         });
     }
 
     void PlanAnswers()
     {
-        m_operator.Then(
-            "answer list", [] { return Operator::Front("SC030110") && ListRows() > AnsweredRows; },
+        Then(
+            "answer list", [] { return Front("SC030110") && ListRows() > AnsweredRows; },
             [this] {
                 Shoot("list");
-                m_operator.Key(Qt::Key_Space, Qt::ShiftModifier);
-                m_operator.Key(Qt::Key_I, Qt::AltModifier);
+                Key(Qt::Key_Space, Qt::ShiftModifier);
+                Key(Qt::Key_I, Qt::AltModifier);
             });
-        m_operator.At("SC030120", "detail", [this] {
-            Expect(!m_operator.Find<QLineEdit>("txtOdrNo")->text().isEmpty(), "an order number");
-            Shoot("detail");
-            m_operator.Key(Qt::Key_Escape);
+        Step("SC030120", "detail", [this] {
+            ExpectText("txtOdrNo");
+            Key(Qt::Key_Escape);
         });
-        m_operator.At("SC030110", "list again", [this] {
-            m_operator.ClickRow("spdList", 1);
-            m_operator.ClickRow("spdList", AnsweredRows, Qt::ShiftModifier);
+        At("SC030110", "list again", [this] {
+            ClickRow("spdList", 1);
+            ClickRow("spdList", AnsweredRows, Qt::ShiftModifier);
             Shoot("selection");
-            m_operator.Click("cmdLimSet");
+            Click("cmdLimSet");
         });
-        m_operator.At("InputBox", "date question", [this] {
-            m_operator.Keys(QDate::currentDate().addDays(20).toString("yyMMdd"));
+        At("InputBox", "date question", [this] {
+            TypeDate(20);
             Shoot("date");
-            m_operator.Key(Qt::Key_Return);
+            Key(Qt::Key_Return);
         });
-        m_operator.At("SC030110", "dates set", [this] {
-            Shoot("dates");
-            m_operator.Click("cmdMake");
+        Step("SC030110", "dates", [this] { Click("cmdMake"); });
+        Step("MsgBox", "summary", [this] {
+            if (!static_cast<QMessageBox *>(Front("MsgBox"))
+                     ->text()
+                     .startsWith("納期回答作成処理が終了しました"))
+                Fail("expected the summary");
+            Key(Qt::Key_Return);
         });
-        m_operator.At("MsgBox", "summary", [this] {
-            Shoot("summary");
-            Expect(BoxText().startsWith("納期回答作成処理が終了しました"), "the summary");
-            m_operator.Key(Qt::Key_Return);
-        });
-        m_operator.At("SC030110", "answered list", [this] {
-            Shoot("answered");
-            m_operator.Click("cmdExit");
-        });
-        m_operator.At("SC030010", "search screen again", [this] {
-            Expect(m_operator.Find<QLineEdit>("txtCustCD")->text() == Customer,
-                   "the conditions kept");
-            Shoot("search-again");
-            m_operator.Click("cmdExit");
+        Step("SC030110", "answered", [this] { Click("cmdExit"); });
+        Step("SC030010", "search-again", [this] {
+            ExpectText("txtCustCD", Customer); // the conditions are kept
+            Click("cmdExit");
         });
     }
 
     static int ListRows()
     {
-        const auto *grid = Operator::Front({})->findChild<QTableView *>("spdList");
+        const auto *grid = Front({})->findChild<QTableView *>("spdList");
         return grid ? grid->model()->rowCount() : 0;
     }
 
     QString m_folder;
-    Operator m_operator;
     int m_picture = 0;
 };
 
@@ -206,14 +190,15 @@ int main(int argc, char **argv)
         return 2;
     }
     const QString folder = QFileInfo(application.arguments()[1]).absoluteFilePath();
-    Tour tour(folder);
-    if (!tour.MakeData())
+    QDir(folder).removeRecursively();
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    if (RunTool({"demo", folder, "--lines", "2000", "--seed", "1"}, out, err) != ExitCode::Ok)
         return 1;
-    const QString problem = tour.Run();
-    if (!problem.isEmpty()) {
-        std::fprintf(stderr, "tour: %s\n", qPrintable(problem));
-        return 1;
-    }
-    std::printf("tour: done, pictures and answers are in %s\n", qPrintable(folder));
-    return 0;
+    const QString problem = Tour(folder).Run();
+    if (!problem.isEmpty())
+        err << "tour: " << problem << Qt::endl;
+    else
+        out << "tour: done, pictures and answers are in " << folder << Qt::endl;
+    return problem.isEmpty() ? 0 : 1;
 }
