@@ -17,10 +17,7 @@ std::atomic<long> operations = 0;
 
 bool IsWatched(std::string_view path)
 {
-    for (const std::string_view end : {"TLDB0010.MDB", "TLDB0010.MDB-journal", ".TXT"})
-        if (path.ends_with(end))
-            return true;
-    return false;
+    return path.ends_with("TLDB0010.MDB") || path.ends_with("-journal") || path.ends_with(".TXT");
 }
 
 bool IsWatched(int descriptor)
@@ -42,8 +39,7 @@ bool IsCrash()
 [[noreturn]] void Crash()
 {
     ::kill(::getpid(), SIGKILL);
-    for (;;)
-        ::pause();
+    std::abort(); // not reached
 }
 
 template <typename Function>
@@ -97,11 +93,6 @@ ssize_t pwrite(int descriptor, const void *data, size_t size, off_t position)
     return Write<decltype(pwrite)>("pwrite", descriptor, data, size, position);
 }
 
-ssize_t pwrite64(int descriptor, const void *data, size_t size, off64_t position)
-{
-    return Write<decltype(pwrite64)>("pwrite64", descriptor, data, size, position);
-}
-
 int fsync(int descriptor)
 {
     return Do<decltype(fsync)>("fsync", IsWatched(descriptor), descriptor);
@@ -117,13 +108,12 @@ int ftruncate(int descriptor, off_t length) noexcept
     return Do<decltype(ftruncate)>("ftruncate", IsWatched(descriptor), descriptor, length);
 }
 
-int ftruncate64(int descriptor, off64_t length) noexcept
-{
-    return Do<decltype(ftruncate64)>("ftruncate64", IsWatched(descriptor), descriptor, length);
-}
-
 int unlink(const char *path) noexcept
 {
     return Do<decltype(unlink)>("unlink", IsWatched(path), path);
 }
+
+// The other names of the same.
+ssize_t pwrite64(int, const void *, size_t, off64_t) __attribute__((alias("pwrite")));
+int ftruncate64(int, off64_t) noexcept __attribute__((alias("ftruncate")));
 }

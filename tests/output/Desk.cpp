@@ -8,18 +8,20 @@
 #include <QRandomGenerator>
 #include <QThread>
 #include <cstdio>
+#include <cstdlib>
 
-// One desk of an office, as a process: it loads the list, sets dates, splits lines and creates
-// answers a few times, and says Yes to every question. It writes what the boxes said, one line
-// each.
+// One desk of an office, as a process: in each sitting it loads the list, sets dates, splits lines
+// and creates answers, and says Yes to every question. It writes what the boxes said, one line
+// each, and "sent" with each answer that the list then calls sent.
 //
-//     desk HOME SEED
+//     desk HOME SEED SITTINGS
 
 namespace {
 
 int Say(QString text)
 {
     std::printf("%s\n", text.replace('\r', '|').toUtf8().constData());
+    std::fflush(stdout);
     return BoxButton::Yes;
 }
 
@@ -44,14 +46,14 @@ Decimal Left(const LineList &list, int row)
     return left;
 }
 
-/// Sets dates in most orders and splits some of their lines. Returns their rows.
-RowSelection ChangeMost(LineList &list, QRandomGenerator &random)
+/// Sets dates in all orders or most, and splits some of their lines. Returns their rows.
+RowSelection ChangeOrders(LineList &list, bool isAll, QRandomGenerator &random)
 {
     std::vector<RowSelection::Range> changed;
     for (int row = 1; row <= list.Count(); ++row) {
         const int first = row;
         int last = row - 1 + int(list.RowsOfOrder(list.At(row).Key().accNo).size());
-        const bool isLeftAlone = random.bounded(5) == 0;
+        const bool isLeftAlone = !isAll && random.bounded(5) == 0;
         const bool isTooMuch = Left(list, row).IsNegative(); // by splits of both desks
         for (; !isLeftAlone && row <= last; ++row) {
             if (isTooMuch)
@@ -92,10 +94,10 @@ int main(int argc, char **argv)
             QThread::msleep(random.bounded(20)); // nothing is locked: the other desk's turn
         return 0;
     });
-    for (int sitting = 0; sitting < 3; ++sitting) {
+    for (int sitting = 0; sitting < std::atoi(argv[3]); ++sitting) {
         LineList list;
         LoadList(db, SearchConditions(), list);
-        RowSelection selected = ChangeMost(list, random);
+        RowSelection selected = ChangeOrders(list, sitting == 0, random);
         const RowSelection wanted = selected;
         QThread::msleep(random.bounded(20));
         AnswerCreation(db, files, list, selected, WriteStamp::Now(), [](const QString &) {

@@ -1,8 +1,5 @@
-#include "output/AnswerRun.h"
-#include "tldb/answers/AnswerFile.h"
+#include "output/Desks.h"
 
-#include <QProcess>
-#include <QRegularExpression>
 #include <QThread>
 #include <map>
 #include <thread>
@@ -122,110 +119,23 @@ TEST_F(SharingTest, OrdersThatChangeUnderTheOperator)
     }
 }
 
-namespace {
-
-class TwoDesks : public AnswerRun
-{
-protected:
-    static constexpr int OrderCount = 5;
-    static constexpr int Open = 100;
-
-    TwoDesks()
-    {
-        file.folder.Write("TALVEN.INI", "[DRIVES]\r\nC=" + file.folder.Path().toUtf8() + "\r\n");
-        AddCustomer("C1", "LinKBN = 2");
-        AddCustomer("C2", "LinKBN = 2, HenpVerPath = '11SIDE'");
-    }
-
-    /// Orders of 100 pieces: open in one line or two, or answered by a part.
-    void AddOrders()
-    {
-        const QString open = "AnsVal = 0, AnsLimDate = '', AnsMark = ' ', IndVal = %1";
-        for (int order = 1; order <= OrderCount; ++order) {
-            AddOrder(order, order == OrderCount ? "C2" : "C1", Open);
-            AddLine(order, 1, order == 2 ? "AnsVal = 60" : open.arg(order == 3 ? 30 : 100));
-            if (order == 3)
-                AddLine(order, 2, open.arg(70));
-        }
-    }
-
-    /// How it ended, when this is what both desks have said.
-    void CheckRound(const QStringList &said)
-    {
-        const auto isMoreAgreed = [&](const QString &orderNo) {
-            const QRegularExpression asked("注残数を超える注文： \\d+ 件[|]　 注文№ [^|]*"
-                                           + orderNo);
-            return asked.match(said.join('\n')).hasMatch();
-        };
-        QStringList sent; // "order|delivery|quantity|date"
-        std::map<QString, int> firstAnswers;
-        for (const QString &name : AnswerFiles()) {
-            int number = 0;
-            for (const DecodedAnswer &answer : DecodeAnswers(file.folder.Read(name))) {
-                EXPECT_TRUE(answer.faults.empty()) << name.toStdString();
-                ++number; // the short records count without a gap
-                EXPECT_EQ(answer.Value("recordNumber").toInt(), name == "C1.TXT" ? number : 1);
-                const QString orderNo = answer.Value("orderNumber");
-                firstAnswers[orderNo] += answer.Value("answerKind") == "1";
-                double sum = 0;
-                for (const AnsweredDelivery &delivery : answer.deliveries) {
-                    const auto &values = delivery.values;
-                    sent += QStringList{orderNo, values[1].text, values[3].text, values[2].text}
-                                .join('|');
-                    sum += values[3].text.toDouble();
-                }
-                EXPECT_TRUE(sum <= Open || isMoreAgreed(orderNo)) << orderNo.toStdString() << sum;
-            }
-        }
-        EXPECT_FALSE(sent.isEmpty());
-        for (const auto &[orderNo, count] : firstAnswers)
-            EXPECT_LE(count, 1) << orderNo.toStdString();
-        const QString marked = file.Rows("SELECT OdrNo, PayNo, CAST(AnsVal AS INTEGER), AnsLimDate "
-                                         "FROM TLSP0010 WHERE AnsLimUmu = 3");
-        QStringList claimed = marked.split(' ', Qt::SkipEmptyParts);
-        for (const QString &line : said.filter("sent "))
-            claimed += line.section(' ', 1);
-        for (const QString &delivery : claimed)
-            EXPECT_TRUE(sent.contains(delivery)) << delivery.toStdString() << " never went out";
-        const QString above
-            = file.Rows("SELECT OdrNo FROM TLSP0010 GROUP BY AccNo HAVING SUM(AnsVal) > "
-                        + QString::number(Open));
-        for (const QString &orderNo : above.split(' ', Qt::SkipEmptyParts))
-            EXPECT_TRUE(isMoreAgreed(orderNo)) << orderNo.toStdString();
-    }
-};
-
-} // namespace
-
-TEST_F(TwoDesks, AnswerTheSameOrders)
+TEST_F(Desks, AnswerTheSameOrders)
 {
     const int wanted = qEnvironmentVariableIntValue("SHARING_ROUNDS");
     const int rounds = wanted > 0 ? wanted : 5;
     qsizetype leftOut = 0;
-    qsizetype asked = 0;
     for (int round = 1; round <= rounds && !HasFailure(); ++round) {
         SCOPED_TRACE(testing::Message() << "round " << round);
-        Clear();
         AddOrders();
-        QProcess desks[2];
-        for (int desk = 0; desk < 2; ++desk)
-            desks[desk].start(DESK, {file.folder.Path(), QString::number(2 * round + desk)});
-        QStringList said;
-        for (QProcess &desk : desks) {
-            EXPECT_TRUE(desk.waitForFinished(60'000) && desk.exitCode() == 0)
-                << desk.readAllStandardError().constData();
-            said += QString(desk.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
-        }
-        const QRegularExpression usual("^(sent |このまま|作成できませんでした[|]注文№ |"
-                                       "納期回答作成処理が|有効な行を)");
-        for (const QString &line : said)
-            EXPECT_TRUE(usual.match(line).hasMatch()) << line.toStdString();
+        QProcess first;
+        QProcess second;
+        Start(first, 2 * round, 3);
+        Start(second, 2 * round + 1, 3);
+        const QStringList said = SaidBy(first) + SaidBy(second);
         leftOut += said.filter("作成できませんでした").size();
-        asked += said.filter("このまま").size();
-        CheckRound(said);
+        CheckOrders(said);
         if (HasFailure())
             std::printf("%s\n", said.join('\n').toUtf8().constData());
     }
-    std::printf("%lld orders left to the other desk, %lld questions\n", leftOut, asked);
     EXPECT_GT(leftOut, 0) << "the desks never met";
 }
