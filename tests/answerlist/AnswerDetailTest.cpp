@@ -82,7 +82,6 @@ TEST_F(AnswerDetailTest, WhatCannotBeSavedIsToldWhenTheFileIsFreeAgain)
          " WHEN NEW.AnsMark <> OLD.AnsMark BEGIN SELECT RAISE(ABORT, '変更できません'); END",
          false,
          {Error, NotRegistered}},
-        {"ALTER TABLE TLMT0050 RENAME TO Gone", false, {Error}},
         {"ALTER TABLE TLSP0010 RENAME COLUMN AnsLimUmu TO Gone", false, {Error}},
     };
     for (const auto &[fault, isFileLocked, told] : faults) {

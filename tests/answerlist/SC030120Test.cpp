@@ -3,7 +3,6 @@
 #include "lines/LinesFixture.h"
 #include "support/WindowHands.h"
 
-#include <QClipboard>
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <optional>
@@ -132,7 +131,6 @@ TEST_F(DetailDialog, CodesWithoutANameAndMissingRows)
     EXPECT_EQ(Texts({"txtF082", "txtF082Name", "txtTanKBN", "txtTanKBNName", "txtContractKBN",
                      "txtKobaiTanto", "txtPayNo", "txtF019", "txtLimDate", "txtBiko", "txtAccTan"}),
               "8||9||x||||||            0");
-    EXPECT_TRUE(boxes.Shown().empty());
 }
 
 TEST_F(DetailDialog, KeysWalkThroughTheInputs)
@@ -153,23 +151,16 @@ TEST_F(DetailDialog, KeysWalkThroughTheInputs)
         Key(key, Qt::AltModifier);
         EXPECT_EQ(Focus(), field);
     }
-    QTest::mouseClick(Find("txtOdrNo"), Qt::LeftButton); // the others can be copied
-    Key(Qt::Key_A, Qt::ControlModifier);
-    Key(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->text(), "PO-7");
-    EXPECT_TRUE(boxes.Shown().empty());
 }
 
 TEST_F(DetailDialog, AWrongEntryIsToldOnceHoweverItIsLeft)
 {
-    const struct
-    {
-        const char *box, *wrong, *told;
-    } entries[] = {{"txtAnsLimDate", "260631", BadDate},
-                   {"txtAnsLimDate", "26063", BadDate},
-                   {"txtAnsVal", "-1", BadNumber},
-                   {"txtAnsVal", "5.", BadNumber}};
-    for (const auto &[box, wrong, told] : entries) {
+    const std::pair<const char *, const char *> entries[] = {{"txtAnsLimDate", "260631"},
+                                                             {"txtAnsLimDate", "26063"},
+                                                             {"txtAnsVal", "-1"},
+                                                             {"txtAnsVal", "5."}};
+    for (const auto &[box, wrong] : entries) {
+        const QString told = box == QString("txtAnsVal") ? BadNumber : BadDate;
         for (const Qt::Key way : {Qt::Key_Tab, Qt::Key_Return, Qt::Key_R, Qt::Key_0}) {
             SCOPED_TRACE(std::string(box) + " \"" + wrong + "\" " + std::to_string(way));
             Show();
@@ -185,8 +176,7 @@ TEST_F(DetailDialog, AWrongEntryIsToldOnceHoweverItIsLeft)
     Show();
     Keys("26");
     Key(Qt::Key_Tab, Qt::ShiftModifier);
-    EXPECT_EQ(Focus(), "cmdExit");
-    EXPECT_TRUE(boxes.Shown().empty()) << "on the way out it need not be right";
+    EXPECT_EQ(Focus(), "cmdExit") << "on the way out it need not be right";
 }
 
 TEST_F(DetailDialog, LeavingAsksOnlyWhenSomethingWasEdited)
@@ -287,9 +277,11 @@ TEST_F(DetailDialog, AnothersChangeIsOverwrittenOnlyWhenAskedFor)
         for (const bool isBefore : {true, false}) {
             SCOPED_TRACE(std::string(change) + (isBefore ? " before" : " after"));
             ResetLine();
-            Change("TLSP0010", "1", isBefore ? change : "");
+            if (isBefore)
+                Change("TLSP0010", "1", change);
             Show();
-            Change("TLSP0010", "1", isBefore ? "" : change);
+            if (!isBefore)
+                Change("TLSP0010", "1", change);
             const QString theirs = Line();
             Keys("260607");
             const bool isAsked = isBefore ? isAskedBefore : isAskedAfter;
@@ -314,14 +306,12 @@ TEST_F(DetailDialog, ALineThatCannotBeShownCannotBeSaved)
 {
     file.Run("DELETE FROM TLMT0020"); // the product
     Show();
-    ASSERT_EQ(boxes.Shown().size(), 1u);
-    EXPECT_TRUE(boxes.TakeTexts()[0].startsWith(NoData));
+    EXPECT_EQ(boxes.TakeTexts(), Told{NoData});
     EXPECT_FALSE(Find("cmdRegister")->isEnabled());
     Alt(Qt::Key_R);
     EXPECT_TRUE(dialog->isVisible());
     Key(Qt::Key_Escape);
     EXPECT_FALSE(dialog->isVisible());
-    EXPECT_TRUE(boxes.Shown().empty());
 }
 
 TEST_F(DetailDialog, WhatIsRefusedKeepsTheDialogOpen)

@@ -67,17 +67,14 @@ ssize_t Write(const char *name, int descriptor, const void *data, size_t size, P
     return real(descriptor, data, size, position...);
 }
 
-struct Count
+__attribute__((destructor)) void WriteCount()
 {
-    ~Count()
-    {
-        const char *const path = std::getenv("CRASH_COUNT");
-        if (FILE *const file = path ? std::fopen(path, "w") : nullptr) {
-            std::fprintf(file, "%ld", operations.load());
-            std::fclose(file);
-        }
+    const char *const path = std::getenv("CRASH_COUNT");
+    if (FILE *const file = path ? std::fopen(path, "w") : nullptr) {
+        std::fprintf(file, "%ld", operations.load());
+        std::fclose(file);
     }
-} count;
+}
 
 } // namespace
 

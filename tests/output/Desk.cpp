@@ -25,13 +25,6 @@ int Say(QString text)
     return BoxButton::Yes;
 }
 
-QString Describe(const Line &line)
-{
-    return QStringList{line.OrderNo(), line.Text(LineField::PayNo), line.Now().quantity.ToText(),
-                       line.Now().date}
-        .join('|');
-}
-
 QString SomeDate(QRandomGenerator &random)
 {
     return "202712" + QString::number(random.bounded(10, 29));
@@ -103,8 +96,11 @@ int main(int argc, char **argv)
         AnswerCreation(db, files, list, selected, WriteStamp::Now(), [](const QString &) {
         }).MakeAnswers();
         wanted.ForEach([&](int row) {
+            const Line &line = list.At(row);
+            const QStringList answer{line.OrderNo(), line.Text(LineField::PayNo),
+                                     line.Now().quantity.ToText(), line.Now().date};
             if (!selected.Contains(row))
-                Say("sent " + Describe(list.At(row)));
+                Say("sent " + answer.join('|'));
             return true;
         });
     }

@@ -28,7 +28,8 @@ protected:
         const QString open = "AnsVal = 0, AnsLimDate = '', AnsMark = ' ', IndVal = %1";
         for (int order = 1; order <= OrderCount; ++order) {
             AddOrder(order, order == OrderCount ? "C2" : "C1", Open);
-            AddLine(order, 1, order == 2 ? "AnsVal = 60" : open.arg(order == 3 ? 30 : 100));
+            AddLine(order, 1,
+                    order == 2 ? "AnsVal = 60, IndVal = 100" : open.arg(order == 3 ? 30 : 100));
             if (order == 3)
                 AddLine(order, 2, open.arg(70));
         }

@@ -23,12 +23,10 @@ class OutputFoldersTest : public testing::Test
 protected:
     void TearDown() override { SetFileFault({}); }
 
-    void AddCustomer(const char *code, const char *path, int isOn = 1)
+    void AddCustomer(const QString &code, const QString &path, int isOn = 1)
     {
-        file.Insert("TLMT0040", {{"CustCD", code},
-                                 {"CustName", QString("顧客") + code},
-                                 {"NokiInfPath", path},
-                                 {"NokiInfKBN", isOn}});
+        file.Insert("TLMT0040", {{"CustCD", code}, {"NokiInfPath", path}, {"NokiInfKBN", isOn}});
+        file.Run("UPDATE TLMT0040 SET CustName = '顧客' || CustCD");
     }
 
     /// The entries of a folder of drive C.

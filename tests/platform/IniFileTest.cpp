@@ -39,7 +39,6 @@ TEST(IniFile, Values)
         {"[PATH]\nDBPATH=\"C:\\EDI \"\n", "C:\\EDI "},
         {"[PATH]\nDBPATH='C:\\EDI'\n", "C:\\EDI"},
         {"[PATH]\nDBPATH=\"C:\\EDI'\n", "\"C:\\EDI'"},
-        {"[PATH]\nDBPATH=A=B\n", "A=B"},
         {"[PATH]\n;DBPATH=old\nDBPATH=new\n", "new"},
         {"[PATH]\nDBPATH=first\nDBPATH=second\n", "first"},
         {"[PATH]\nDBPATH=\n[OTHER]\nDBPATH=C:\\EDI\n", ""},
@@ -56,10 +55,9 @@ TEST(IniFile, AFileThatCannotBeReadIsNoMissingOne)
     const TestFolder folder;
     folder.MakeFolder("FOLDER.INI");
     ASSERT_EQ(::mkfifo(folder.Path("PIPE.INI").toUtf8(), 0600), 0);
-    const std::pair<const char *, bool> cases[]
-        = {{"FOLDER.INI", true}, {"PIPE.INI", true}, {"NONE.INI", false}};
-    for (const auto &[name, isUnreadable] : cases)
-        EXPECT_EQ(IniFile::Read(folder.Path(name)).IsUnreadable(), isUnreadable) << name;
+    EXPECT_TRUE(IniFile::Read(folder.Path("FOLDER.INI")).IsUnreadable());
+    EXPECT_TRUE(IniFile::Read(folder.Path("PIPE.INI")).IsUnreadable());
+    EXPECT_FALSE(IniFile::Read(folder.Path("NONE.INI")).IsUnreadable());
 }
 
 TEST(IniFile, SectionKeepsTheOrderOfTheFile)

@@ -50,19 +50,15 @@ TEST(ShiftJis, BadBytesAreReplaced)
 TEST(ShiftJis, EveryTwoByteCharacterSurvivesAReadAndAWrite)
 {
     int count = 0;
-    for (int lead = 0x81; lead <= 0xfc; ++lead) {
-        if (lead >= 0xa0 && lead < 0xe0)
+    for (int code = 0x8140; code <= 0xfcfc; ++code) {
+        const char bytes[] = {char(code >> 8), char(code)};
+        const QString text = FromShiftJis(QByteArrayView(bytes, 2));
+        if (text.size() != 1 || text[0] == QChar(0xfffd))
             continue;
-        for (int trail = 0x40; trail <= 0xfc; ++trail) {
-            const char bytes[] = {char(lead), char(trail)};
-            const QString text = FromShiftJis(QByteArrayView(bytes, 2));
-            if (text.size() != 1 || text[0] == QChar(0xfffd))
-                continue;
-            ++count;
-            const QByteArray written = ToShiftJis(text);
-            ASSERT_EQ(written.size(), 2) << std::hex << lead << trail;
-            ASSERT_EQ(FromShiftJis(written), text) << std::hex << lead << trail;
-        }
+        ++count;
+        const QByteArray written = ToShiftJis(text);
+        ASSERT_EQ(written.size(), 2) << std::hex << code;
+        ASSERT_EQ(FromShiftJis(written), text) << std::hex << code;
     }
     EXPECT_GE(count, 7000);
 }

@@ -196,9 +196,8 @@ int main(int argc, char **argv)
     if (RunTool({"demo", folder, "--lines", "2000", "--seed", "1"}, out, err) != ExitCode::Ok)
         return 1;
     const QString problem = Tour(folder).Run();
-    if (!problem.isEmpty())
-        err << "tour: " << problem << Qt::endl;
-    else
-        out << "tour: done, pictures and answers are in " << folder << Qt::endl;
+    (problem.isEmpty() ? out : err)
+        << "tour: " << (problem.isEmpty() ? "done, pictures and answers are in " + folder : problem)
+        << Qt::endl;
     return problem.isEmpty() ? 0 : 1;
 }
