@@ -45,11 +45,9 @@ protected:
         window = &*screen;
         screen->show();
         screen->activateWindow();
-        EXPECT_TRUE(
-            QTest::qWaitFor([this] { return !state.isReloadNeeded || !screen->isVisible(); }));
-        if (screen->isVisible()) {
-            EXPECT_TRUE(QTest::qWaitForWindowActive(window));
-        }
+        EXPECT_TRUE(QTest::qWaitFor([this] {
+            return !screen->isVisible() || (!state.isReloadNeeded && screen->isActiveWindow());
+        }));
     }
 
     GridView &Grid() { return *Find<GridView>("spdList"); }
@@ -81,45 +79,34 @@ protected:
         return rows + QString(" %1,%2").arg(Grid().ActiveColumn()).arg(Grid().ActiveRow());
     }
 
-    /// The answered dates with their marks.
-    QString Dates()
-    {
-        QStringList dates;
-        for (int row = 1; row <= RowCount(); ++row)
-            dates += Cell(row, AnswerDate) + Cell(row, Marks).right(1).trimmed();
-        return dates.join(',');
-    }
-
-    /// The tooltip of a row's heading; "!" before it for an icon.
+    /// The tooltip of a row's heading, which has an icon with it.
     QString HeadingMark(int row)
     {
         const auto heading
             = [&](int role) { return Grid().model()->headerData(row - 1, Qt::Vertical, role); };
-        return (heading(Qt::DecorationRole).value<QIcon>().isNull() ? "" : "!")
-               + heading(Qt::ToolTipRole).toString();
+        EXPECT_EQ(heading(Qt::DecorationRole).isNull(), heading(Qt::ToolTipRole).isNull());
+        return heading(Qt::ToolTipRole).toString();
     }
 
-    /// The order that the detail dialog shows, which is closed again.
-    QString DetailOrder()
+    /// Plays in the detail dialog that Alt+I opens, until it is closed.
+    void InDetail(const std::function<void(Operator &)> &act)
     {
-        QString order;
         Operator hand;
-        hand.At("SC030120", "detail", [&] {
-            order = hand.Find<QLineEdit>("txtOdrNo")->text();
-            hand.Key(Qt::Key_Escape);
-        });
+        hand.At("SC030120", "detail", [&] { act(hand); });
         hand.Start();
-        Click("cmdDetail");
-        EXPECT_TRUE(hand.IsDone()) << hand.Failure().toStdString();
-        ActivateAgain();
-        return order;
-    }
-
-    /// As a window manager does when a dialog closes.
-    void ActivateAgain()
-    {
+        Key(Qt::Key_I, Qt::AltModifier);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return hand.IsDone(); })) << hand.Failure().toStdString();
+        // As a window manager does when a dialog closes.
         screen->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+    }
+
+    void ExpectDetail(const QString &order)
+    {
+        InDetail([&](Operator &hand) {
+            EXPECT_EQ(hand.Find<QLineEdit>("txtOdrNo")->text(), order);
+            hand.Key(Qt::Key_Escape);
+        });
     }
 
     ScriptedBoxes boxes;
@@ -133,28 +120,19 @@ TEST_F(ListScreen, AppearsWithItsLinesAndNothingSelected)
     state.conditions.customerCode = "C1";
     state.conditions.customerName = "青葉電機";
     state.conditions.toDate = "20261231";
-    const std::pair<const char *, const char *> bases[]
-        = {{"SHPDATE", "出荷（予定）"}, {"LIMDATE", "指定納期"}, {"ACCDATE", "受注日"}};
-    for (const auto &[basis, name] : bases) {
-        state.conditions.dateBasis = basis;
-        Show();
-        EXPECT_EQ(Find<QLabel>("lblDate")->text(), name);
-    }
+    Change("TLSP0010", "AccNo = 3", "DenKBN = 15");
+    Show();
+    EXPECT_EQ(Find<QLabel>("lblDate")->text(), "出荷（予定）");
     EXPECT_EQ(Text("txtCustCD") + ' ' + Text("txtCustName"), "C1 青葉電機");
     EXPECT_EQ(Text("txtFromAccDate") + '-' + Text("txtToAccDate"), "-26/12/31");
     EXPECT_EQ(Text("txtSum"), "4");
-    EXPECT_EQ(Status(), "");
-    EXPECT_EQ(Find<QLabel>("DATE")->text(), "26/05/01");
+    EXPECT_EQ(Status(), "不良品の明細は、紫色で表示されます");
     EXPECT_EQ(Cursor(), " 1,1");
     EXPECT_EQ(Focus(), "spdList");
     const QAbstractItemModel &cells = *Grid().model();
     EXPECT_EQ(cells.columnCount(), Contract);
     for (int column = Marks; column <= Contract; ++column)
         EXPECT_EQ(cells.index(0, column - 1).data().toString().replace('\n', '/'), Cell(1, column));
-
-    Change("TLSP0010", "AccNo = 3", "DenKBN = 15");
-    Show();
-    EXPECT_EQ(Status(), "不良品の明細は、紫色で表示されます");
 }
 
 TEST_F(ListScreen, WithoutLinesItClosesItself)
@@ -164,17 +142,10 @@ TEST_F(ListScreen, WithoutLinesItClosesItself)
     EXPECT_FALSE(screen->isVisible());
     EXPECT_TRUE(state.isReloadNeeded);
     EXPECT_EQ(boxes.TakeTexts(), Texts{"データが存在しません\r"});
-    EXPECT_EQ(Text("txtSum"), "0");
-    for (const char *button : {"cmdCopy", "cmdDelete", "cmdMake", "cmdDetail", "cmdLimSet"})
-        EXPECT_FALSE(Find(button)->isEnabled()) << button;
-    for (const char *button : {"cmdExit", "cmbLimDef"})
-        EXPECT_TRUE(Find(button)->isEnabled()) << button;
-
     file.Run("DROP TABLE TLMT0040");
     Show();
     EXPECT_FALSE(screen->isVisible());
-    ASSERT_EQ(boxes.Shown().size(), 1u) << "a database error is told once";
-    EXPECT_EQ(boxes.Shown()[0].title, "ﾃﾞｰﾀﾍﾞｰｽｱｸｾｽｴﾗｰ");
+    EXPECT_EQ(boxes.Shown().size(), 1u) << "a database error is told once";
 }
 
 TEST_F(ListScreen, CommandsAskForTheRowsTheyNeed)
@@ -183,28 +154,23 @@ TEST_F(ListScreen, CommandsAskForTheRowsTheyNeed)
     const QString onlyShipped
         = "出荷済のものしか、選択されていません\rこのデータの変更は出来ません";
     const QString severalRows = "複数行の指定は出来ません";
-    const struct
-    {
-        const char *button;
-        std::vector<int> rows; ///< selected
-        QString told;
-    } cases[] = {{"cmdLimSet", {}, noDateRow},
-                 {"cmbLimDef", {}, noDateRow},
-                 {"cmdLimSet", {2}, onlyShipped},
-                 {"cmbLimDef", {2}, onlyShipped},
-                 {"cmdCopy", {}, NoRow},
-                 {"cmdDelete", {}, NoRow},
-                 {"cmdCopy", {1, 3}, severalRows},
-                 {"cmdDelete", {1, 3}, severalRows},
-                 {"cmdDetail", {1, 3}, severalRows}};
+    const std::tuple<const char *, std::vector<int>, QString> cases[]
+        = {{"cmdLimSet", {}, noDateRow},
+           {"cmbLimDef", {}, noDateRow},
+           {"cmdLimSet", {2}, onlyShipped},
+           {"cmbLimDef", {2}, onlyShipped},
+           {"cmdCopy", {}, NoRow},
+           {"cmdDelete", {}, NoRow},
+           {"cmdCopy", {1, 3}, severalRows},
+           {"cmdDelete", {1, 3}, severalRows},
+           {"cmdDetail", {1, 3}, severalRows}};
     Show();
     for (const auto &[button, rows, told] : cases) {
         Select(rows);
         Click(button);
         EXPECT_EQ(boxes.TakeTexts(), Texts{told}) << button << ' ' << rows.size();
     }
-    EXPECT_TRUE(boxes.Prompts().empty());
-    EXPECT_EQ(Dates(), ",,,");
+    EXPECT_EQ(screen->List().UnregisteredCount(), 0);
     EXPECT_EQ(RowCount(), 4);
 }
 
@@ -216,7 +182,7 @@ TEST_F(ListScreen, TheSelectedRowIsTheOneWhateverTheFrameIsOn)
     ClickCell(Grid(), Order, 3);
     Key(Qt::Key_Return);
     EXPECT_EQ(Cursor(), "3 2,4");
-    EXPECT_EQ(DetailOrder(), "PO-3");
+    ExpectDetail("PO-3");
     TypeInto(AnswerQuantity, 3, ".5");
     Click("cmdCopy"); // takes what has just been typed
     EXPECT_EQ(Cell(4, Order).section('/', 0, 0) + ' ' + Cell(4, AnswerQuantity), "PO-3 99.500");
@@ -226,70 +192,34 @@ TEST_F(ListScreen, TheSelectedRowIsTheOneWhateverTheFrameIsOn)
     Grid().setFocus();
     Key(Qt::Key_Return, Qt::ShiftModifier);
     EXPECT_EQ(Cursor(), "5 1,4");
-    for (const int answer : {BoxButton::No, BoxButton::Yes}) {
-        boxes.Press(answer);
-        Click("cmdDelete");
-        EXPECT_EQ(boxes.TakeTexts(), Texts{MayDelete});
-        EXPECT_EQ(Text("txtSum"), answer == BoxButton::Yes ? "5" : "6");
-    }
+    boxes.Press(BoxButton::Yes);
+    Click("cmdDelete");
+    EXPECT_EQ(boxes.TakeTexts(), Texts{MayDelete});
     EXPECT_EQ(Stored("ShpSubNo", "AccNo = 4"), "2");
-    EXPECT_FALSE(LineAt(4).IsStored());
 
     ClickCell(Grid(), Order, 3);
     Grid().clearSelection();
-    EXPECT_EQ(DetailOrder(), "PO-3") << "none selected: the frame's row";
+    ExpectDetail("PO-3"); // none selected: the frame's row
 }
 
-TEST_F(ListScreen, ChangedRowsAreSelectedAndDatesGoToTheSelectedOnes)
+TEST_F(ListScreen, AnEditSelectsTheLineThatItChanges)
 {
-    AddLine(4, 1, 2);
-    Show();
-    TypeInto(AnswerQuantity, 1, "5");
-    Key(Qt::Key_Return);
-    Key(Qt::Key_Return); // past the shipped row
-    Keys("6");
-    Key(Qt::Key_Tab);
-    Keys("260601");
-    Key(Qt::Key_Return);
-    Keys("260602");
-    Key(Qt::Key_Return);
-    EXPECT_EQ(Cursor(), "134 6,5") << "each of the rows typed into";
-    EXPECT_EQ(Dates(), ",,26/06/01*,26/06/02*,");
-    Key(Qt::Key_F2);
-    Key(Qt::Key_Return);
-    EXPECT_EQ(Cursor(), "134 6,5") << "nothing has been changed in row 5";
-    const struct
-    {
-        const char *typed, *dates;
-        Texts told;
-    } answers[] = {{"260603", "26/06/03*,,26/06/03*,26/06/03*,", {}},
-                   {"", "26/06/03*,,26/06/03*,26/06/03*,", {}},
-                   {"260631", "26/06/03*,,26/06/03*,26/06/03*,", {BadDate}}};
-    for (const auto &[typed, dates, told] : answers) {
-        boxes.Type(typed);
-        Click("cmdLimSet");
-        EXPECT_EQ(boxes.TakeTexts(), told) << typed;
-        EXPECT_EQ(Dates(), dates) << typed;
-    }
-    Click("cmbLimDef");
-    EXPECT_EQ(Dates(), "26/05/20,,26/05/20,26/05/20,");
-    Grid().setFocus();
-    Key(Qt::Key_Up);
-    EXPECT_EQ(Cursor(), "4 6,4") << "an arrow selects the row it goes to";
-}
-
-TEST_F(ListScreen, ADateOfAnotherCenturySurvivesALookAtIt)
-{
+    // Dates that the editor begins with as of this century, or as none.
     Change("TLSP0010", "AccNo = 1", "AnsLimDate = '19260520'");
     Change("TLSP0010", "AccNo = 3", "AnsLimDate = '99999999'");
     Show();
     for (const int row : {1, 3}) {
-        ClickCell(Grid(), AnswerDate, row);
+        Grid().Activate(AnswerDate, row);
         Key(Qt::Key_F2);
         Key(Qt::Key_Return);
     }
-    EXPECT_EQ(Dates(), "26/05/20,,99/99/99,");
     EXPECT_EQ(screen->List().UnregisteredCount(), 0);
+    EXPECT_EQ(Cursor(), " 6,4");
+    Grid().Activate(AnswerDate, 3);
+    Keys("260601");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Cursor(), "3 6,4");
+    EXPECT_EQ(Cell(1, AnswerDate) + ' ' + Cell(3, AnswerDate), "26/05/20 26/06/01");
 }
 
 TEST_F(ListScreen, NoCommandRunsPastAWrongText)
@@ -328,32 +258,19 @@ TEST_F(ListScreen, LeavingAsksBeforeChangesAreLost)
     for (const auto &[way, leave] : ways) {
         SCOPED_TRACE(way);
         Show();
-        TypeInto(AnswerDate, 1, "260601");
-        Key(Qt::Key_Return);
-        Select({3});
-        Click("cmdCopy");
+        TypeInto(AnswerDate, 1, "260601"); // which leaving takes with it
         boxes.Press(BoxButton::No);
         leave();
         ASSERT_EQ(boxes.Shown().size(), 1u);
-        EXPECT_EQ(boxes.Shown()[0].title, "確認");
         EXPECT_TRUE(boxes.Shown()[0].style & BoxStyle::DefaultButton2);
         EXPECT_EQ(boxes.TakeTexts(),
-                  Texts{"登録していない変更が 2 行あります。破棄して戻りますか"});
+                  Texts{"登録していない変更が 1 行あります。破棄して戻りますか"});
         EXPECT_TRUE(screen->isVisible());
         boxes.Press(BoxButton::Yes);
         leave();
         EXPECT_FALSE(screen->isVisible());
         boxes.TakeTexts();
     }
-    Show();
-    TypeInto(AnswerDate, 1, "260601");
-    Key(Qt::Key_Return);
-    ClickCell(Grid(), AnswerDate, 1);
-    Key(Qt::Key_F2);
-    Key(Qt::Key_Delete);
-    Click("cmdExit");
-    EXPECT_TRUE(boxes.Shown().empty()) << "a row put back is no change";
-    EXPECT_FALSE(screen->isVisible());
 }
 
 TEST_F(ListScreen, RowsLookAsTheirLinesAreUnderAnyPalette)
@@ -361,26 +278,22 @@ TEST_F(ListScreen, RowsLookAsTheirLinesAreUnderAnyPalette)
     AddLine(4, 1, 2, "DenKBN = 15");
     AddLine(4, 1, 3, "DenKBN = 15, ShpSts = 3");
     Show();
-    const std::pair<int, const char *> looks[] = {{1, "#000000 #000000 open"},
-                                                  {2, "#c0c0c0 #000000 closed"},
-                                                  {5, "#000000 #800080 open"},
-                                                  {6, "#c0c0c0 #800080 closed"}};
     const auto cell
         = [&](int row, int column) { return Grid().model()->index(row - 1, column - 1); };
-    for (const auto &[row, look] : looks) {
+    const std::tuple<int, QColor, QColor, bool> looks[]
+        = {{1, QColor(), QColor(), true},
+           {2, QColor("#c0c0c0"), QColor(), false},
+           {5, QColor(), QColor("#800080"), true},
+           {6, QColor("#c0c0c0"), QColor("#800080"), false}};
+    for (const auto &[row, back, fore, isOpen] : looks) {
         for (int column = Marks; column <= Contract; ++column) {
-            const auto colour
-                = [&](int role) { return cell(row, column).data(role).value<QColor>(); };
             const bool isTyped = column == AnswerQuantity || column == AnswerDate;
-            EXPECT_EQ(colour(Qt::BackgroundRole).name() + ' ' + colour(Qt::ForegroundRole).name(),
-                      QString(look).section(' ', 0, 1));
-            EXPECT_EQ(bool(cell(row, column).flags() & Qt::ItemIsEditable),
-                      isTyped && QString(look).endsWith("open"))
+            EXPECT_EQ(cell(row, column).data(Qt::BackgroundRole).value<QColor>(), back);
+            EXPECT_EQ(cell(row, column).data(Qt::ForegroundRole).value<QColor>(), fore);
+            EXPECT_EQ(cell(row, column).flags().testFlag(Qt::ItemIsEditable), isTyped && isOpen)
                 << row << ' ' << column;
         }
     }
-    TypeInto(AnswerQuantity, 2, "7");
-    EXPECT_FALSE(Grid().IsEditing());
 
     QPalette dark(Qt::white, QColor(40, 40, 40), QColor(90, 90, 90), Qt::black, Qt::darkGray,
                   Qt::white, Qt::black);
@@ -398,7 +311,7 @@ TEST_F(ListScreen, RowsLookAsTheirLinesAreUnderAnyPalette)
             return most;
         };
         const std::string base = palette.color(QPalette::Base).name().toStdString();
-        for (const auto &[row, look] : looks) {
+        for (const int row : {1, 2, 5, 6}) {
             const QRect place = Grid().visualRect(cell(row, Order)).adjusted(2, 2, -2, -2);
             EXPECT_GT(contrast(place, place.bottomRight()), 75) << row << ' ' << base;
         }
@@ -412,23 +325,16 @@ TEST_F(ListScreen, MakeLeadsToTheCellInErrorUntilItIsMended)
     AddOrder(5);
     for (int line = 1; line <= 40; ++line)
         AddLine(5, 1, line);
-    const struct
-    {
-        const char *what;
-        int column; ///< of row 3, to be mended
-        const char *error, *mended;
-    } cases[] = {{"quantity", AnswerQuantity, "回答数量が、0です", "5"},
-                 {"date", AnswerDate, "回答納期が入力されていません", "260601"}};
-    for (const auto &[what, column, error, mended] : cases) {
-        SCOPED_TRACE(what);
-        Show();
-        TypeInto(AnswerDate, 1, "260601");
-        Key(Qt::Key_Return);
-        if (column == AnswerQuantity) {
-            TypeInto(AnswerDate, 3, "260601");
-            TypeInto(AnswerQuantity, 3, "0");
-            Key(Qt::Key_Return);
-        }
+    const std::tuple<int, const char *, const char *> cases[]
+        = {{AnswerQuantity, "回答数量が、0です", "5"},
+           {AnswerDate, "回答納期が入力されていません", "260601"}};
+    Show();
+    TypeInto(AnswerDate, 1, "260601");
+    Key(Qt::Key_Return);
+    TypeInto(AnswerQuantity, 3, "0");
+    Key(Qt::Key_Return);
+    for (const auto &[column, error, mended] : cases) {
+        SCOPED_TRACE(error);
         Select({1, 2, 3});
         Grid().scrollToBottom();
         Click("cmdMake");
@@ -437,15 +343,12 @@ TEST_F(ListScreen, MakeLeadsToTheCellInErrorUntilItIsMended)
         EXPECT_EQ(Focus(), "spdList");
         EXPECT_TRUE(Grid().viewport()->rect().contains(Grid().visualRect(Grid().currentIndex())));
         EXPECT_EQ(Status(), error);
-        EXPECT_EQ(HeadingMark(3), QString("!") + error);
+        EXPECT_EQ(HeadingMark(3), error);
         EXPECT_EQ(HeadingMark(1), "");
         Key(Qt::Key_Up);
         EXPECT_EQ(Status(), ShippedHint);
-        Key(Qt::Key_Up);
-        EXPECT_EQ(Status(), "");
         EXPECT_EQ(Stored("DISTINCT UpdPGName"), "") << "nothing has been written";
-
-        ClickCell(Grid(), column, 3);
+        Key(Qt::Key_Down);
         EXPECT_EQ(Status(), error);
         Keys(mended);
         Key(Qt::Key_Backtab, Qt::ShiftModifier);
@@ -467,6 +370,9 @@ TEST_F(ListScreen, KeyboardAloneThroughTheWholeScreen)
     boxes.Type("260610");
     Alt(Qt::Key_S);
     EXPECT_EQ(Cell(1, AnswerDate), "26/06/10");
+    boxes.Type(""); // the question cancelled
+    Alt(Qt::Key_S);
+    EXPECT_EQ(Cell(1, AnswerDate), "26/06/10");
     Alt(Qt::Key_L);
     EXPECT_EQ(Cell(1, AnswerDate), "26/05/20");
     Alt(Qt::Key_C);
@@ -481,7 +387,6 @@ TEST_F(ListScreen, KeyboardAloneThroughTheWholeScreen)
     }
     Key(Qt::Key_Home, Qt::ControlModifier);
     Key(Qt::Key_Down);
-    EXPECT_EQ(Cursor().section(' ', 0, 0), "2");
     Alt(Qt::Key_I);
     EXPECT_EQ(boxes.TakeTexts(), Texts{"まだ未登録のデータなので、詳細を表示できません\r"});
     boxes.Press(BoxButton::Yes);
@@ -492,29 +397,21 @@ TEST_F(ListScreen, KeyboardAloneThroughTheWholeScreen)
     Grid().setFocus();
     Key(Qt::Key_Home, Qt::ControlModifier);
     Key(Qt::Key_Space, Qt::ShiftModifier);
-    Operator hand;
-    hand.At("SC030120", "detail", [&] {
+    InDetail([](Operator &hand) {
         EXPECT_EQ(hand.Find<QLineEdit>("txtAnsLimDate")->text(), "260520") << "as on the list";
-        EXPECT_EQ(hand.Find<QLineEdit>("txtAnsVal")->text().trimmed(), "100");
         hand.Keys("260612");
         hand.Key(Qt::Key_Return);
         hand.Keys("33");
         for (int enter = 0; enter < 3; ++enter)
             hand.Key(Qt::Key_Return);
     });
-    hand.Start();
-    Key(Qt::Key_I, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return hand.IsDone(); })) << hand.Failure().toStdString();
-    ActivateAgain();
     EXPECT_EQ(boxes.TakeTexts(), Texts{"登録されました\r"});
-    EXPECT_EQ(Cell(1, AnswerQuantity) + ' ' + Dates(), "33.000 26/06/12*,,,");
+    EXPECT_EQ(Cell(1, AnswerQuantity) + ' ' + Cell(1, AnswerDate), "33.000 26/06/12");
     EXPECT_EQ(screen->List().UnregisteredCount(), 0);
-    EXPECT_FALSE(state.isReloadNeeded);
 
     Alt(Qt::Key_M);
     ASSERT_EQ(boxes.Shown().size(), 1u);
-    EXPECT_TRUE(boxes.TakeTexts()[0].startsWith("納期回答作成処理が終了しました"));
-    EXPECT_TRUE(LineAt(1).IsAnswered());
+    EXPECT_TRUE(boxes.Shown()[0].text.startsWith("納期回答作成処理が終了しました"));
     EXPECT_EQ(Stored("AnsVal, AnsLimDate, AnsLimUmu", "AccNo = 1"), "33.0|20260612|3");
     Alt(Qt::Key_X);
     EXPECT_FALSE(screen->isVisible());
