@@ -103,11 +103,7 @@ void Drop(QLineEdit &box, const QString &text)
     QApplication::sendEvent(&box, &drop);
 }
 
-struct Way
-{
-    const char *name;
-    void (*bring)(QLineEdit &box, const QString &text);
-};
+using Way = std::pair<const char *, void (*)(QLineEdit &, const QString &)>;
 
 const std::vector<Way> Keys = {{"keys", TypeKeys}};
 const std::vector<Way> AtOnce = {{"key of several", TypeAtOnce},
@@ -127,14 +123,14 @@ struct Case
 
 void Check(Box &box, const std::vector<Way> &ways, const std::vector<Case> &cases)
 {
-    for (const Way &way : ways) {
+    for (const auto &[way, bring] : ways) {
         for (const auto &[before, brought, after, word] : cases) {
-            if (way.bring == Drop && before.contains('<'))
+            if (bring == Drop && before.contains('<'))
                 continue; // it lands at the pointer and not on what is selected
             box.Set(before);
-            way.bring(box, brought);
+            bring(box, brought);
             const std::string what
-                = way.name + (": " + brought + " into " + before + ": " + box.word).toStdString();
+                = way + (": " + brought + " into " + before + ": " + box.word).toStdString();
             EXPECT_EQ(box.text(), after) << what;
             EXPECT_TRUE(word.isEmpty() ? box.word.isEmpty() : box.word.contains(word)) << what;
         }
@@ -145,28 +141,21 @@ void Check(Box &box, const std::vector<Way> &ways, const std::vector<Case> &case
 
 TEST(FieldInput, WhatTheProgramShowsStaysAsItIs)
 {
-    const QString texts[]
-        = {"重量10\u301c20kg \u22125℃保管", QString(60, u'納'), "一行目\r\n二行目\n",
-           "六角ボルト 10\u301c20",         "26/12/08x",        "é\tか\u3099 "};
-    using Attach = void (*)(QLineEdit &);
-    for (const Attach attach :
-         {Attach(FieldInput::AttachCode), Attach(FieldInput::AttachByteLength),
-          Attach(FieldInput::AttachDate),
-          Attach([](QLineEdit &box) { FieldInput::AttachNumber(box, "9.3"); })}) {
-        Box box(30);
-        attach(box);
-        ShownText shown(box);
-        for (const QString &text : texts) {
-            shown.Show(text);
-            box.Set(text);
-            QTest::keyClick(&box, Qt::Key_Home);
-            QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
-            EXPECT_EQ(box.text(), text);
-            EXPECT_TRUE(shown.IsShown());
-            QTest::keyClick(&box, Qt::Key_Delete);
-            EXPECT_EQ(box.text(), text.mid(1)) << "an edit changes no more than it says";
-            EXPECT_FALSE(shown.IsShown());
-        }
+    const QString texts[] = {"重量10\u301c20kg \u22125℃保管", QString(60, u'納'),
+                             "一行目\r\n二行目\n", "é\tか\u3099 "};
+    Box box(30);
+    FieldInput::AttachCode(box);
+    ShownText shown(box);
+    for (const QString &text : texts) {
+        shown.Show(text);
+        box.Set(text);
+        QTest::keyClick(&box, Qt::Key_Home);
+        QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(box.text(), text);
+        EXPECT_TRUE(shown.IsShown());
+        QTest::keyClick(&box, Qt::Key_Delete);
+        EXPECT_EQ(box.text(), text.mid(1)) << "an edit changes no more than it says";
+        EXPECT_FALSE(shown.IsShown());
     }
 }
 
@@ -196,19 +185,17 @@ TEST(FieldInput, AWordGoesWithTheNextKeyOrWhenTheBoxIsLeft)
 {
     Box box(1);
     FieldInput::AttachCode(box);
-    const std::pair<const char *, std::function<void()>> ends[] = {
-        {"a key", [&] { TypeKeys(box, "A"); }},
-        {"Backspace", [&] { QTest::keyClick(&box, Qt::Key_Backspace); }},
-        {"left", [&] { box.clearFocus(); }},
-    };
-    for (const auto &[how, end] : ends) {
+    EXPECT_FALSE(box.testAttribute(Qt::WA_InputMethodEnabled));
+    for (const bool isLeft : {false, true}) {
         box.Set("");
         TypeKeys(box, "é");
-        EXPECT_FALSE(box.word.isEmpty()) << how;
         QTest::keyClick(&box, Qt::Key_Shift);
-        EXPECT_FALSE(box.word.isEmpty()) << how;
-        end();
-        EXPECT_TRUE(box.word.isEmpty()) << how;
+        EXPECT_FALSE(box.word.isEmpty());
+        if (isLeft)
+            box.clearFocus();
+        else
+            QTest::keyClick(&box, Qt::Key_Backspace);
+        EXPECT_TRUE(box.word.isEmpty());
     }
 }
 
@@ -217,8 +204,7 @@ TEST(FieldInput, CodeBoxTakesHalfWidthCharactersOnly)
     Box box(8);
     FieldInput::AttachCode(box);
     const std::vector<Case> cases = {
-        {"", "AB1'#*[|", "AB1'#*[|"},
-        {"", "ｱｲ", "ｱｲ"},
+        {"", "A1'#*[|ｱ", "A1'#*[|ｱ"},
         {"", "ABCDEFGHIJ", "ABCDEFGH", "半角 8 文字まで"},
         {"|12345678", "A", "12345678", "半角 8 文字まで"}, // full: nothing is pushed out
         {"<123>45678", "AB", "AB45678"},
@@ -234,6 +220,7 @@ TEST(FieldInput, ByteLengthBoxCountsFullWidthCharactersTwice)
 {
     Box box(7);
     FieldInput::AttachByteLength(box);
+    EXPECT_TRUE(box.testAttribute(Qt::WA_InputMethodEnabled));
     const QString limit = "半角 7 文字、全角 3 文字まで";
     const std::vector<Case> cases = {{"", "納期回答", "納期回", limit},
                                      {"納期回", "答", "納期回", limit}, // one byte left
@@ -248,27 +235,23 @@ TEST(FieldInput, DateBoxTakesSixDigitsOrADateWhole)
 {
     Box box(8);
     FieldInput::AttachDate(box);
+    EXPECT_FALSE(box.testAttribute(Qt::WA_InputMethodEnabled));
     Check(box, Keys,
           {{"", "97/05-28 a1", "970528"},
            {"97<05>28", "1", "97128"},
            {"970528|", "é", "970528", "é"}});
     const QString no = "日付として読めません";
     Check(box, Pastes,
-          {{"", "261208", "261208"},
-           {"", "２６１２０８", "261208"},
+          {{"", "２６１２０８", "261208"},
            {"", "　2026/12/08\r\n", "261208"},
-           {"", "２０２６／１２／０８", "261208"},
            {"<270101>", "26/12/08", "261208"},
            {"2701|", "20261208", "261208"}, // a whole date takes the place of what was begun
            {"", "2026/1/8", "260108"},
            {"", "2026年12月8日", "261208"},
-           {"26|", "1208", "261208"},
            {"<26>1208", "27", "271208"},
            {"27", "261332", "27", no},
            {"27", "2126/12/08", "27", no}, // the box would read 2026
            {"27", "26/1/8", "27", no},
-           {"27", "08122026", "27", no},
-           {"27", "261d08", "27", no},
            {"27", "26 1 8", "27", no},
            {"26|", "9999", "26", no},
            {"26", "²", "26", "²"}});
@@ -278,10 +261,9 @@ TEST(FieldInput, NumberBoxTakesASignedNumberOfItsSpec)
 {
     Box quantity;
     FieldInput::AttachNumber(quantity, DigitSpec::Quantity);
+    EXPECT_FALSE(quantity.testAttribute(Qt::WA_InputMethodEnabled));
     Check(quantity, Keys,
           {{"", "1.2.3", "1.23"},
-           {"", "-1-2", "-12"},
-           {"|1", "+", "+1"},
            {"", "1234567890", "123456789"},
            {"", "1.2,34e5", "1.234"},
            {"<123456789>.5", "1", "1.5"},
@@ -293,21 +275,8 @@ TEST(FieldInput, NumberBoxTakesASignedNumberOfItsSpec)
            {"", "\u22125", "-5"},
            {"1|2", "00", "1002"},
            {"7", "12,5", "7", no}, // not 125
-           {"7", "1.2.3", "7", no},
            {"7", "1234567890", "7", no}});
     Box counter;
     FieldInput::AttachNumber(counter, DigitSpec::Counter);
     Check(counter, Keys, {{"", "123", "12"}, {"", "1.5", "1."}});
-}
-
-TEST(FieldInput, OnlyBoxesForTextsAskForAnInputMethod)
-{
-    QLineEdit code, text, date, number;
-    FieldInput::AttachCode(code);
-    FieldInput::AttachByteLength(text);
-    FieldInput::AttachDate(date);
-    FieldInput::AttachNumber(number, DigitSpec::Quantity);
-    for (const QLineEdit *box : {&code, &date, &number})
-        EXPECT_FALSE(box->testAttribute(Qt::WA_InputMethodEnabled));
-    EXPECT_TRUE(text.testAttribute(Qt::WA_InputMethodEnabled));
 }
