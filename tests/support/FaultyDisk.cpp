@@ -1,91 +1,71 @@
 #include "support/FaultyDisk.h"
 
-#include <new>
+#include <map>
 #include <sqlite3.h>
 
 namespace {
 
 using Op = FaultyDisk::Op;
 
-std::function<int(Op)> fault;
-sqlite3_vfs *realVfs = nullptr;
-
-int Ask(Op op)
+/// The methods of the real disk's files, with ours in place of some.
+struct Methods : sqlite3_io_methods
 {
-    return fault ? fault(op) : SQLITE_OK;
-}
-
-/// An open file; the real one stands behind it in memory.
-struct File : sqlite3_file
-{
-    sqlite3_file *Real() { return reinterpret_cast<sqlite3_file *>(this + 1); }
+    const sqlite3_io_methods *real;
 };
 
-/// Calls the real file's method of this place in its table.
-template <auto Method, typename... Arguments>
-int Forward(sqlite3_file *file, Arguments... arguments)
+std::function<int(Op)> fault;
+std::map<const sqlite3_io_methods *, Methods> methodsOf;
+sqlite3_vfs *realVfs = nullptr;
+sqlite3_vfs faultyVfs;
+
+/// What the real disk does, unless it is to fail.
+template <typename Real>
+int Do(Op op, Real real)
 {
-    sqlite3_file *real = static_cast<File *>(file)->Real();
-    return (real->pMethods->*Method)(real, arguments...);
+    const int error = fault ? fault(op) : SQLITE_OK;
+    return error != SQLITE_OK ? error : real();
 }
 
-template <Op op, auto Method, typename... Arguments>
-int ForwardUnlessFaulty(sqlite3_file *file, Arguments... arguments)
+const sqlite3_io_methods &RealOf(const sqlite3_file *file)
 {
-    const int error = Ask(op);
-    return error != SQLITE_OK ? error : Forward<Method>(file, arguments...);
+    return *static_cast<const Methods *>(file->pMethods)->real;
+}
+
+int Write(sqlite3_file *file, const void *bytes, int count, sqlite3_int64 at)
+{
+    return Do(Op::Write, [&] { return RealOf(file).xWrite(file, bytes, count, at); });
+}
+
+int Sync(sqlite3_file *file, int flags)
+{
+    return Do(Op::Sync, [&] { return RealOf(file).xSync(file, flags); });
 }
 
 int Lock(sqlite3_file *file, int level)
 {
-    // A reader's lock changes nothing.
-    const int error = level > SQLITE_LOCK_SHARED ? Ask(Op::Lock) : SQLITE_OK;
-    return error != SQLITE_OK ? error : Forward<&sqlite3_io_methods::xLock>(file, level);
+    const auto lock = [&] { return RealOf(file).xLock(file, level); };
+    return level > SQLITE_LOCK_SHARED ? Do(Op::Lock, lock) : lock(); // a reader changes nothing
 }
 
-using Methods = sqlite3_io_methods;
-const Methods fileMethods = {
-    1,
-    Forward<&Methods::xClose>,
-    Forward<&Methods::xRead, void *, int, sqlite3_int64>,
-    ForwardUnlessFaulty<Op::Write, &Methods::xWrite, const void *, int, sqlite3_int64>,
-    Forward<&Methods::xTruncate, sqlite3_int64>,
-    ForwardUnlessFaulty<Op::Sync, &Methods::xSync, int>,
-    Forward<&Methods::xFileSize, sqlite3_int64 *>,
-    Lock,
-    Forward<&Methods::xUnlock, int>,
-    Forward<&Methods::xCheckReservedLock, int *>,
-    Forward<&Methods::xFileControl, int, void *>,
-    Forward<&Methods::xSectorSize>,
-    Forward<&Methods::xDeviceCharacteristics>,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-};
-
-int Open(sqlite3_vfs *, const char *path, sqlite3_file *memory, int flags, int *outFlags)
+int Open(sqlite3_vfs *, const char *path, sqlite3_file *file, int flags, int *outFlags)
 {
-    File *file = new (memory) File;
     file->pMethods = nullptr;
-    const int error = flags & SQLITE_OPEN_CREATE ? Ask(Op::Create) : SQLITE_OK;
-    if (error != SQLITE_OK)
-        return error;
-    const int result = realVfs->xOpen(realVfs, path, file->Real(), flags, outFlags);
-    if (result == SQLITE_OK)
-        file->pMethods = &fileMethods;
+    const auto open = [&] { return realVfs->xOpen(realVfs, path, file, flags, outFlags); };
+    const int result = flags & SQLITE_OPEN_CREATE ? Do(Op::Create, open) : open();
+    if (const sqlite3_io_methods *real = file->pMethods) {
+        Methods &methods = methodsOf[real] = {*real, real};
+        methods.xWrite = Write;
+        methods.xSync = Sync;
+        methods.xLock = Lock;
+        file->pMethods = &methods;
+    }
     return result;
 }
 
 int Delete(sqlite3_vfs *, const char *path, int isSynced)
 {
-    const int error = Ask(Op::Delete);
-    return error != SQLITE_OK ? error : realVfs->xDelete(realVfs, path, isSynced);
+    return Do(Op::Delete, [&] { return realVfs->xDelete(realVfs, path, isSynced); });
 }
-
-sqlite3_vfs faultyVfs;
 
 } // namespace
 
@@ -94,7 +74,6 @@ FaultyDisk::FaultyDisk()
     realVfs = sqlite3_vfs_find(nullptr);
     faultyVfs = *realVfs;
     faultyVfs.zName = "faulty";
-    faultyVfs.szOsFile = int(sizeof(File)) + realVfs->szOsFile;
     faultyVfs.xOpen = Open;
     faultyVfs.xDelete = Delete;
     sqlite3_vfs_register(&faultyVfs, 1);

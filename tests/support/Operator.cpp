@@ -1,11 +1,8 @@
 #include "support/Operator.h"
 
-#include <QApplication>
+#include "support/Hands.h"
+
 #include <QDateTime>
-#include <QHeaderView>
-#include <QLineEdit>
-#include <QTableView>
-#include <QTest>
 #include <QTimer>
 
 namespace {
@@ -96,41 +93,25 @@ void Operator::Click(const QString &control)
 
 void Operator::ClickRow(const QString &grid, int row, Qt::KeyboardModifiers modifiers)
 {
-    auto *view = Find<QTableView>(grid);
-    if (!view)
-        return;
-    view->scrollTo(view->model()->index(row - 1, 0));
-    QHeaderView *header = view->verticalHeader();
-    const QPoint at(header->width() / 2, header->sectionViewportPosition(row - 1) + 6);
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, modifiers, at);
+    if (auto *view = Find<QTableView>(grid))
+        ::ClickRow(*view, row, modifiers);
 }
 
 void Operator::ClickCell(const QString &grid, int column, int row, Qt::KeyboardModifiers modifiers)
 {
-    auto *view = Find<QTableView>(grid);
-    if (!view)
-        return;
-    const QModelIndex cell = view->model()->index(row - 1, column - 1);
-    view->scrollTo(cell);
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, modifiers, view->visualRect(cell).center());
+    if (auto *view = Find<QTableView>(grid))
+        ::ClickCell(*view, column, row, modifiers);
 }
 
 void Operator::Type(const QString &control, const QString &text)
 {
-    auto *box = Find<QLineEdit>(control);
-    if (!box)
-        return;
-    QTest::mouseClick(box, Qt::LeftButton);
-    QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(box, Qt::Key_Delete);
-    QTest::keyClicks(box, text);
+    if (auto *box = Find<QLineEdit>(control))
+        TypeInto(*box, text);
 }
 
 void Operator::Keys(const QString &text)
 {
-    for (const QChar c : text)
-        if (QWidget *focus = QApplication::focusWidget())
-            QTest::keyClick(focus, c.toLatin1());
+    ::Keys(text);
 }
 
 void Operator::Key(Qt::Key key, Qt::KeyboardModifiers modifiers)
