@@ -16,15 +16,11 @@ TEST_F(AnswerDatesTest, OnlySelectedOpenRowsChange)
     AddLine(1, 1, 2, "ShpSts = 3, AnsLimDate = '20260512', AnsMark = '2'");
     AddLine(1, 1, 3, "AnsLimDate = '20260513', AnsMark = '2'");
     AddLine(1, 1, 4, "LimDate = ''");
-    const struct
-    {
-        std::vector<int> rows;
-        bool isSpecified;
-        QString dates; ///< with their marks
-    } cases[] = {{{1}, false, "26/06/01*|26/05/12*|26/05/13*| "},
-                 {{2, 3}, false, " |26/05/12*|26/06/01*| "},
-                 {{1, 2, 3, 4}, false, "26/06/01*|26/05/12*|26/06/01*|26/06/01*"},
-                 {{1, 2, 3, 4}, true, "26/05/20 |26/05/12*|26/05/20 | "}};
+    const std::tuple<std::vector<int>, bool, QString> cases[]
+        = {{{1}, false, "26/06/01*|26/05/12*|26/05/13*| "},
+           {{2, 3}, false, " |26/05/12*|26/06/01*| "},
+           {{1, 2, 3, 4}, false, "26/06/01*|26/05/12*|26/06/01*|26/06/01*"},
+           {{1, 2, 3, 4}, true, "26/05/20 |26/05/12*|26/05/20 | "}};
     for (const auto &[rows, isSpecified, dates] : cases) {
         Load();
         EXPECT_TRUE(CheckDateSelection(list, Rows(rows))) << dates.toStdString();

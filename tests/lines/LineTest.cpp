@@ -10,25 +10,10 @@ using LineTest = LinesFixture;
 
 } // namespace
 
-TEST_F(LineTest, ALineFillsEveryCell)
-{
-    LoadLine("AnsMark = '2', AccVal = 123456789.125, IndVal = 0.5, ShpVal = 12, AnsVal = 3,"
-             "AnsLimDate = '20260521', PayNo = ' P1 ', AnsLimUmu = 3, ContractKBN = 'D',"
-             "CustSecCD = 'S1 '",
-             "EDIKBN = 1, ZanVal = 1234.5, F019 = 'SUS304  '");
-    EXPECT_EQ(RowText(list.At(1)),
-              "*/*|PO-1/HIN-1/抵抗器/SUS304|123,456,789.125/1,234.500|0.500/12.000|3.000|26/05/21|"
-              "26/05/20/P1|済/　|D 期間注文型取引(週)/S1");
-}
-
 TEST_F(LineTest, CellsByTheStateOfTheLine)
 {
-    const struct
-    {
-        const char *line, *order;
-        int column;
-        const char *cell;
-    } cases[] = {
+    const std::tuple<const char *, const char *, int, const char *> cases[] = {
+        {"AnsMark = '2'", "EDIKBN = 1", Marks, "*/*"},
         {"AnsMark = '1'", "EDIKBN = NULL", Marks, " / "},
         {"", "AccHinName = NULL, F019 = NULL", Order, "PO-1/HIN-1//"},
         // A tab or line break keeps to its cell and line.
@@ -45,6 +30,8 @@ TEST_F(LineTest, CellsByTheStateOfTheLine)
         {"AnsLimDate = '19260520'", "", AnswerDate, "26/05/20"},
         {"AnsLimDate = 'ABC'", "", AnswerDate, "C"},
         {"LimDate = '', PayNo = NULL", "", SpecifiedDate, "/"},
+        {"AccVal = 123456789.125", "ZanVal = 1234.5", OrderQuantities, "123,456,789.125/1,234.500"},
+        {"IndVal = 0.5, ShpVal = 12", "", LineQuantities, "0.500/12.000"},
         {"AnsLimUmu = 1, ShpSts = 3", "", States, "　/済"},
         {"ContractKBN = 'X'", "", Contract, "X/SEC"},
         {"ContractKBN = NULL, CustSecCD = NULL", "", Contract, "/"},
@@ -65,20 +52,13 @@ TEST_F(LineTest, WhatCountsAsChangedAndIsWritten)
         = [](const char *text) -> Edit { return [=](Line &line) { line.SetDate(text); }; };
     const Edit none = [](Line &) {};
     using enum RowKind;
-    const struct
-    {
-        const char *what, *line; ///< of an order that has 100 open
-        Edit edit;
-        RowKind kind; ///< of a row that is not selected
-    } cases[] = {
+    const std::tuple<const char *, const char *, Edit, RowKind> cases[] = {
         {"unanswered", "", none, NotWritten},
-        {"another quantity proposed than is open", "IndVal = 60", none, NotWritten},
         {"all that is open typed over it", "IndVal = 60", quantity(u"100"), Changed},
         {"the proposal typed", "IndVal = 60", quantity(u"60.0"), NotWritten},
         {"nothing typed over it", "IndVal = 60", quantity(u"0"), Changed},
         {"a thousandth", "AnsVal = 25", quantity(u"25.001"), Changed},
         {"a date", "AnsVal = 25", date("20260601"), Changed},
-        {"the stored date", "AnsLimDate = '20260601'", date("20260601"), NotWritten},
         {"put back", "AnsLimDate = '20260601'",
          [](Line &line) { line.SetDate("20260602"), line.SetDate("20260601"); }, NotWritten},
         {"no date", "AnsLimDate = '99999999'", none, NotWritten},
@@ -102,25 +82,21 @@ TEST_F(LineTest, WhatCountsAsChangedAndIsWritten)
 
 TEST_F(LineTest, WhatTheCustomerAsksFor)
 {
-    const struct
-    {
-        const char *customer;
-        bool takesBoth, takesNoDate;
-        const char *path;
-    } cases[] = {
-        {"LinKBN = 1, NokiInfPath = ' C:\\A.TXT '", true, true, "C:\\A.TXT"},
-        {"LinKBN = 2, NokiInfPath = NULL", true, false, ""},
-        {"LinKBN = 0, NokiInfKBN = 0, NokiInfPath = 'C:\\A.TXT'", false, false, ""},
-        {"LinKBN = 3, NokiInfKBN = 2", false, false, ""},
+    const std::tuple<const char *, const char *, const char *> cases[] = {
+        {"LinKBN = 1, NokiInfPath = ' C:\\A.TXT '", "both", "C:\\A.TXT"},
+        {"LinKBN = 2, NokiInfPath = NULL", "dated", ""},
+        {"LinKBN = 0, NokiInfKBN = 0, NokiInfPath = 'C:\\A.TXT'", "none", ""},
+        {"LinKBN = 3, NokiInfKBN = 2", "none", ""},
     };
-    for (const auto &[customer, takesBoth, takesNoDate, path] : cases) {
+    for (const auto &[customer, answered, path] : cases) {
         Change("TLMT0040", "1", customer);
-        LoadLine("");
-        const Line &line = list.At(1);
-        EXPECT_EQ(line.IsAnswerable({"20261202", 1}), takesBoth) << customer;
-        EXPECT_EQ(line.IsAnswerable({" ", 1}), takesNoDate) << customer;
-        EXPECT_FALSE(line.IsAnswerable({"20261202", 0})) << customer;
-        EXPECT_EQ(line.OutputPath(), path) << customer;
+        LoadLine();
+        const QString takes = list.At(1).IsAnswerable({" ", 1})          ? "both"
+                              : list.At(1).IsAnswerable({"20261202", 1}) ? "dated"
+                                                                         : "none";
+        EXPECT_EQ(takes, answered) << customer;
+        EXPECT_FALSE(list.At(1).IsAnswerable({"20261202", 0})) << customer;
+        EXPECT_EQ(list.At(1).OutputPath(), path) << customer;
     }
 }
 
@@ -149,7 +125,7 @@ TEST_F(LineTest, AnAnsweredDateComesWithItsMark)
 TEST_F(LineTest, AnErrorStandsUntilItsCellIsMended)
 {
     using enum LineError;
-    LoadLine("");
+    LoadLine();
     Line &line = list.At(1);
     for (const LineError error : {NoQuantity, NoDate, NoSum, MoreThanOpen}) {
         line.SetError(error);

@@ -36,44 +36,23 @@ protected:
     /// An order of 100 pieces, all open. `changes` is what an UPDATE sets.
     void AddOrder(int accNo, const QString &changes = {})
     {
-        file.Insert("TLAC0010", {{"AccNo", accNo},
-                                 {"CustCD", "C1"},
-                                 {"AccHinCD", "HIN-1"},
-                                 {"AccHinName", "抵抗器"},
-                                 {"ZanVal", 100},
-                                 {"F019", "SUS"},
-                                 {"ShpSts", 1}});
-        Change("TLAC0010", QString("AccNo = %1").arg(accNo), changes);
+        file.Insert("TLAC0010", {{"AccNo", accNo}});
+        Change(
+            "TLAC0010", "rowid = last_insert_rowid()",
+            "CustCD = 'C1', AccHinCD = 'HIN-1', AccHinName = '抵抗器', ZanVal = 100, F019 = 'SUS',"
+            "ShpSts = 1",
+            changes);
     }
 
     /// A line as received: all 100 pieces wanted on 20 May, no answer yet.
     void AddLine(int accNo, int accSubNo, int shpSubNo, const QString &changes = {})
     {
-        file.Insert("TLSP0010", {{"AccNo", accNo},
-                                 {"AccSubNo", accSubNo},
-                                 {"ShpSubNo", shpSubNo},
-                                 {"OdrNo", QString("PO-%1").arg(accNo)},
-                                 {"CustCD", "C1"},
-                                 {"CustSecCD", "SEC"},
-                                 {"PayDstCD", "D1"},
-                                 {"LimDate", "20260520"},
-                                 {"PayNo", "P1"},
-                                 {"HinCD", "OWN-1"},
-                                 {"AccHinCD", "HIN-1"},
-                                 {"AccVal", 100},
-                                 {"IndVal", 100},
-                                 {"ShpSts", 1},
-                                 {"DenKBN", 2},
-                                 {"ContractKBN", "A"}});
-        Change("TLSP0010", Where(accNo, accSubNo, shpSubNo), changes);
-    }
-
-    static QString Where(int accNo, int accSubNo, int shpSubNo)
-    {
-        return QString("AccNo = %1 AND AccSubNo = %2 AND ShpSubNo = %3")
-            .arg(accNo)
-            .arg(accSubNo)
-            .arg(shpSubNo);
+        file.Insert("TLSP0010", {{"AccNo", accNo}, {"AccSubNo", accSubNo}, {"ShpSubNo", shpSubNo}});
+        Change("TLSP0010", "rowid = last_insert_rowid()",
+               "OdrNo = 'PO-' || AccNo, CustCD = 'C1', CustSecCD = 'SEC', PayDstCD = 'D1',"
+               "LimDate = '20260520', PayNo = 'P1', HinCD = 'OWN-1', AccHinCD = 'HIN-1',"
+               "AccVal = 100, IndVal = 100, ShpSts = 1, DenKBN = 2, ContractKBN = 'A'",
+               changes);
     }
 
     QString Stored(const QString &columns, const QString &where = "1")
@@ -82,10 +61,12 @@ protected:
                          + " ORDER BY AccNo, AccSubNo, ShpSubNo");
     }
 
-    void Change(const QString &table, const QString &where, const QString &changes)
+    /// `more` has the last word.
+    void Change(const QString &table, const QString &where, const QString &changes,
+                const QString &more = {})
     {
-        if (!changes.isEmpty())
-            file.Run("UPDATE " + table + " SET " + changes + " WHERE " + where);
+        file.Run("UPDATE " + table + " SET " + changes + (more.isEmpty() ? "" : ", " + more)
+                 + " WHERE " + where);
     }
 
     /// Another program's lock for writing, which this program gives up on at once.
@@ -117,7 +98,7 @@ enum Column {
     AnswerDate,
     SpecifiedDate,
     States,
-    Contract,
+    Contract
 };
 
 /// What the list shows in a cell, its lines separated by "/".
@@ -161,7 +142,7 @@ protected:
     void Load() { ASSERT_GT(LoadList(state.db, state.conditions, list).lineCount, 0); }
 
     /// A list of one order with one line.
-    void LoadLine(const QString &changes, const QString &orderChanges = {})
+    void LoadLine(const QString &changes = {}, const QString &orderChanges = {})
     {
         file.Run("DELETE FROM TLSP0010; DELETE FROM TLAC0010");
         AddOrder(1, orderChanges);

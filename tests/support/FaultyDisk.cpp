@@ -93,17 +93,7 @@ void FaultyDisk::SetFault(std::function<int(Op)> newFault)
 
 int FaultyDisk::UsualError(Op op)
 {
-    switch (op) {
-    case Op::Create:
-        return SQLITE_CANTOPEN;
-    case Op::Lock:
-        return SQLITE_BUSY;
-    case Op::Write:
-        return SQLITE_FULL;
-    case Op::Sync:
-        return SQLITE_IOERR_FSYNC;
-    case Op::Delete:
-        return SQLITE_IOERR_DELETE;
-    }
-    return SQLITE_IOERR;
+    static constexpr int errors[]
+        = {SQLITE_CANTOPEN, SQLITE_BUSY, SQLITE_FULL, SQLITE_IOERR_FSYNC, SQLITE_IOERR_DELETE};
+    return errors[int(op)];
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtGlobal>
 #include <functional>
 
 /// The disk under every database that is opened while it lives. It asks before each operation that
@@ -11,8 +12,7 @@ public:
 
     FaultyDisk();
     ~FaultyDisk();
-    FaultyDisk(const FaultyDisk &) = delete;
-    FaultyDisk &operator=(const FaultyDisk &) = delete;
+    Q_DISABLE_COPY(FaultyDisk)
 
     /// An empty fault ends the faults.
     void SetFault(std::function<int(Op)> fault);

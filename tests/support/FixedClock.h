@@ -11,6 +11,5 @@ public:
         SetClock([now] { return now; });
     }
     ~FixedClock() { SetClock({}); }
-    FixedClock(const FixedClock &) = delete;
-    FixedClock &operator=(const FixedClock &) = delete;
+    Q_DISABLE_COPY(FixedClock)
 };

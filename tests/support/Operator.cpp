@@ -2,17 +2,11 @@
 
 #include "support/Hands.h"
 
-#include <QDateTime>
 #include <QTimer>
 
 namespace {
 
 constexpr int TickMs = 5;
-
-qint64 NowMs()
-{
-    return QDateTime::currentMSecsSinceEpoch();
-}
 
 } // namespace
 
@@ -30,7 +24,7 @@ void Operator::At(const QString &window, const QString &what, Action act)
 void Operator::Start(int limitMs)
 {
     m_limitMs = limitMs;
-    m_waitingSince = NowMs();
+    m_deadline.setRemainingTime(m_limitMs);
     QTimer::singleShot(TickMs, this, &Operator::Tick);
 }
 
@@ -48,16 +42,16 @@ void Operator::Tick()
         return;
     const Step &step = m_steps[m_next];
     if (!step.isReady()) {
-        if (NowMs() - m_waitingSince > m_limitMs)
+        if (m_deadline.hasExpired())
             Fail("not reached: " + step.what);
         return;
     }
     // The action may open a modal window; the timer then goes on with the next step inside of it.
     const Action act = step.act;
     ++m_next;
-    m_waitingSince = NowMs();
+    m_deadline.setRemainingTime(m_limitMs);
     act();
-    m_waitingSince = NowMs();
+    m_deadline.setRemainingTime(m_limitMs);
 }
 
 void Operator::Fail(const QString &why)

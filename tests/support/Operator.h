@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QString>
 #include <QWidget>
@@ -70,5 +71,5 @@ private:
     size_t m_next = 0;
     QString m_failure;
     int m_limitMs = 0;
-    qint64 m_waitingSince = 0;
+    QDeadlineTimer m_deadline; ///< for the next step
 };

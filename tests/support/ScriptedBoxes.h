@@ -21,8 +21,7 @@ public:
 
     ScriptedBoxes();
     ~ScriptedBoxes();
-    ScriptedBoxes(const ScriptedBoxes &) = delete;
-    ScriptedBoxes &operator=(const ScriptedBoxes &) = delete;
+    Q_DISABLE_COPY(ScriptedBoxes)
 
     /// Queues the button (BoxButton) that answers the next question.
     void Press(int button) { m_buttons.push_back(button); }

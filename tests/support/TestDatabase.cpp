@@ -2,8 +2,8 @@
 
 #include "data/Tables.h"
 
+#include <QHash>
 #include <QStringList>
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -37,21 +37,17 @@ void TestDatabase::Insert(const QString &table,
 {
     const TableDefinition *definition = FindTable(table);
     ASSERT_NE(definition, nullptr) << table.toStdString();
+    QHash<QString, QVariant> given;
     for (const auto &[name, value] : values)
-        ASSERT_TRUE(std::ranges::any_of(definition->columns, [&](const ColumnDefinition &column) {
-            return QString(column.name) == name;
-        })) << name;
+        given.insert(name, value);
     QStringList names;
     QStringList literals;
     for (const ColumnDefinition &column : definition->columns) {
-        const auto *given = std::ranges::find_if(
-            values, [&](const auto &value) { return QString(column.name) == value.first; });
+        const QVariant blank = column.IsText() ? QVariant("") : QVariant(0);
+        literals += Literal(given.contains(column.name) ? given.take(column.name) : blank);
         names += column.name;
-        if (given != values.end())
-            literals += Literal(given->second);
-        else
-            literals += column.IsText() ? "''" : "0";
     }
+    ASSERT_TRUE(given.isEmpty()) << given.begin().key().toStdString();
     Run("INSERT INTO " + table + " (" + names.join(", ") + ") VALUES (" + literals.join(", ")
         + ')');
 }
@@ -59,18 +55,15 @@ void TestDatabase::Insert(const QString &table,
 QString TestDatabase::Rows(const QString &sql)
 {
     QStringList rows;
-    sqlite3_stmt *statement = nullptr;
-    EXPECT_EQ(sqlite3_prepare_v2(m_other->Connection(), sql.toUtf8(), -1, &statement, nullptr),
-              SQLITE_OK)
-        << sqlite3_errmsg(m_other->Connection());
-    while (sqlite3_step(statement) == SQLITE_ROW) {
+    const auto keep = [](void *to, int count, char **texts, char **) {
         QStringList values;
-        for (int column = 0; column < sqlite3_column_count(statement); ++column)
-            values += QString::fromUtf8(
-                reinterpret_cast<const char *>(sqlite3_column_text(statement, column)));
-        rows += values.join('|');
-    }
-    sqlite3_finalize(statement);
+        for (int column = 0; column < count; ++column)
+            values += QString::fromUtf8(texts[column]);
+        *static_cast<QStringList *>(to) += values.join('|');
+        return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(m_other->Connection(), sql.toUtf8(), keep, &rows, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(m_other->Connection());
     return rows.join(' ');
 }
 

@@ -10,25 +10,21 @@ public:
     Variable(const char *name, const QString &value)
         : m_name(name)
         , m_old(qgetenv(name))
-        , m_wasSet(qEnvironmentVariableIsSet(name))
     {
-        if (value.isNull())
-            qunsetenv(name);
-        else
-            qputenv(name, value.toUtf8());
+        Set(value.toUtf8());
     }
-    ~Variable()
-    {
-        if (m_wasSet)
-            qputenv(m_name, m_old);
-        else
-            qunsetenv(m_name);
-    }
-    Variable(const Variable &) = delete;
-    Variable &operator=(const Variable &) = delete;
+    ~Variable() { Set(m_old); }
+    Q_DISABLE_COPY(Variable)
 
 private:
+    void Set(const QByteArray &value) const
+    {
+        if (value.isNull())
+            qunsetenv(m_name);
+        else
+            qputenv(m_name, value);
+    }
+
     const char *m_name;
     QByteArray m_old;
-    bool m_wasSet;
 };
