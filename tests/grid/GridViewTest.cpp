@@ -117,27 +117,23 @@ TEST_F(GridViewTest, WholeRowsAreSelected)
 
 TEST_F(GridViewTest, WhatStartsAnEditAndWhatItBeginsWith)
 {
-    const struct
-    {
-        const char *what;
-        int column, row;
-        std::function<void()> act;
-        const char *editor; ///< null: no edit
-    } cases[] = {
-        {"F2", Quantity, 1, [] { Key(Qt::Key_F2); }, "1234.5"},
-        {"a digit replaces", Quantity, 1, [] { Keys("7"); }, "7"},
-        {"the point and more", Quantity, 1, [] { Keys(".5"); }, "0.5"},
-        {"the point within an edit", Quantity, 1, [] { Keys("5."); }, "5."},
-        {"no point in a date", Date, 1, [] { Keys("."); }, "260520"},
-        {"four decimals", Quantity, 1, [] { Keys("1.2345"); }, "1.234"},
-        {"a pasted number", Quantity, 1, [] { PasteOver("1,234.5"); }, "1234.5"},
-        {"seven digits", Date, 1, [] { Keys("2606011"); }, "260601"},
-        {"a pasted date", Date, 1, [] { PasteOver(" 2026/12/08\n"); }, "261208"},
-        {"no such date pasted", Date, 1, [] { PasteOver("26/13/08"); }, "260520"},
-        {"a locked row", Quantity, Locked, [] { Keys("7."), Key(Qt::Key_F2); }, nullptr},
-        {"another column", 1, 1, [] { Keys("7"), Key(Qt::Key_F2); }, nullptr},
+    // The column and row, what is done there, what stands in the editor then; null: no edit.
+    const std::tuple<int, int, std::function<void()>, const char *> cases[] = {
+        {Quantity, 1, [] { Key(Qt::Key_F2); }, "1234.5"},
+        {Quantity, 1, [] { Keys("7"); }, "7"},
+        {Quantity, 1, [] { Keys(".5"); }, "0.5"},
+        {Quantity, 1, [] { Keys("5."); }, "5."},
+        {Date, 1, [] { Keys("."); }, "260520"},
+        {Quantity, 1, [] { Keys("1.2345"); }, "1.234"},
+        {Quantity, 1, [] { PasteOver("1,234.5"); }, "1234.5"},
+        {Date, 1, [] { Keys("2606011"); }, "260601"},
+        {Date, 1, [] { PasteOver(" 2026/12/08\n"); }, "261208"},
+        {Date, 1, [] { PasteOver("26/13/08"); }, "260520"},
+        {Quantity, Locked, [] { Keys("7."), Key(Qt::Key_F2); }, nullptr},
+        {1, 1, [] { Keys("7"), Key(Qt::Key_F2); }, nullptr},
     };
-    for (const auto &[what, column, row, act, text] : cases) {
+    for (const auto &[column, row, act, text] : cases) {
+        const std::string what = text ? text : "no edit";
         Click(column, row);
         const QString before = Text(column, row);
         act();
@@ -162,8 +158,6 @@ TEST_F(GridViewTest, WhatEndsAnEdit)
         {"Shift+Enter", [] { Key(Qt::Key_Return, Qt::ShiftModifier); }, "2 7-8 at 2,1"},
         {"Tab", [] { Key(Qt::Key_Tab); }, "2 7-8 at 3,2"},
         {"Shift+Tab", [] { Key(Qt::Key_Backtab, Qt::ShiftModifier); }, "2 7-8 at 3,1"},
-        {"Tab twice, past the row's end",
-         [] { Key(Qt::Key_Tab), Keys("260601"), Key(Qt::Key_Tab); }, "2 7-8 at 2,3"},
         {"over the locked row",
          [] { Key(Qt::Key_Return), Keys("8"), Key(Qt::Key_Tab), Keys("260601"), Key(Qt::Key_Tab); },
          "2-3 7-8 at 2,5"},
@@ -193,12 +187,8 @@ TEST_F(GridViewTest, WhatMayStandInACell)
 {
     constexpr auto BadDate = "日付の入力が間違っています\r";
     constexpr auto BadNumber = "数値の入力が間違っています\r";
-    const struct
-    {
-        int column;
-        const char *text;
-        const char *told; ///< null: it stands
-    } cases[] = {
+    // Null: it stands.
+    const std::tuple<int, const char *, const char *> cases[] = {
         {Date, "280229", nullptr},   {Date, "26/05/02", nullptr}, // as it is shown
         {Date, "260229", BadDate},   {Date, "26052", BadDate},
         {Date, "26 1 8", BadDate},   {Date, "2605/2", BadDate},
@@ -225,7 +215,6 @@ TEST_F(GridViewTest, AWrongTextKeepsTheCellInEditHoweverItIsLeft)
     const std::pair<const char *, std::function<void()>> ways[] = {
         {"Tab", [] { Key(Qt::Key_Tab); }},
         {"another cell", [&] { Click(1, 6); }},
-        {"a heading", [&] { ClickHeading(7); }},
         {"a command", [&] { EXPECT_FALSE(grid.FinishEdit()); }},
     };
     for (const auto &[what, leave] : ways) {
@@ -250,7 +239,7 @@ TEST_F(GridViewTest, RowsGoToTheClipboard)
     const QString cellTexts = "\t1234.5\t260520\tx\n";
     const std::tuple<const char *, std::function<void()>, QString> cases[] = {
         {"the active row", [&] { Click(4, 1), grid.clearSelection(); }, "r1" + cellTexts},
-        {"rows apart", [&] { Click(1, 3), Click(1, 5, Qt::ControlModifier); },
+        {"rows", [&] { Click(1, 3), Click(1, 5, Qt::ControlModifier); },
          "r3" + cellTexts + "r5" + cellTexts},
         {"several lines in a cell", [&] { Click(1, 2); }, "\"two\nlines \"\"a\"\"\"" + cellTexts},
     };
