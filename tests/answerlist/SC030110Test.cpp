@@ -409,10 +409,6 @@ TEST_F(ListScreen, KeyboardAloneThroughTheWholeScreen)
     EXPECT_EQ(Cell(1, AnswerQuantity) + ' ' + Cell(1, AnswerDate), "33.000 26/06/12");
     EXPECT_EQ(screen->List().UnregisteredCount(), 0);
 
-    Alt(Qt::Key_M);
-    ASSERT_EQ(boxes.Shown().size(), 1u);
-    EXPECT_TRUE(boxes.Shown()[0].text.startsWith("納期回答作成処理が終了しました"));
-    EXPECT_EQ(Stored("AnsVal, AnsLimDate, AnsLimUmu", "AccNo = 1"), "33.0|20260612|3");
     Alt(Qt::Key_X);
     EXPECT_FALSE(screen->isVisible());
 }

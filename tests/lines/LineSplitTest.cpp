@@ -102,9 +102,8 @@ TEST_F(LineSplitTest, ASplitIsTakenBackWhenNothingSpeaksAgainstIt)
     EXPECT_EQ(Stored("SUM(ShpSubNo)"), "3") << "one that was not stored yet";
     boxes.TakeTexts();
 
-    LockDatabase();
+    file.Run("CREATE TRIGGER Refuse BEFORE DELETE ON TLSP0010 BEGIN SELECT RAISE(ABORT, ''); END");
     boxes.Press(BoxButton::Yes);
     EXPECT_FALSE(DeleteLine(state.db, list.At(3)));
-    UnlockDatabase();
     EXPECT_EQ(boxes.Shown().size(), 2u) << "the question and the error";
 }

@@ -1,5 +1,6 @@
 #include "lines/LinesFixture.h"
 
+#include "lines/AnswerDates.h"
 #include "lines/Registration.h"
 
 #include <functional>
@@ -82,43 +83,66 @@ TEST_F(LineTest, WhatCountsAsChangedAndIsWritten)
 
 TEST_F(LineTest, WhatTheCustomerAsksFor)
 {
-    const std::tuple<const char *, const char *, const char *> cases[] = {
-        {"LinKBN = 1, NokiInfPath = ' C:\\A.TXT '", "both", "C:\\A.TXT"},
-        {"LinKBN = 2, NokiInfPath = NULL", "dated", ""},
-        {"LinKBN = 0, NokiInfKBN = 0, NokiInfPath = 'C:\\A.TXT'", "none", ""},
-        {"LinKBN = 3, NokiInfKBN = 2", "none", ""},
-    };
-    for (const auto &[customer, answered, path] : cases) {
-        Change("TLMT0040", "1", customer);
+    for (const auto &[linKbn, answered] :
+         {std::pair{0, "---"}, {1, "DU-"}, {2, "D--"}, {3, "---"}}) {
+        Change("TLMT0040", "1", QString("LinKBN = %1").arg(linKbn));
         LoadLine();
-        const QString takes = list.At(1).IsAnswerable({" ", 1})          ? "both"
-                              : list.At(1).IsAnswerable({"20261202", 1}) ? "dated"
-                                                                         : "none";
-        EXPECT_EQ(takes, answered) << customer;
-        EXPECT_FALSE(list.At(1).IsAnswerable({"20261202", 0})) << customer;
-        EXPECT_EQ(list.At(1).OutputPath(), path) << customer;
+        const Answer answers[] = {{"20261202", 1}, {" ", 1}, {"20261202", 0}};
+        QString takes = "DU0"; // dated, undated, of no piece
+        for (int at = 0; at < 3; ++at)
+            if (!list.At(1).IsAnswerable(answers[at]))
+                takes[at] = '-';
+        EXPECT_EQ(takes, answered) << linKbn;
     }
 }
 
 TEST_F(LineTest, AnAnsweredDateComesWithItsMark)
 {
-    const std::tuple<const char *, const char *, const char *> cases[] = {
-        {"20261202", "20261202", " "},
-        {"20261202", "20261203", "*"},
-        {"20261202", "", "*"},
-        {"", "20261202", "*"},
-        {"", "", " "},
-    };
-    for (const auto &[specified, date, mark] : cases) {
-        for (const bool isStoredElsewhere : {false, true}) {
-            LoadLine(
-                QString("LimDate = '%1', AnsMark = '%2'").arg(specified, *mark == '*' ? "1" : "2"));
-            if (isStoredElsewhere)
-                list.At(1).TakeStored({date, 1});
-            else
-                list.At(1).SetDate(date);
-            EXPECT_EQ(Cell(1, Marks).right(1), mark) << specified << ' ' << date;
+    for (const auto &[date, mark] : {std::pair{"20261202", " "}, {"20261203", "*"}, {"", "*"}}) {
+        for (const char *before : {"1", "2"}) {
+            LoadLine(QString("LimDate = '20261202', AnsMark = ") + before);
+            list.At(1).SetDate(date);
+            EXPECT_EQ(Cell(1, Marks), QString(" /") + mark) << date;
+            LoadLine(QString("LimDate = '20261202', AnsMark = ") + before);
+            list.At(1).TakeStored({date, 1});
+            EXPECT_EQ(Cell(1, Marks), QString(" /") + mark) << date;
         }
+    }
+}
+
+TEST_F(LineTest, OnlySelectedOpenRowsGetADate)
+{
+    // Row 1 open and unanswered, 2 shipped, 3 open and answered, 4 without a specified date.
+    AddOrder(1);
+    AddLine(1, 1, 1);
+    AddLine(1, 1, 2, "ShpSts = 3, AnsLimDate = '20260512'");
+    AddLine(1, 1, 3, "AnsLimDate = '20260513'");
+    AddLine(1, 1, 4, "LimDate = ''");
+    const auto dates = [&] {
+        QStringList shown;
+        for (int row = 1; row <= 4; ++row)
+            shown += Cell(row, AnswerDate);
+        return shown.join('|');
+    };
+    Load();
+    SetAnswerDates(list, Rows({2, 3}), "20260601");
+    EXPECT_EQ(dates(), "|26/05/12|26/06/01|");
+    SetSpecifiedDates(list, Rows({1, 2, 4}));
+    EXPECT_EQ(dates(), "26/05/20|26/05/12|26/06/01|");
+    EXPECT_TRUE(CheckDateSelection(list, Rows({2, 3})));
+}
+
+TEST_F(LineTest, TheDateAskedForIsSixDigits)
+{
+    const std::tuple<const char *, const char *, int> answers[] = {
+        {"970528", "19970528", 0}, {"000229", "20000229", 0}, {"", "", 0},
+        {"010229", "", 1},         {"97/05/28", "", 1},       {" ", "", 1},
+        {"26 1 8", "", 1},
+    };
+    for (const auto &[typed, stored, told] : answers) {
+        boxes.Type(typed);
+        EXPECT_EQ(AskAnswerDate(), stored) << typed;
+        EXPECT_EQ(boxes.TakeTexts().size(), told) << typed;
     }
 }
 

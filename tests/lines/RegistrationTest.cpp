@@ -189,8 +189,7 @@ TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
         EXPECT_EQ(Stored("AnsLimDate", "AccNo = 1"), "20260601");
         EXPECT_EQ(Stored("*", "AccNo > 1"), before);
         EXPECT_EQ(list.UnregisteredCount(), 3);
-        EXPECT_EQ(list.At(2).Key(), (LineKey{2, 1, 1})) << "a stored line keeps its number";
-        EXPECT_FALSE(list.At(3).IsStored());
+        EXPECT_TRUE(list.At(2).IsStored() && !list.At(3).IsStored());
 
         file.Run(cure);
         EXPECT_TRUE(Register());
@@ -203,13 +202,6 @@ TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
     list.At(2).TakeStored(list.At(2).Now());
     EXPECT_FALSE(Register()) << "a split without its source";
     EXPECT_EQ(boxes.TakeTexts(), (Texts{NoData, NotRegistered("PO-2")}));
-
-    LoadThreeOrders();
-    LockDatabase();
-    EXPECT_FALSE(Register());
-    UnlockDatabase();
-    EXPECT_EQ(boxes.TakeTexts().back(), NotRegistered("PO-1"));
-    EXPECT_EQ(list.UnregisteredCount(), 4);
 }
 
 TEST_F(RegistrationTest, AnOrderChangedElsewhereIsLeftToTheOther)

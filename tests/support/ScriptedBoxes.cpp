@@ -8,7 +8,7 @@ ScriptedBoxes::ScriptedBoxes()
 {
     SetMsgBoxHandler([this](const MessageBoxRequest &box) { return Answer(box); });
     SetInputBoxHandler(
-        [this](const QString &prompt, const QString &title) { return AnswerText(prompt, title); });
+        [this](const QString &prompt, const QString &) { return AnswerText(prompt); });
 }
 
 ScriptedBoxes::~ScriptedBoxes()
@@ -45,9 +45,8 @@ int ScriptedBoxes::Answer(const MessageBoxRequest &box)
     return button;
 }
 
-QString ScriptedBoxes::AnswerText(const QString &prompt, const QString &title)
+QString ScriptedBoxes::AnswerText(const QString &prompt)
 {
-    m_prompts.push_back({prompt, title});
     if (m_texts.empty()) {
         ADD_FAILURE() << "no text queued for the input box: " << prompt.toStdString();
         return {};

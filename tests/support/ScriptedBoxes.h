@@ -13,12 +13,6 @@
 class ScriptedBoxes
 {
 public:
-    struct Prompt
-    {
-        QString text;
-        QString title;
-    };
-
     ScriptedBoxes();
     ~ScriptedBoxes();
     Q_DISABLE_COPY(ScriptedBoxes)
@@ -33,18 +27,16 @@ public:
     void OnBox(std::function<void(const MessageBoxRequest &)> look) { m_look = std::move(look); }
 
     const std::vector<MessageBoxRequest> &Shown() const { return m_shown; }
-    const std::vector<Prompt> &Prompts() const { return m_prompts; }
 
     /// The texts of the message boxes shown so far, which are then forgotten.
     std::vector<QString> TakeTexts();
 
 private:
     int Answer(const MessageBoxRequest &box);
-    QString AnswerText(const QString &prompt, const QString &title);
+    QString AnswerText(const QString &prompt);
 
     std::function<void(const MessageBoxRequest &)> m_look;
     std::vector<MessageBoxRequest> m_shown;
-    std::vector<Prompt> m_prompts;
     std::deque<int> m_buttons;
     std::deque<QString> m_texts;
 };
