@@ -370,9 +370,12 @@ TEST_F(ListScreen, KeyboardAloneThroughTheWholeScreen)
     boxes.Type("260610");
     Alt(Qt::Key_S);
     EXPECT_EQ(Cell(1, AnswerDate), "26/06/10");
-    boxes.Type(""); // the question cancelled
-    Alt(Qt::Key_S);
-    EXPECT_EQ(Cell(1, AnswerDate), "26/06/10");
+    for (const char *typed : {"", "260631", "26/06/11", "26 6 1"}) {
+        boxes.Type(typed);
+        Alt(Qt::Key_S);
+        EXPECT_EQ(boxes.TakeTexts(), *typed ? Texts{BadDate} : Texts()) << typed;
+        EXPECT_EQ(Cell(1, AnswerDate), "26/06/10") << typed;
+    }
     Alt(Qt::Key_L);
     EXPECT_EQ(Cell(1, AnswerDate), "26/05/20");
     Alt(Qt::Key_C);

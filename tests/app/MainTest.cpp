@@ -2,13 +2,10 @@
 
 #include "platform/System.h"
 #include "support/Machine.h"
-#include "support/Operator.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
 #include "support/TestDatabase.h"
 
-#include <QLineEdit>
-#include <QTableView>
 #include <cerrno>
 
 namespace {
@@ -22,18 +19,12 @@ protected:
         file.Insert("TLMT0010", {{"CoCD", "CO"}, {"DefCustCD", "C1"}});
         file.Insert("TLMT0040", {{"CustCD", "C1"}, {"CustName", "顧客一"}, {"NokiInfKBN", 1}});
         file.Run("UPDATE TLMT0040 SET NokiInfPath = 'C:\\OUT\\C1.TXT'");
-        file.Insert("TLAC0010", {{"AccNo", 1}});
-        file.Insert("TLSP0010", {{"AccNo", 1}, {"CustCD", "C1"}, {"OdrNo", "PO-1"}, {"DenKBN", 2}});
     }
     ~MainTest() override { SetFileFault({}); }
 
-    /// Runs the program with the operator at its windows.
     void Run()
     {
-        hands.Start();
         Main(file.folder.Path());
-        EXPECT_EQ(hands.Failure(), "");
-        EXPECT_TRUE(hands.IsDone());
         // Nobody holds the database any more.
         SetLockTimeout(file.Other(), 0);
         EXPECT_NO_THROW(file.Run("BEGIN EXCLUSIVE; ROLLBACK"));
@@ -42,33 +33,9 @@ protected:
     ScriptedBoxes boxes;
     const Machine machine;
     TestDatabase file;
-    Operator hands;
 };
 
 } // namespace
-
-TEST_F(MainTest, SearchAndListTakeTurns)
-{
-    hands.At("SC030010", "conditions", [this] {
-        EXPECT_EQ(hands.Find<QLineEdit>("txtCustName")->text(), "顧客一");
-        hands.Type("txtOdrNo", "PO");
-        hands.Click("cmdList");
-    });
-    const auto isLoaded = [] {
-        const QWidget *front = Operator::Front("SC030110");
-        return front && front->findChild<QTableView *>("spdList")->model()->rowCount() == 1;
-    };
-    hands.Then("list", isLoaded, [this] { hands.Front({})->close(); });
-    hands.At("SC030010", "conditions kept", [this] {
-        EXPECT_EQ(hands.Find<QLineEdit>("txtOdrNo")->text(), "PO");
-        hands.Type("txtOdrNo", "X");
-        hands.Click("cmdList");
-    });
-    hands.At("SC030010", "no lines, so search again", [this] { hands.Click("cmdExit"); });
-    Run();
-    EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{"データが存在しません\r"});
-    EXPECT_TRUE(QFile::exists(file.folder.Path("OUT"))) << "the customers' folders are made";
-}
 
 TEST_F(MainTest, AFolderThatCannotBeWrittenEndsTheProgram)
 {

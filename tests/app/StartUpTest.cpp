@@ -1,3 +1,4 @@
+#include "app/CompanyLoading.h"
 #include "app/Main.h"
 #include "support/Machine.h"
 #include "support/QtPrinters.h"
@@ -31,29 +32,21 @@ TEST_F(StartUpTest, WhereTheDatabaseIsLookedFor)
     ASSERT_TRUE(QFile::copy(file.LocalPath(), other.Path("TLDB0010.MDB")));
     const QString there = other.Path();
     const QString none = machine.program.Path("none");
-    const struct
-    {
-        const char *what;
-        QString programIni; ///< null: no such file
-        QString windowsIni;
-        bool isInProgramFolder; ///< the database
-        QString dbPath;         ///< empty: the program ends
-        bool isProgramIni = true;
-    } cases[] = {
+    // The program's own settings and those of the Windows directory (null: no such file), whether
+    // the database is in the program's folder, and where it is found (empty: the program ends).
+    const std::tuple<const char *, QString, QString, bool, QString> cases[] = {
         {"version 4.1 first", "DBPATH_V4.1=" + here + "\nDBPATH=" + there, {}, false, here},
         {"the second key", "DBPATH=" + there, {}, false, there},
         {"no database there", "DBPATH_V4.1=" + none + "\nDBPATH=" + there, {}, false, there},
-        {"nowhere", "DBPATH_V4.1=" + none + "\nDBPATH=" + none, {}, false, ""},
         {"trailing backslash", "DBPATH_V4.1=" + here + "\\", {}, false, here},
         {"a drive", "DBPATH=C:\\\n[DRIVES]\nC=" + here, {}, false, "C:"},
-        {"Windows directory", {}, "DBPATH=" + there, false, there, false},
+        {"Windows directory", {}, "DBPATH=" + there, false, there},
         {"the own file wins", "DBPATH=" + here, "DBPATH=" + there, false, here},
         {"even without the keys", "", "DBPATH=" + there, false, ""},
         {"database in the own folder", "DBPATH_V4.1=" + there, {}, true, "own"},
-        {"without settings", {}, {}, true, "own", false},
+        {"without settings", {}, {}, true, "own"},
     };
-    for (const auto &[what, programIni, windowsIni, isInProgramFolder, dbPath, isProgramIni] :
-         cases) {
+    for (const auto &[what, programIni, windowsIni, isInProgramFolder, dbPath] : cases) {
         SCOPED_TRACE(what);
         for (const auto &[folder, ini] :
              {std::pair(&machine.program, programIni), {&machine.windows, windowsIni}}) {
@@ -68,7 +61,8 @@ TEST_F(StartUpTest, WhereTheDatabaseIsLookedFor)
         EXPECT_EQ(InitApp(started, machine.program.Path()), !dbPath.isEmpty());
         EXPECT_EQ(started.db.IsOpen(), !dbPath.isEmpty());
         EXPECT_EQ(started.dbPath, dbPath == "own" ? machine.program.Path() : dbPath);
-        EXPECT_EQ(started.iniDir, isProgramIni ? machine.program.Path() : machine.windows.Path());
+        EXPECT_EQ(started.iniDir,
+                  !programIni.isNull() ? machine.program.Path() : machine.windows.Path());
     }
     EXPECT_TRUE(boxes.Shown().empty()) << "a search that fails does so silently";
 }
@@ -112,4 +106,44 @@ TEST_F(StartUpTest, SearchBeginsWithTheDefaultCustomer)
         EndApp(state);
     }
     EXPECT_TRUE(boxes.Shown().empty());
+}
+
+TEST_F(StartUpTest, CompanyTextsHaveTheirWidthsAndWhatCannotBeReadIsBlank)
+{
+    file.Run("DELETE FROM TLMT0010");
+    file.Insert("TLMT0010", {{"CoCD", "CO"},
+                             {"CoName", QString(25, u'名')},
+                             {"TEL", QVariant()},
+                             {"CloseDay", 20},
+                             {"PayMonthKBN", QVariant()},
+                             {"DpoYM", 40000}, // too large for its field
+                             {"SaveBackNo", 32767},
+                             {"TaxPer", "abc"},
+                             {"PayDenNo", 4000000000.0},
+                             {"UpdTime", "093000"}});
+    file.Insert("TLMT0010", {{"CoCD", "SECOND"}});
+    file.Run("ALTER TABLE TLMT0010 DROP COLUMN Address");
+    EXPECT_TRUE(Start());
+    EXPECT_EQ(state.company.CoCD, "CO          ");
+    EXPECT_EQ(state.company.CoName, QString(20, u'名'));
+    EXPECT_EQ(state.company.TEL + state.company.Address, QString(112, ' '));
+    EXPECT_EQ(state.company.PayMonthKBN + state.company.DpoYM + state.company.TaxPer, 0);
+    EXPECT_EQ(state.company.SaveBackNo, 32767);
+    EXPECT_EQ(state.company.PayDenNo, 4e9);
+    EXPECT_EQ(state.company.UpdTime, "20    ") << "the closing day, not the time";
+    EXPECT_TRUE(boxes.Shown().empty());
+}
+
+TEST_F(StartUpTest, WithoutACompanyRowOnlyTheCompanyMaintenanceGoesOn)
+{
+    file.Run("DELETE FROM TLMT0010");
+    file.Open(state.db);
+    EXPECT_FALSE(LoadCompany(state.db, "TL030101", state.company));
+    EXPECT_EQ(state.company.CoName, QString(20, ' '));
+    EXPECT_TRUE(LoadCompany(state.db, "TL040101", state.company));
+    EXPECT_EQ(state.company.SaveDir, QString(128, ' ')) << "nothing in the registry";
+    machine.windows.Write("REGISTRY.INI", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\NEROVA\\QUILLAN]\r\n"
+                                          "AppFolder=C:\\QUILLAN\r\n");
+    EXPECT_TRUE(LoadCompany(state.db, "tl040101", state.company));
+    EXPECT_EQ(state.company.SaveDir, "C:\\QUILLAN" + QString(118, ' '));
 }

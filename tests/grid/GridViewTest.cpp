@@ -131,6 +131,11 @@ TEST_F(GridViewTest, WhatStartsAnEditAndWhatItBeginsWith)
         {Date, 1, [] { PasteOver("26/13/08"); }, "260520"},
         {Quantity, Locked, [] { Keys("7."), Key(Qt::Key_F2); }, nullptr},
         {1, 1, [] { Keys("7"), Key(Qt::Key_F2); }, nullptr},
+        {Quantity, 3,
+         [&] {
+             QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, CellPoint(grid, Quantity, 3));
+         },
+         nullptr},
     };
     for (const auto &[column, row, act, text] : cases) {
         const std::string what = text ? text : "no edit";
@@ -249,17 +254,4 @@ TEST_F(GridViewTest, RowsGoToTheClipboard)
         Key(Qt::Key_C, Qt::ControlModifier);
         EXPECT_EQ(QApplication::clipboard()->text(), text) << what;
     }
-}
-
-TEST_F(GridViewTest, ADoubleClickIsOnARow)
-{
-    QStringList clicks;
-    QObject::connect(&grid, &GridView::CellDoubleClicked,
-                     [&](int column, int row) { clicks += QString("%1,%2").arg(column).arg(row); });
-    const QPoint cell = CellPoint(grid, Quantity, 3);
-    QTest::mouseDClick(grid.viewport(), Qt::RightButton, {}, cell);
-    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, CellPoint(grid, 1, 12) + QPoint(0, 60));
-    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, cell);
-    EXPECT_EQ(clicks.join(' '), "2,3");
-    EXPECT_FALSE(grid.IsEditing()) << "a double click opens no cell";
 }

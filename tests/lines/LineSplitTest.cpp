@@ -98,8 +98,8 @@ TEST_F(LineSplitTest, ASplitIsTakenBackWhenNothingSpeaksAgainstIt)
     }
     CopyLine(list, 1);
     boxes.Press(BoxButton::Yes);
-    EXPECT_TRUE(DeleteLine(state.db, list.At(2)));
-    EXPECT_EQ(Stored("SUM(ShpSubNo)"), "3") << "one that was not stored yet";
+    EXPECT_TRUE(DeleteLine(state.db, list.At(2))) << "one that was not stored yet";
+    EXPECT_EQ(Stored("SUM(ShpSubNo)"), "3");
     boxes.TakeTexts();
 
     file.Run("CREATE TRIGGER Refuse BEFORE DELETE ON TLSP0010 BEGIN SELECT RAISE(ABORT, ''); END");

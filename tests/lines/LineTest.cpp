@@ -132,20 +132,6 @@ TEST_F(LineTest, OnlySelectedOpenRowsGetADate)
     EXPECT_TRUE(CheckDateSelection(list, Rows({2, 3})));
 }
 
-TEST_F(LineTest, TheDateAskedForIsSixDigits)
-{
-    const std::tuple<const char *, const char *, int> answers[] = {
-        {"970528", "19970528", 0}, {"000229", "20000229", 0}, {"", "", 0},
-        {"010229", "", 1},         {"97/05/28", "", 1},       {" ", "", 1},
-        {"26 1 8", "", 1},
-    };
-    for (const auto &[typed, stored, told] : answers) {
-        boxes.Type(typed);
-        EXPECT_EQ(AskAnswerDate(), stored) << typed;
-        EXPECT_EQ(boxes.TakeTexts().size(), told) << typed;
-    }
-}
-
 TEST_F(LineTest, AnErrorStandsUntilItsCellIsMended)
 {
     using enum LineError;

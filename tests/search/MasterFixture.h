@@ -16,8 +16,7 @@ protected:
     {
         QString table = database.Rows("SELECT sql FROM sqlite_master WHERE name = 'TLMT0020'");
         table.remove(QRegularExpression(",\\s*PRIMARY KEY \\([^)]*\\)"));
-        database.Run("DROP TABLE TLMT0020");
-        database.Run(table);
+        database.Run("DROP TABLE TLMT0020; " + table);
         database.Open(state.db);
     }
 
