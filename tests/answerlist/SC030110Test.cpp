@@ -3,7 +3,6 @@
 #include "grid/GridView.h"
 #include "lines/LinesFixture.h"
 #include "output/AnswerCreation.h"
-#include "support/Operator.h"
 #include "support/WindowHands.h"
 
 #include <QLabel>
@@ -37,8 +36,7 @@ protected:
     void Show()
     {
         state.isReloadNeeded = true;
-        screen.emplace(state, [this](LineList &list, RowSelection &selected,
-                                     const WriteStamp &stamp, const ShowStatusText &showStatus) {
+        screen.emplace(state, [this](auto &list, auto &selected, auto &stamp, auto &showStatus) {
             return AnswerCreation(state.db, state.files, list, selected, stamp, showStatus)
                 .MakeAnswers();
         });
@@ -79,23 +77,19 @@ protected:
         return rows + QString(" %1,%2").arg(Grid().ActiveColumn()).arg(Grid().ActiveRow());
     }
 
-    /// The tooltip of a row's heading, which has an icon with it.
-    QString HeadingMark(int row)
+    /// A row's heading bears an error as a picture and a tooltip.
+    void ExpectMark(int row, const QString &error)
     {
-        const auto heading
-            = [&](int role) { return Grid().model()->headerData(row - 1, Qt::Vertical, role); };
-        EXPECT_EQ(heading(Qt::DecorationRole).isNull(), heading(Qt::ToolTipRole).isNull());
-        return heading(Qt::ToolTipRole).toString();
+        const auto &cells = *Grid().model();
+        EXPECT_EQ(cells.headerData(row - 1, Qt::Vertical, Qt::ToolTipRole).toString(), error);
+        EXPECT_EQ(cells.headerData(row - 1, Qt::Vertical, Qt::DecorationRole).isNull(),
+                  error.isEmpty());
     }
 
     /// Plays in the detail dialog that Alt+I opens, until it is closed.
     void InDetail(const std::function<void(Operator &)> &act)
     {
-        Operator hand;
-        hand.At("SC030120", "detail", [&] { act(hand); });
-        hand.Start();
-        Key(Qt::Key_I, Qt::AltModifier);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return hand.IsDone(); })) << hand.Failure().toStdString();
+        PlayIn("SC030120", act, [] { Key(Qt::Key_I, Qt::AltModifier); });
         // As a window manager does when a dialog closes.
         screen->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window));
@@ -343,8 +337,8 @@ TEST_F(ListScreen, MakeLeadsToTheCellInErrorUntilItIsMended)
         EXPECT_EQ(Focus(), "spdList");
         EXPECT_TRUE(Grid().viewport()->rect().contains(Grid().visualRect(Grid().currentIndex())));
         EXPECT_EQ(Status(), error);
-        EXPECT_EQ(HeadingMark(3), error);
-        EXPECT_EQ(HeadingMark(1), "");
+        ExpectMark(3, error);
+        ExpectMark(1, "");
         Key(Qt::Key_Up);
         EXPECT_EQ(Status(), ShippedHint);
         EXPECT_EQ(Stored("DISTINCT UpdPGName"), "") << "nothing has been written";
@@ -352,7 +346,8 @@ TEST_F(ListScreen, MakeLeadsToTheCellInErrorUntilItIsMended)
         EXPECT_EQ(Status(), error);
         Keys(mended);
         Key(Qt::Key_Backtab, Qt::ShiftModifier);
-        EXPECT_EQ(HeadingMark(3) + Status(), "");
+        ExpectMark(3, "");
+        EXPECT_EQ(Status(), "");
     }
     Select({1, 3});
     Click("cmdMake");

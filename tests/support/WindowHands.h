@@ -1,10 +1,22 @@
 #pragma once
 
 #include "support/Hands.h"
+#include "support/Operator.h"
 
 #include <QPushButton>
 #include <algorithm>
 #include <gtest/gtest.h>
+
+/// Plays in the modal window of this object name that `open` shows.
+inline void PlayIn(const QString &modal, const std::function<void(Operator &)> &act,
+                   const std::function<void()> &open)
+{
+    Operator hands;
+    hands.At(modal, modal, [&] { act(hands); });
+    hands.Start();
+    open();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return hands.IsDone(); })) << hands.Failure().toStdString();
+}
 
 /// The window under test and its controls by their names.
 class WindowHands
