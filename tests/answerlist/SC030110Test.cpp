@@ -50,8 +50,7 @@ protected:
 
     GridView &Grid() { return *Find<GridView>("spdList"); }
     int RowCount() const { return screen->List().Count(); }
-    const Line &LineAt(int row) const { return screen->List().At(row); }
-    QString Cell(int row, int column) const { return CellText(LineAt(row), column); }
+    QString Cell(int row, int column) const { return CellText(screen->List().At(row), column); }
     QString Status() { return Find<QLabel>("MSG")->text(); }
 
     void Select(const std::vector<int> &rows)

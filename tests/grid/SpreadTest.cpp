@@ -73,17 +73,6 @@ TEST_F(SpreadTest, LayoutNamesColumnsAndLines)
     }
 }
 
-TEST_F(SpreadTest, ItemsAreFoundByNameWithoutCase)
-{
-    Layout(3, "CustCD\tName\tDate\rTel\tcustcd\rLast");
-    for (const auto &[name, line] : {std::pair{"CUSTCD", 1}, {"tel", 2}, {"LAST", 3}}) {
-        EXPECT_EQ(spread.GetColPosAtRow(name), 1) << name;
-        EXPECT_EQ(spread.GetLinePosAtRow(name), line) << name;
-    }
-    EXPECT_EQ(spread.GetColPosAtRow("色"), 0);
-    EXPECT_EQ(boxes.TakeTexts(), Texts{UnknownItem});
-}
-
 TEST_F(SpreadTest, RowsAreInsertedUpdatedAndRemoved)
 {
     Layout(2, "a\tb");
@@ -107,27 +96,6 @@ TEST_F(SpreadTest, RowsAreInsertedUpdatedAndRemoved)
     EXPECT_TRUE(boxes.Shown().empty());
 }
 
-TEST_F(SpreadTest, ARowOutOfRangeIsReportedAndChangesNothing)
-{
-    Layout(2, "a\tb");
-    spread.SetMinLines(5); // grid rows beyond the items are no items
-    AddRows(2);
-    const QString before = Cells();
-    const std::pair<std::function<void(int)>, QString> operations[]
-        = {{[&](int row) { spread.UpdateItem("x", row); }, "更新行指定エラー"},
-           {[&](int row) { spread.SetItemIntoRow("a", row, "x"); }, "行指定エラー"},
-           {[&](int row) { spread.SetAllItemsIntoRow(row, "x"); }, "行指定エラー"},
-           {[&](int row) { spread.AddItem("x", row == 3 ? 4 : 0); }, "挿入行指定エラー"}};
-    for (const auto &[operation, told] : operations) {
-        for (const int row : {0, 3}) {
-            operation(row);
-            EXPECT_EQ(boxes.TakeTexts(), Texts{told}) << row;
-            EXPECT_EQ(Cells(), before) << told.toStdString() << row;
-        }
-    }
-    EXPECT_EQ(spread.ItemCount(), 2);
-}
-
 TEST_F(SpreadTest, ItemsAreTheLinesOfACell)
 {
     Layout(2, "a\tb\rc\td\re");
@@ -145,6 +113,9 @@ TEST_F(SpreadTest, ItemsAreTheLinesOfACell)
     spread.ActiveCell(2, 1);
     spread.SetItemIntoRow("e", {}, "z"); // no row: the active one
     EXPECT_EQ(item("e", {}), "z");
+    EXPECT_EQ(item("色", 1), "before");
+    EXPECT_EQ(item("a", 3), "before");
+    EXPECT_EQ(boxes.TakeTexts(), (Texts{UnknownItem, "行指定エラー"}));
     EXPECT_EQ(Cells(), "1\rx\r3,B\ry/\r\rz,");
 }
 
@@ -183,7 +154,6 @@ TEST_F(SpreadTest, WhatLiesOutsideIsLeftOut)
         grid.SetCurrentCell(column, row);
         grid.SetText("x");
         EXPECT_EQ(grid.Text(), "");
-        grid.SetForeColor(1);
         for (const auto action : {ActivateCell, DeleteRows, InsertRow, ClearText})
             grid.Perform(action);
     }

@@ -118,13 +118,13 @@ TEST_F(LineListTest, RowsOfAnOrderAreThoseOfAWalkAfterAnySequenceOfChanges)
     }
     Load();
     std::mt19937 random(20261125);
-    const auto upTo = [&](int highest) { return int(random() % unsigned(highest + 1)); };
+    // Grows to begin with and shrinks to nothing at the end.
     for (int step = 0; step < 600 && list.Count() > 0; ++step) {
-        // Grows to begin with and shrinks to nothing at the end.
-        if (upTo(9) < (step < 200 ? 7 : 3))
-            list.InsertBelow(upTo(list.Count()), list.At(1 + upTo(list.Count() - 1)).Split(1));
+        const int row = 1 + int(random() % unsigned(list.Count()));
+        if (random() % 10 < (step < 200 ? 7 : 3))
+            list.InsertBelow(row, list.At(row).Split(1));
         else
-            list.Remove(1 + upTo(list.Count() - 1));
+            list.Remove(row);
         for (qint64 order = 0; order <= 9; ++order) {
             std::vector<int> walk;
             for (int row = 1; row <= list.Count(); ++row)

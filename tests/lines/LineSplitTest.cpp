@@ -34,25 +34,21 @@ TEST_F(LineSplitTest, ACopyTakesTheOrderAndIsOpen)
 
 TEST_F(LineSplitTest, WhatIsLeftIsThatOfTheSubLine)
 {
-    // The answers of the rows of the order's sub-line, instructed 100, and what is left.
-    const std::pair<std::vector<const char *>, const char *> cases[]
-        = {{{"30"}, "70.000"},
-           {{"60", "40"}, "0.000"},
-           {{"60", "40.001"}, "0.000"}, // never less than nothing
-           {{"33.333", "33.333"}, "33.334"},
-           {{"0"}, "0.000"}}; // without an answer all is proposed
+    // The answers of two rows of the order's sub-line, instructed 100, and what is left.
+    const std::tuple<const char *, const char *, const char *> cases[]
+        = {{"30", "0.001", "69.999"},
+           {"60", "40", "0.000"},
+           {"60", "40.001", "0.000"}, // never less than nothing
+           {"0", "1", "0.000"}};      // without an answer all is proposed
     AddOrder(1);
-    AddOrder(2);
-    for (const auto &[answers, left] : cases) {
+    for (const auto &[first, second, left] : cases) {
         file.Run("DELETE FROM TLSP0010");
-        int shpSubNo = 0;
-        for (const char *answer : answers)
-            AddLine(1, 1, ++shpSubNo, QString("AnsVal = %1").arg(answer));
-        AddLine(1, 2, ++shpSubNo, "AnsVal = 50"); // another sub-line of the order
-        AddLine(2, 1, 1, "AnsVal = 50");          // another order
+        AddLine(1, 1, 1, QString("AnsVal = ") + first);
+        AddLine(1, 1, 2, QString("AnsVal = ") + second);
+        AddLine(1, 2, 3, "AnsVal = 50"); // another sub-line
         Load();
         CopyLine(list, 1);
-        EXPECT_EQ(Cell(2, AnswerQuantity), left) << answers.back();
+        EXPECT_EQ(Cell(2, AnswerQuantity), left) << second;
     }
 }
 

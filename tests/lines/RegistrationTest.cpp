@@ -17,7 +17,6 @@ protected:
         RegistrationCounts counted;
         const bool isRegistered = registration.RegisterAnswers(counted);
         counts = QString("%1 %2").arg(counted.added).arg(counted.changed);
-        changedElsewhere = registration.ChangedElsewhere();
         return isRegistered;
     }
 
@@ -37,7 +36,6 @@ protected:
     }
 
     QString counts; ///< added and changed
-    std::set<qint64> changedElsewhere;
 };
 
 constexpr auto NoData = "データが存在しません\r";
@@ -202,29 +200,4 @@ TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
     list.At(2).TakeStored(list.At(2).Now());
     EXPECT_FALSE(Register()) << "a split without its source";
     EXPECT_EQ(boxes.TakeTexts(), (Texts{NoData, NotRegistered("PO-2")}));
-}
-
-TEST_F(RegistrationTest, AnOrderChangedElsewhereIsLeftToTheOther)
-{
-    const std::tuple<const char *, const char *, bool> changes[]
-        = {{"AnsLimDate = '20260610'", "60.000 26/06/10", false},
-           {"AnsVal = 30", "30.000 ", false},
-           {"AnsLimUmu = 3", "60.000 ", true}};
-    for (const auto &[change, shown, isAnswered] : changes) {
-        SCOPED_TRACE(change);
-        LoadThreeOrders();
-        Change("TLSP0010", "AccNo = 2", change);
-        const QString before = Stored("*", "AccNo = 2");
-        EXPECT_TRUE(Register()) << "the run goes on";
-        ASSERT_EQ(boxes.Shown().size(), 1u);
-        EXPECT_TRUE(boxes.TakeTexts()[0].endsWith(
-            "\r注文№ PO-2 は、ほかの人が変更しています。一覧に今の内容を表示しました"));
-        EXPECT_EQ(counts, "0 2");
-        EXPECT_EQ(changedElsewhere, std::set<qint64>{2});
-        EXPECT_EQ(Stored("AnsLimDate", "AccNo <> 2"), "20260601 20260601");
-        EXPECT_EQ(Stored("*", "AccNo = 2"), before);
-        EXPECT_EQ(Cell(2, AnswerQuantity) + ' ' + Cell(2, AnswerDate), shown);
-        EXPECT_EQ(list.At(2).IsAnswered(), isAnswered);
-        EXPECT_EQ(list.UnregisteredCount(), 1) << "the split stays";
-    }
 }

@@ -52,7 +52,10 @@ protected:
         Type(box + "CD", code);
         PlayIn(isCustomer ? "SC040230R" : "SC040220R", choose,
                [&] { Click(isCustomer ? "cmdTSansho" : "cmdSSansho"); });
-        return Text(box + "CD") + ' ' + Text(box + "Name");
+        const QString picked = Text(box + "CD") + ' ' + Text(box + "Name");
+        Click("cmdList");
+        EXPECT_EQ(state.conditions.isProductNameLiteral, !state.conditions.productName.isEmpty());
+        return picked;
     }
 };
 
@@ -98,7 +101,7 @@ TEST_F(PickerTest, WhatIsChosenComesBackAndAClosedPickerChangesNothing)
         auto *grid = player.Find<SpreadGrid>("spdPrdt");
         QTest::mouseDClick(grid->horizontalHeader()->viewport(), Qt::LeftButton);
         EXPECT_NE(Operator::Front("SC040220R"), nullptr) << "a heading chooses nothing";
-        player.ClickCell("spdPrdt", 2, 2);
+        ClickCell(*grid, 2, 2);
         QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, CellPoint(*grid, 2, 2));
     };
     const std::tuple<const char *, const char *, std::function<void(Operator &)>, const char *>

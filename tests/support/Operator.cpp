@@ -91,10 +91,10 @@ void Operator::ClickRow(const QString &grid, int row, Qt::KeyboardModifiers modi
         ::ClickRow(*view, row, modifiers);
 }
 
-void Operator::ClickCell(const QString &grid, int column, int row, Qt::KeyboardModifiers modifiers)
+void Operator::ClickCell(const QString &grid, int column, int row)
 {
     if (auto *view = Find<QTableView>(grid))
-        ::ClickCell(*view, column, row, modifiers);
+        ::ClickCell(*view, column, row);
 }
 
 void Operator::Type(const QString &control, const QString &text)

@@ -51,8 +51,7 @@ public:
     // What hands do. Each goes through real events.
     void Click(const QString &control);
     void ClickRow(const QString &grid, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    void ClickCell(const QString &grid, int column, int row,
-                   Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void ClickCell(const QString &grid, int column, int row);
     void Type(const QString &control, const QString &text); ///< replaces what stands in the box
     void Keys(const QString &text);                         ///< to whatever has the focus
     void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);

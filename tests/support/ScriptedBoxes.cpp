@@ -4,11 +4,28 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
+template <typename T>
+T Take(std::deque<T> &queue, const T &otherwise, const QString &question)
+{
+    if (queue.empty()) {
+        ADD_FAILURE() << "no answer queued for: " << question.toStdString();
+        return otherwise;
+    }
+    const T answer = queue.front();
+    queue.pop_front();
+    return answer;
+}
+
+} // namespace
+
 ScriptedBoxes::ScriptedBoxes()
 {
     SetMsgBoxHandler([this](const MessageBoxRequest &box) { return Answer(box); });
-    SetInputBoxHandler(
-        [this](const QString &prompt, const QString &) { return AnswerText(prompt); });
+    SetInputBoxHandler([this](const QString &prompt, const QString &) {
+        return Take(m_texts, QString(), prompt);
+    });
 }
 
 ScriptedBoxes::~ScriptedBoxes()
@@ -33,25 +50,6 @@ int ScriptedBoxes::Answer(const MessageBoxRequest &box)
     m_shown.push_back(box);
     if (m_look)
         m_look(box);
-    const int buttons = box.style & 0xf;
-    if (buttons == BoxStyle::OkOnly)
-        return BoxButton::Ok;
-    if (m_buttons.empty()) {
-        ADD_FAILURE() << "no answer queued for the question: " << box.text.toStdString();
-        return buttons == BoxStyle::OkCancel ? BoxButton::Cancel : BoxButton::No;
-    }
-    const int button = m_buttons.front();
-    m_buttons.pop_front();
-    return button;
-}
-
-QString ScriptedBoxes::AnswerText(const QString &prompt)
-{
-    if (m_texts.empty()) {
-        ADD_FAILURE() << "no text queued for the input box: " << prompt.toStdString();
-        return {};
-    }
-    const QString text = m_texts.front();
-    m_texts.pop_front();
-    return text;
+    return (box.style & 0xf) == BoxStyle::OkOnly ? BoxButton::Ok
+                                                 : Take(m_buttons, int(BoxButton::No), box.text);
 }

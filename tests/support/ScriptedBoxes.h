@@ -9,7 +9,7 @@
 
 /// Stands in for the operator at every message and input box while it lives: keeps what was shown
 /// and gives the answers queued beforehand. A box with OK alone needs no answer in the queue; a
-/// question without one fails the test and is answered No (or Cancel).
+/// question without one fails the test and is answered No.
 class ScriptedBoxes
 {
 public:
@@ -33,7 +33,6 @@ public:
 
 private:
     int Answer(const MessageBoxRequest &box);
-    QString AnswerText(const QString &prompt);
 
     std::function<void(const MessageBoxRequest &)> m_look;
     std::vector<MessageBoxRequest> m_shown;
