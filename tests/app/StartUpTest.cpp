@@ -1,4 +1,3 @@
-#include "app/CompanyLoading.h"
 #include "app/Main.h"
 #include "support/Machine.h"
 #include "support/QtPrinters.h"
@@ -111,39 +110,18 @@ TEST_F(StartUpTest, SearchBeginsWithTheDefaultCustomer)
 TEST_F(StartUpTest, CompanyTextsHaveTheirWidthsAndWhatCannotBeReadIsBlank)
 {
     file.Run("DELETE FROM TLMT0010");
-    file.Insert("TLMT0010", {{"CoCD", "CO"},
-                             {"CoName", QString(25, u'名')},
+    file.Insert("TLMT0010", {{"CoName", QString(25, u'名')},
                              {"TEL", QVariant()},
                              {"CloseDay", 20},
-                             {"PayMonthKBN", QVariant()},
                              {"DpoYM", 40000}, // too large for its field
-                             {"SaveBackNo", 32767},
-                             {"TaxPer", "abc"},
                              {"PayDenNo", 4000000000.0},
                              {"UpdTime", "093000"}});
-    file.Insert("TLMT0010", {{"CoCD", "SECOND"}});
     file.Run("ALTER TABLE TLMT0010 DROP COLUMN Address");
     EXPECT_TRUE(Start());
-    EXPECT_EQ(state.company.CoCD, "CO          ");
     EXPECT_EQ(state.company.CoName, QString(20, u'名'));
     EXPECT_EQ(state.company.TEL + state.company.Address, QString(112, ' '));
-    EXPECT_EQ(state.company.PayMonthKBN + state.company.DpoYM + state.company.TaxPer, 0);
-    EXPECT_EQ(state.company.SaveBackNo, 32767);
+    EXPECT_EQ(state.company.DpoYM, 0);
     EXPECT_EQ(state.company.PayDenNo, 4e9);
     EXPECT_EQ(state.company.UpdTime, "20    ") << "the closing day, not the time";
     EXPECT_TRUE(boxes.Shown().empty());
-}
-
-TEST_F(StartUpTest, WithoutACompanyRowOnlyTheCompanyMaintenanceGoesOn)
-{
-    file.Run("DELETE FROM TLMT0010");
-    file.Open(state.db);
-    EXPECT_FALSE(LoadCompany(state.db, "TL030101", state.company));
-    EXPECT_EQ(state.company.CoName, QString(20, ' '));
-    EXPECT_TRUE(LoadCompany(state.db, "TL040101", state.company));
-    EXPECT_EQ(state.company.SaveDir, QString(128, ' ')) << "nothing in the registry";
-    machine.windows.Write("REGISTRY.INI", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\NEROVA\\QUILLAN]\r\n"
-                                          "AppFolder=C:\\QUILLAN\r\n");
-    EXPECT_TRUE(LoadCompany(state.db, "tl040101", state.company));
-    EXPECT_EQ(state.company.SaveDir, "C:\\QUILLAN" + QString(118, ' '));
 }

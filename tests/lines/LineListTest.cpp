@@ -24,8 +24,8 @@ protected:
 
 TEST_F(LineListTest, WhichLinesAndInWhichOrder)
 {
-    AddOrder(1);
-    AddOrder(2, "AccDate = '20260401', AccHinName = '部品 A'");
+    AddOrder(1, "AccHinName = '部品 A#'");
+    AddOrder(2, "AccDate = '20260401', AccHinName = '部品 [A]#%_|'");
     AddOrder(3, "ShpSts = 3");
     AddOrder(4, "DpoFlg = 1");
     AddLine(1, 2, 1, "AnsLimDate = '20260601'");
@@ -49,7 +49,7 @@ TEST_F(LineListTest, WhichLinesAndInWhichOrder)
         {{{&S::customerSectionCode, "S1 "}}, "2|1"},
         {{{&S::customerSectionCode, "  "}, {&S::fromDate, "  "}}, all},
         {{{&S::productCode, "hin-0"}}, "2|1"},
-        {{{&S::productName, "部品"}}, "2|1"},
+        {{{&S::productName, "部品 [[]*"}}, "2|1"},
         {{{&S::orderNo, "X#1'"}}, "2|1"},
         {{{&S::orderNo, "X1"}}, ""}, // the number sign is no digit
         {{{&S::orderNo, "*#"}}, "2|1"},
@@ -73,6 +73,12 @@ TEST_F(LineListTest, WhichLinesAndInWhichOrder)
         for (const auto &[condition, text] : conditions)
             search.*condition = text;
         EXPECT_EQ(found(), lines) << (conditions.empty() ? "" : conditions[0].second.toStdString());
+    }
+    search = {};
+    search.isProductNameLiteral = true;
+    for (const auto &[name, lines] : {std::pair{"部品 [A]#%_|", "2|1"}, {"部品 *", ""}}) {
+        search.productName = name;
+        EXPECT_EQ(found(), lines) << name;
     }
     search = {};
     search.sortKeys = {"ODRNO", "ACCHINCD", "MFACTNO", "LIMDATE", "SHPDATE", "CUSTSECCD"};

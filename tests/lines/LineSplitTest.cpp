@@ -25,7 +25,6 @@ TEST_F(LineSplitTest, ACopyTakesTheOrderAndIsOpen)
     EXPECT_EQ(list.UnregisteredCount(), 1);
     // Of a defective and shipped line, and of copies.
     CopyLine(list, 3);
-    CopyLine(list, 4);
     CopyLine(list, 2);
     EXPECT_TRUE(list.At(5).IsDefective()) << "a copy has the colour of its source";
     EXPECT_FALSE(list.At(5).IsShipped());

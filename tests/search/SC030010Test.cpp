@@ -1,6 +1,5 @@
 #include "search/SC030010.h"
 
-#include "data/dao/Dialect.h"
 #include "forms/Form.h"
 #include "search/MasterFixture.h"
 #include "support/ScriptedBoxes.h"
@@ -257,18 +256,6 @@ TEST_F(SearchScreen, ANameOfTheMasterIsShownAndSearchedAsItIs)
     Key(Qt::Key_End);
     Key(Qt::Key_Backspace);
     EXPECT_EQ(search(), Search(name.chopped(1), false)) << "it is the operator's by now";
-}
-
-TEST_F(SearchScreen, ALiteralTextFindsWhatBeginsWithItAndNothingElse)
-{
-    const QString stored[] = {"ﾈｼﾞ[M6]*", "ﾈｼﾞM", "A#1", "A11", "%_\\'|?", "%x", "[", "!a"};
-    for (const QString &name : stored)
-        AddProduct("P", name.toUtf8());
-    for (const QString &name : stored) {
-        const QString sql = "SELECT HinName FROM TLMT0020 WHERE HinName LIKE '"
-                            + LiteralLikeText(SqlText(name)) + "*'";
-        EXPECT_EQ(database.Rows(ToSqlite(sql)), name);
-    }
 }
 
 TEST_F(SearchScreen, ABadDateIsShownOnceAndKeepsTheFocus)
