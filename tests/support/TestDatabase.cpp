@@ -29,7 +29,7 @@ TestDatabase::TestDatabase()
 
 void TestDatabase::Open(bDAO &db) const
 {
-    ASSERT_TRUE(db.OpenDB(folder.OnDriveC(), SystemPath(), false, ConnectText));
+    ASSERT_TRUE(db.OpenDB(folder.OnDriveC(), "C:\\TLDB0010.MDB", false, ConnectText));
 }
 
 void TestDatabase::Insert(const QString &table,

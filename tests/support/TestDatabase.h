@@ -18,8 +18,6 @@ class TestDatabase
 public:
     TestDatabase();
 
-    /// The paths of the database file: as the system writes it, and the machine's own.
-    QString SystemPath() const { return "C:\\TLDB0010.MDB"; }
     QString LocalPath() const { return folder.Path("TLDB0010.MDB"); }
 
     /// Opens the database for the program.
