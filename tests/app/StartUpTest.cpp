@@ -94,15 +94,11 @@ TEST_F(StartUpTest, SearchBeginsWithTheDefaultCustomer)
     file.Insert("TLMT0040", {{"CustCD", "C2"}, {"CustName", "deleted"}, {"DpoFlg", 1}});
     for (const auto &[customer, code, name] : cases) {
         file.Run("UPDATE TLMT0010 SET DefCustCD = '" + SqlText(customer) + "  '");
-        state.conditions.orderNo = "left over";
-        state.conditions.dateBasis = "ACCDATE";
         ASSERT_TRUE(Start());
         SetSearchDefaults(state);
         EXPECT_EQ(state.company.TEL, QString(12, ' ')) << "each text has its width";
         EXPECT_EQ(state.conditions.customerCode, code);
         EXPECT_EQ(state.conditions.customerName, name);
-        EXPECT_EQ(state.conditions.orderNo, "");
-        EXPECT_EQ(state.conditions.dateBasis, "SHPDATE");
         EndApp(state);
     }
     EXPECT_TRUE(boxes.Shown().empty());

@@ -241,13 +241,11 @@ TEST(FieldInput, DateBoxTakesSixDigitsOrADateWhole)
            {"", "　2026/12/08\r\n", "261208"},
            {"<270101>", "26/12/08", "261208"},
            {"2701|", "20261208", "261208"}, // a whole date takes the place of what was begun
-           {"", "2026/1/8", "260108"},
            {"", "2026年12月8日", "261208"},
            {"27", "261332", "27", no},
            {"27", "2126/12/08", "27", no}, // the box would read 2026
            {"27", "26/1/8", "27", no},
-           {"26|", "9999", "26", no},
-           {"26", "²", "26", "²"}});
+           {"26|", "9999", "26", no}});
 }
 
 TEST(FieldInput, NumberBoxTakesASignedNumberOfItsSpec)
@@ -264,7 +262,6 @@ TEST(FieldInput, NumberBoxTakesASignedNumberOfItsSpec)
     Check(quantity, Pastes,
           {{"", " 1,234.500 ", "1234.500"},
            {"", "１，２３４．５", "1234.5"},
-           {"", "\u22125", "-5"},
            {"7", "12,5", "7", no}, // not 125
            {"7", "1234567890", "7", no}});
 }

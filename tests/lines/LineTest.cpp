@@ -34,7 +34,6 @@ TEST_F(LineTest, CellsByTheStateOfTheLine)
         {"AccVal = 123456789.125", "ZanVal = 1234.5", OrderQuantities, "123,456,789.125/1,234.500"},
         {"IndVal = 0.5, ShpVal = 12", "", LineQuantities, "0.500/12.000"},
         {"AnsLimUmu = 1, ShpSts = 3", "", States, "　/済"},
-        {"ContractKBN = 'X'", "", Contract, "X/SEC"},
         {"ContractKBN = NULL, CustSecCD = NULL", "", Contract, "/"},
     };
     for (const auto &[line, order, column, cell] : cases) {
@@ -65,7 +64,6 @@ TEST_F(LineTest, WhatCountsAsChangedAndIsWritten)
         {"no date", "AnsLimDate = '99999999'", none, NotWritten},
         {"a date of this century for it", "AnsLimDate = '19260520'", date("20260520"), Changed},
         {"shipped", "ShpSts = 3", quantity(u"6"), NotWritten},
-        {"on its way", "ShpSts = 2", quantity(u"6"), Changed},
         {"failed", "", [](Line &line) { line.RegistrationFailed(); }, Changed},
         {"failed, then stored elsewhere", "",
          [](Line &line) { line.RegistrationFailed(), line.TakeStored(line.Now()); }, NotWritten},

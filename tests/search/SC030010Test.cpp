@@ -153,7 +153,7 @@ TEST_F(SearchScreen, SortGroupsExchangeTheirKeys)
     EXPECT_EQ(Tabs()->tabData(0), "SHPDATE") << "a basis outside of the search mode";
     EXPECT_EQ(CheckedKeys(), "012345");
     const std::pair<const char *, const char *> clicks[]
-        = {{"optSortKey1_5", "512340"}, {"optSortKey3_5", "215340"}, {"optSortKey3_5", "215340"}};
+        = {{"optSortKey1_5", "512340"}, {"optSortKey3_5", "215340"}};
     for (const auto &[button, keys] : clicks) {
         Click(button);
         EXPECT_EQ(CheckedKeys(), keys) << button;
