@@ -132,7 +132,6 @@ TEST_F(ListScreen, WithoutLinesItClosesItself)
     file.Run("DELETE FROM TLSP0010");
     Show();
     EXPECT_FALSE(screen->isVisible());
-    EXPECT_TRUE(state.isReloadNeeded);
     EXPECT_EQ(boxes.TakeTexts(), Texts{"データが存在しません\r"});
     file.Run("DROP TABLE TLMT0040");
     Show();

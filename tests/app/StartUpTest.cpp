@@ -35,7 +35,6 @@ TEST_F(StartUpTest, WhereTheDatabaseIsLookedFor)
     // the database is in the program's folder, and where it is found (empty: the program ends).
     const std::tuple<const char *, QString, QString, bool, QString> cases[] = {
         {"version 4.1 first", "DBPATH_V4.1=" + here + "\nDBPATH=" + there, {}, false, here},
-        {"the second key", "DBPATH=" + there, {}, false, there},
         {"no database there", "DBPATH_V4.1=" + none + "\nDBPATH=" + there, {}, false, there},
         {"trailing backslash", "DBPATH_V4.1=" + here + "\\", {}, false, here},
         {"a drive", "DBPATH=C:\\\n[DRIVES]\nC=" + here, {}, false, "C:"},

@@ -202,7 +202,6 @@ TEST(FieldInput, CodeBoxTakesHalfWidthCharactersOnly)
         {"", "A1'#*[|ｱ", "A1'#*[|ｱ"},
         {"", "ABCDEFGHIJ", "ABCDEFGH", "半角 8 文字まで"},
         {"|12345678", "A", "12345678", "半角 8 文字まで"}, // full: nothing is pushed out
-        {"<123>45678", "AB", "AB45678"},
         {"12|3456", "ABC", "12AB3456", "半角 8 文字まで"},
         {"12", "納", "12", "半角文字"},
     };

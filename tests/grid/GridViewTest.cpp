@@ -165,7 +165,6 @@ TEST_F(GridViewTest, WhatEndsAnEdit)
          [] { Key(Qt::Key_Return), Keys("8"), Key(Qt::Key_Tab), Keys("260601"), Key(Qt::Key_Tab); },
          "2-3 7-8 at 2,5"},
         {"another cell", [&] { Click(1, 6); }, "6 at 1,6"},
-        {"a heading", [&] { ClickHeading(7); }, "7 at 1,7"},
         {"a command", [&] { EXPECT_TRUE(grid.FinishEdit()); }, "2 7-8 at 2,2"},
     };
     for (const auto &[what, act, cursor] : cases) {

@@ -64,6 +64,7 @@ TEST_F(LineTest, WhatCountsAsChangedAndIsWritten)
         {"no date", "AnsLimDate = '99999999'", none, NotWritten},
         {"a date of this century for it", "AnsLimDate = '19260520'", date("20260520"), Changed},
         {"shipped", "ShpSts = 3", quantity(u"6"), NotWritten},
+        {"on its way", "ShpSts = 2", quantity(u"6"), Changed},
         {"failed", "", [](Line &line) { line.RegistrationFailed(); }, Changed},
         {"failed, then stored elsewhere", "",
          [](Line &line) { line.RegistrationFailed(), line.TakeStored(line.Now()); }, NotWritten},

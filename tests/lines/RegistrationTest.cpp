@@ -41,10 +41,7 @@ protected:
 
 constexpr auto NoData = "データが存在しません\r";
 
-QString NotRegistered(const char *orderNo)
-{
-    return QString("登録されませんでした\r注文№ ") + orderNo;
-}
+const QString NotRegistered = "登録されませんでした\r注文№ ";
 
 } // namespace
 
@@ -153,7 +150,7 @@ TEST_F(RegistrationTest, AnOrderIsOneTransactionWhereverItsRowsStand)
     file.Run("CREATE TRIGGER Refuse BEFORE UPDATE ON TLSP0010 WHEN NEW.ShpSubNo = 2 "
              "BEGIN SELECT RAISE(ABORT, 'refused'); END");
     EXPECT_FALSE(Register());
-    EXPECT_EQ(boxes.TakeTexts().back(), NotRegistered("C"));
+    EXPECT_EQ(boxes.TakeTexts().back(), NotRegistered + "C");
     EXPECT_EQ(Stored("AnsLimDate"), "  ") << "nothing of the order, and none behind it";
     EXPECT_EQ(list.UnregisteredCount(), 3);
 }
@@ -182,8 +179,8 @@ TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
         ASSERT_EQ(texts.size(), told == Only15 ? 1u : 2u);
         EXPECT_EQ(texts.front() == NoData, told == NoDataFirst);
         EXPECT_EQ(texts.front().startsWith("ｴﾗｰｺｰﾄﾞ："), told == EngineErrorFirst);
-        EXPECT_TRUE(texts.back().startsWith(NotRegistered("PO-2")));
-        EXPECT_EQ(texts.back() != NotRegistered("PO-2"), told == Only15) << "the reason";
+        EXPECT_TRUE(texts.back().startsWith(NotRegistered + "PO-2"));
+        EXPECT_EQ(texts.back() != NotRegistered + "PO-2", told == Only15) << "the reason";
         EXPECT_EQ(counts, "0 1") << "only what was committed counts";
         EXPECT_EQ(Stored("AnsLimDate", "AccNo = 1"), "20260601");
         EXPECT_EQ(Stored("*", "AccNo > 1"), before);
@@ -200,7 +197,7 @@ TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
     file.Run("DELETE FROM TLSP0010 WHERE AccNo = 2");
     list.At(2).TakeStored(list.At(2).Now());
     EXPECT_FALSE(Register()) << "a split without its source";
-    EXPECT_EQ(boxes.TakeTexts(), (Texts{NoData, NotRegistered("PO-2")}));
+    EXPECT_EQ(boxes.TakeTexts(), (Texts{NoData, NotRegistered + "PO-2"}));
 }
 
 TEST_F(RegistrationTest, AnInsertFollowsTheColumnsOfTheFile)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QRect>
 #include <QString>
 #include <ostream>
 
@@ -15,9 +14,4 @@ inline void PrintTo(const QString &text, std::ostream *out)
 inline void PrintTo(const QByteArray &bytes, std::ostream *out)
 {
     *out << bytes.size() << " bytes " << bytes.left(200).toPercentEncoding(" ").toStdString();
-}
-
-inline void PrintTo(const QRect &rect, std::ostream *out)
-{
-    *out << rect.x() << ',' << rect.y() << ' ' << rect.width() << 'x' << rect.height();
 }
