@@ -84,29 +84,6 @@ TEST_F(SpreadTest, RowsAreInsertedUpdatedAndRemoved)
     EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{"挿入行指定エラー"});
 }
 
-TEST_F(SpreadTest, MinLinesKeepsGridRows)
-{
-    Layout(2, "a\tb");
-    const std::tuple<std::function<void()>, int, const char *> steps[] = {
-        {[&] { spread.SetMinLines(3), spread.SetMinLines(-1); }, 0, ",/,/,"},
-        {[&] { AddRows(5); }, 5, "a1,b1/a2,b2/a3,b3/a4,b4/a5,b5"},
-        {[&] { spread.SetMinLines(4); }, 5, "a1,b1/a2,b2/a3,b3/a4,b4/a5,b5"},
-        {[&] { spread.RemoveItem(1); }, 4, "a2,b2/a3,b3/a4,b4/a5,b5"},
-        {[&] { spread.RemoveItem(2); }, 3, "a2,b2/a4,b4/a5,b5/,"}, // the empty row comes last
-        {[&] { spread.Clear(2, 2, 3, 2); }, 0, "a2,b2/a4,/a5,/,"},
-        {[&] { spread.Clear(-1, -1, -1, -1); }, 0, ",/,/,/,"},
-        {[&] { spread.RemoveItem(1); }, 0, ",/,/,/,"},
-        {[&] { spread.SetMinLines(0); }, 0, ""},
-        {[&] { AddRows(1); }, 1, "a1,b1"},
-    };
-    for (const auto &[operation, items, cells] : steps) {
-        operation();
-        EXPECT_EQ(Cells(), cells);
-        EXPECT_EQ(spread.ItemCount(), items) << cells;
-        EXPECT_TRUE(grid.Redraw()) << cells;
-    }
-}
-
 TEST_F(SpreadTest, RowsComeAndGoWhileRedrawIsOff)
 {
     SpreadModel &model = grid.Model();

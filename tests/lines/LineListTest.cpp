@@ -28,7 +28,7 @@ TEST_F(LineListTest, WhichLinesAndInWhichOrder)
     AddOrder(2, "AccDate = '20260401', AccHinName = '部品 [A]#%_|'");
     AddOrder(3, "ShpSts = 3");
     AddOrder(4, "DpoFlg = 1");
-    AddLine(1, 2, 1, "AnsLimDate = '20260601'");
+    AddLine(1, 2, 1, "AnsLimDate = '20260601', CustSecCD = 'S0'");
     AddLine(1, 2, 2, "AnsLimDate = '20260501', DenKBN = 15");
     AddLine(1, 1, 3);
     AddLine(1, 1, 4, "ShpSts = 4");
@@ -81,8 +81,8 @@ TEST_F(LineListTest, WhichLinesAndInWhichOrder)
         EXPECT_EQ(found(), lines) << name;
     }
     search = {};
-    search.sortKeys = {"ODRNO", "ACCHINCD", "MFACTNO", "LIMDATE", "SHPDATE", "CUSTSECCD"};
-    EXPECT_EQ(found(), "1|3 1|2 1|1 2|1 defective");
+    search.sortKeys = {"ODRNO", "ACCHINCD", "MFACTNO", "CUSTSECCD", "SHPDATE", "LIMDATE"};
+    EXPECT_EQ(found(), "1|1 1|3 1|2 2|1 defective");
     // An order is read whole, whatever the search was.
     EXPECT_TRUE(ReadOrders(state.db, {4, 1}, list));
     EXPECT_EQ(Keys(), "1|3 1|4 1|5 1|1 1|2 4|1");

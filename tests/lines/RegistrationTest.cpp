@@ -200,6 +200,23 @@ TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
     EXPECT_EQ(boxes.TakeTexts(), (Texts{NoData, NotRegistered + "PO-2"}));
 }
 
+TEST_F(RegistrationTest, AnOrderChangedElsewhereIsLeftToTheOther)
+{
+    for (const char *change : {"AnsLimDate = '20260610'", "AnsVal = 30", "AnsLimUmu = 3"}) {
+        SCOPED_TRACE(change);
+        LoadThreeOrders();
+        Change("TLSP0010", "AccNo = 2", change);
+        const QString before = Stored("*", "AccNo = 2");
+        EXPECT_TRUE(Register()) << "the run goes on";
+        EXPECT_TRUE(boxes.TakeTexts().at(0).contains("PO-2 は、ほかの人が変更しています"));
+        EXPECT_EQ(counts, "0 2");
+        EXPECT_EQ(Stored("*", "AccNo = 2"), before);
+        const Answer stored = list.At(2).Now();
+        Load();
+        EXPECT_EQ(stored, list.At(2).Now()) << "as the list shows it anew";
+    }
+}
+
 TEST_F(RegistrationTest, AnInsertFollowsTheColumnsOfTheFile)
 {
     // Columns in an order of their own, and some that only another program knows.
