@@ -204,8 +204,11 @@ TEST_F(ListScreen, AnEditSelectsTheLineThatItChanges)
         Key(Qt::Key_F2);
         Key(Qt::Key_Return);
     }
+    Grid().Activate(AnswerQuantity, 3);
+    Keys("100.0"); // as is proposed
+    Key(Qt::Key_Return);
     EXPECT_EQ(screen->List().UnregisteredCount(), 0);
-    EXPECT_EQ(Cursor(), " 6,4");
+    EXPECT_EQ(Cursor(), " 5,4");
     Grid().Activate(AnswerDate, 3);
     Keys("260601");
     Key(Qt::Key_Return);
