@@ -31,6 +31,15 @@ bool IsWrittenTo(const QString &localPath)
     return QFile::exists(localPath + "-journal");
 }
 
+/// Whether somebody holds or waits for the right to write, who has perhaps not changed anything
+/// yet.
+bool IsReserved(sqlite3_file *file)
+{
+    int isReserved = 0;
+    file->pMethods->xCheckReservedLock(file, &isReserved);
+    return isReserved != 0;
+}
+
 /// Waits until nobody has written for a while. False when the check is to stop.
 bool WaitForQuiet(const QString &localPath, const std::stop_token &stop)
 {
@@ -61,10 +70,12 @@ QStringList FileFaults(const QString &table, const QString &reported)
 std::optional<QStringList> FaultsOf(Database &database, const QString &table,
                                     const QString &localPath, const std::stop_token &stop)
 {
+    sqlite3_file *file = nullptr;
+    sqlite3_file_control(database.Connection(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
     std::atomic<bool> hasGivenWay = false;
     const std::jthread watch([&](const std::stop_token &isDone) {
         for (; !isDone.stop_requested(); std::this_thread::sleep_for(Interval)) {
-            if (!stop.stop_requested() && !IsWrittenTo(localPath))
+            if (!stop.stop_requested() && !IsWrittenTo(localPath) && !IsReserved(file))
                 continue;
             hasGivenWay = true;
             sqlite3_interrupt(database.Connection());

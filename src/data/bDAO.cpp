@@ -85,10 +85,10 @@ bool bDAO::DBExecute(const QString &sql)
     });
 }
 
-bool bDAO::BeginTrans()
+bool bDAO::BeginTrans(bool isExclusive)
 {
     return Guarded(false, [&] {
-        m_workspace->BeginTrans();
+        m_workspace->BeginTrans(isExclusive);
         m_isInTransaction = true;
         return true;
     });

@@ -36,7 +36,7 @@ public:
     /// statement; a DELETE is not. Neither starts nor ends a transaction.
     bool DBExecute(const QString &sql);
 
-    bool BeginTrans();
+    bool BeginTrans(bool isExclusive = false); ///< exclusive: others can't read either
     bool CommitTrans(); ///< one that fails leaves the transaction open, to be rolled back
     bool Rollback();
 

@@ -101,9 +101,11 @@ bool Line::NeedsDate() const
     return LinKBN() == AnswersNeedDate;
 }
 
-QString Line::OutputPath() const
+std::optional<QString> Line::OutputPath() const
 {
-    return Whole(LineField::NokiInfKBN) == 1 ? Trim(Text(LineField::NokiInfPath)) : QString();
+    if (Whole(LineField::NokiInfKBN) != 1)
+        return std::nullopt;
+    return Trim(Text(LineField::NokiInfPath));
 }
 
 bool Line::IsShipped() const
@@ -195,10 +197,26 @@ bool Line::IsOtherThan(const Line &reading) const
            || Instructed() != reading.Instructed();
 }
 
+void Line::Reread(const Line &reading)
+{
+    const bool wasSentHere = m_wasSentHere;
+    const bool isStoredSince = m_isStoredSinceAnswered || reading.m_stored != m_stored;
+    *this = reading;
+    m_wasSentHere = wasSentHere;
+    m_isStoredSinceAnswered = isStoredSince;
+}
+
 void Line::KeepAnswerOver(const Line &reading)
 {
     const Answer now = m_now;
-    *this = reading;
+    Reread(reading);
     m_now = now;
     m_hasDateMark = !IsSpecifiedDate(now.date);
+}
+
+void Line::RereadSource(const Line &reading)
+{
+    m_record = reading.m_record;
+    if (!m_now.date.isEmpty())
+        m_hasDateMark = !IsSpecifiedDate(m_now.date);
 }

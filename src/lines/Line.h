@@ -7,6 +7,7 @@
 
 #include <QSet>
 #include <QString>
+#include <optional>
 
 /// An answer to a delivery line.
 struct Answer
@@ -56,8 +57,10 @@ public:
     bool IsEdi() const { return Whole(LineField::EDIKBN) == 1; }
     bool IsDefective() const;
     int LinKBN() const { return Whole(LineField::LinKBN); }
-    bool NeedsDate() const;     ///< the customer takes no answer without a date
-    QString OutputPath() const; ///< of the customer's answer file; empty: none is written
+    bool NeedsDate() const; ///< the customer takes no answer without a date
+
+    /// Of the customer's answer file, trimmed; nothing for one who gets no records.
+    std::optional<QString> OutputPath() const;
 
     bool IsShipped() const;
     bool MayBeAnswered() const; ///< not shipped or beyond: the record holds it
@@ -107,9 +110,15 @@ public:
     /// operator saw of it.
     bool IsOtherThan(const Line &reading) const;
 
-    /// Takes another reading of the same line for what the database has, and keeps the answer as it
-    /// stands: that it overwrites the other one is meant.
+    /// Takes another reading of the same line in its place, as somebody else has left it; what this
+    /// list has done with it stays known.
+    void Reread(const Line &reading);
+
+    /// The same, but the answer as it stands stays: that it overwrites the other one is meant.
     void KeepAnswerOver(const Line &reading);
+
+    /// Takes what the order says from another reading of the line that this split is of.
+    void RereadSource(const Line &reading);
 
 private:
     enum class State : quint8 { Open, Answered, AnsweredHere };

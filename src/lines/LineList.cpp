@@ -34,12 +34,27 @@ void LineList::Remove(int row)
     m_lines.erase(m_lines.begin() + (row - 1));
 }
 
-void LineList::Replace(int row, const LineList &readings, const Line &reading)
+void LineList::Reread(int row, const LineList &readings, const Line &reading, bool keepsAnswer)
 {
-    At(row) = reading;
     for (const auto &rows : readings.m_rows)
         if (std::find(m_rows.begin(), m_rows.end(), rows) == m_rows.end())
             m_rows.push_back(rows);
+    Line &line = At(row);
+    if (keepsAnswer)
+        line.KeepAnswerOver(reading);
+    else
+        line.Reread(reading);
+    for (const int other : RowsOfOrder(line.Key().accNo))
+        if (!At(other).IsStored() && At(other).Source() == line.Key())
+            At(other).RereadSource(reading);
+}
+
+void LineList::ForgetSumErrors(qint64 accNo)
+{
+    for (const int row : RowsOfOrder(accNo))
+        if (const LineError error = At(row).Error();
+            error == LineError::NoSum || error == LineError::MoreThanOpen)
+            At(row).SetError(LineError::None);
 }
 
 std::vector<int> LineList::RowsOfOrder(qint64 accNo) const

@@ -29,8 +29,12 @@ public:
     void InsertBelow(int row, const Line &line);
     void Remove(int row);
 
-    /// Puts another reading of the same line in a row's place; its own lines may go afterwards.
-    void Replace(int row, const LineList &readings, const Line &reading);
+    /// Takes another reading of a row's line, of a list that may go afterwards; splits of the line
+    /// that are not stored yet take it over. `keepsAnswer`: the answer as it stands stays.
+    void Reread(int row, const LineList &readings, const Line &reading, bool keepsAnswer = false);
+
+    /// Takes the errors away that are about the sum of an order's answers.
+    void ForgetSumErrors(qint64 accNo);
 
     /// The rows of an order, from top to bottom.
     std::vector<int> RowsOfOrder(qint64 accNo) const;

@@ -1,6 +1,7 @@
 #include "lines/LineSplit.h"
 
 #include "data/bDAO.h"
+#include "lines/ListLoading.h"
 #include "messages/bMessage.h"
 #include "platform/MsgBox.h"
 
@@ -38,8 +39,6 @@ void CopyLine(LineList &list, int row)
 
 namespace {
 
-constexpr auto IsAnsweredText = "このデータは 納期回答済です";
-
 /// Why the line is no split that could be taken back; empty when it is one.
 QString DeleteRefusal(const Line &line)
 {
@@ -48,45 +47,43 @@ QString DeleteRefusal(const Line &line)
     if (line.IsShipped())
         return "このデータは 出荷済です";
     if (line.IsAnswered())
-        return IsAnsweredText;
+        return "このデータは 納期回答済です";
     return {};
 }
 
-bool HasAnswered(bDAO &db, Recordset &lines, int shpSubNo)
+/// Deletes the line when it may still be and others of its sub-line stay open. Why not is told when
+/// nothing is locked any more.
+bool DeleteStoredLine(bDAO &db, const Line &line)
 {
-    constexpr double AnswerOutput = 3; // AnsLimUmu
-    for (; !db.IsEOF(&lines); db.MoveNext(lines))
-        if (db.NullToZero(lines, u"ShpSubNo") == shpSubNo)
-            return db.NullToZero(lines, u"AnsLimUmu") == AnswerOutput;
-    return false;
-}
-
-/// Deletes the line when others of its sub-line stay open. Why not, as a text of its own or below
-/// message 19, is told when nothing is locked any more.
-bool DeleteStoredLine(bDAO &db, const LineKey &key)
-{
+    const LineKey &key = line.Key();
     const QString subLine = "WHERE ACCNO = " + QString::number(key.accNo) + " AND "
                             + "AccSubNo = " + QString::number(key.accSubNo);
     if (!db.BeginTrans())
         return false;
     const auto openLines = db.OpenRS("Select * From TLSP0010 " + subLine + " AND "
                                      + "ShpSts = 1 AND " + "DpoFlg = 0 ");
-    const bool isRead = openLines != nullptr;
+    LineList stored; // somebody else may have worked on the line since the list was loaded
+    const bool isRead = openLines && ReadOrders(db, {key.accNo}, stored);
+    const int row = isRead ? stored.RowOf(key) : 0;
+    const bool isGone = isRead && row == 0;
     const bool isLast = isRead && openLines->RecordCount() <= 1;
-    // Somebody else may have answered it since the list was loaded.
-    const bool isAnswered = isRead && HasAnswered(db, *openLines, key.shpSubNo);
-    const bool isDeleted = isRead && !isLast && !isAnswered
+    QString refusal = row > 0 ? DeleteRefusal(stored.At(row)) : QString();
+    if (refusal.isEmpty() && row > 0 && line.IsOtherThan(stored.At(row)))
+        refusal = "このデータは ほかの人が変更しています";
+    const bool isDeleted = row > 0 && !isLast && refusal.isEmpty()
                            && db.DBExecute("DELETE FROM TLSP0010 " + subLine + " AND "
                                            + "ShpSubNo = " + QString::number(key.shpSubNo) + ";")
                            && db.CommitTrans();
     if (isDeleted)
         return true;
     db.Rollback();
-    if (isLast)
+    if (isGone)
+        ShowMessage(Message::NoData);
+    else if (!refusal.isEmpty())
+        ShowMessage(Message::NotDeleted, refusal);
+    else if (isLast)
         MsgBox("このデータは 分納データではありません\rまたは、これ以上 削除できません",
                BoxStyle::Exclamation, "注意");
-    else if (isAnswered)
-        ShowMessage(Message::NotDeleted, IsAnsweredText);
     return false;
 }
 
@@ -100,5 +97,5 @@ bool DeleteLine(bDAO &db, const Line &line)
         return false;
     }
     return ShowMessage(Message::MayDelete) == BoxButton::Yes
-           && (!line.IsStored() || DeleteStoredLine(db, line.Key()));
+           && (!line.IsStored() || DeleteStoredLine(db, line));
 }

@@ -3,7 +3,7 @@
 #include "data/bDAO.h"
 #include "lines/ListLoading.h"
 #include "messages/bMessage.h"
-#include "util/VbText.h"
+#include "util/bDate.h"
 
 #include <algorithm>
 #include <limits>
@@ -52,7 +52,9 @@ bool Registration::RegisterAnswers(RegistrationCounts &counts, const ShowStatusT
 {
     LongWork work(showStatus, RegistrationText, m_list.Count());
     for (int row = 1; row <= m_list.Count(); ++row) {
-        work.Step();
+        m_isStopped = !work.Step();
+        if (m_isStopped)
+            return true;
         const std::vector<int> rows = m_list.RowsOfOrder(m_list.At(row).Key().accNo);
         const bool isDue = rows.front() == row && std::ranges::any_of(rows, [&](int of) {
                                return Decide(of) != RowKind::NotWritten;
@@ -66,7 +68,7 @@ bool Registration::RegisterAnswers(RegistrationCounts &counts, const ShowStatusT
 bool Registration::RegisterOrder(const std::vector<int> &rows, RegistrationCounts &counts)
 {
     m_written.clear();
-    m_failingRow = rows.front();
+    m_failingRow = 0;
     Result result = Result::DatabaseError;
     if (m_db.BeginTrans()) {
         result = WriteOrder(rows);
@@ -81,7 +83,7 @@ bool Registration::RegisterOrder(const std::vector<int> &rows, RegistrationCount
         return true;
     }
     if (result != Result::Written)
-        return Fail(result, m_failingRow);
+        return Fail(result, m_list.At(m_failingRow > 0 ? m_failingRow : rows.front()).OrderNo());
     for (const WrittenRow &written : m_written) {
         counts.added += written.kind == RowKind::NewLine;
         counts.changed += written.kind == RowKind::Changed;
@@ -103,13 +105,13 @@ QString Registration::ReasonFor(Result result)
     }
 }
 
-bool Registration::Fail(Result result, int row)
+bool Registration::Fail(Result result, const QString &orderNo)
 {
-    Line &line = m_list.At(row);
-    line.RegistrationFailed();
+    if (m_failingRow > 0)
+        m_list.At(m_failingRow).RegistrationFailed();
     if (result == Result::LineMissing)
         ShowMessage(Message::NoData);
-    ShowMessage(Message::NotRegistered, "注文№ " + line.OrderNo() + ReasonFor(result));
+    ShowMessage(Message::NotRegistered, "注文№ " + orderNo + ReasonFor(result));
     return false;
 }
 
@@ -162,7 +164,9 @@ std::optional<WrittenAnswer> Registration::AnswerFor(const Recordset &stored, co
     answer.shipDate = isKept ? m_db.NullToRTrim(stored, u"ShpDate") : *shipDate;
     answer.arrivalDate = isKept ? m_db.NullToRTrim(stored, u"ArvExpDate") : date;
     answer.quantity = line.Now().quantity;
-    answer.mark = line.IsSpecifiedDate(date) ? "1" : "2";
+    // By the date that the row has now: what the order says may have changed.
+    const QString specified = m_db.NullToRTrim(stored, u"LimDate");
+    answer.mark = ShownDate(date) == ShownDate(specified) ? "1" : "2";
     return answer;
 }
 
@@ -173,7 +177,7 @@ Registration::Result Registration::WriteStoredLine(const Line &line)
         return Result::DatabaseError;
     if (m_db.IsEOF(stored.get()))
         return Result::LineMissing;
-    if (m_db.FieldsOf(*stored, {"CustCD", "PayDstCD", "ShpSts", "ShpDate", "ArvExpDate",
+    if (m_db.FieldsOf(*stored, {"CustCD", "PayDstCD", "LimDate", "ShpSts", "ShpDate", "ArvExpDate",
                                 "AnsLimDate", "AnsVal", "AnsLimUmu"})
             .empty())
         return Result::DatabaseError;
@@ -200,7 +204,8 @@ Registration::Result Registration::InsertLine(const Line &line, int &shpSubNo)
     const auto payKeys
         = m_db.OpenRS("SELECT PayKeyNo, PayKeySubNp FROM TLSP0010 WHERE ACCNO = " + accNo + ";");
     if (!source || !highest || !payKeys
-        || m_db.FieldsOf(*source, {"CustCD", "PayDstCD", "PayKeyNo", "PayKeySubNp", "ShpSubNo"})
+        || m_db.FieldsOf(*source,
+                         {"CustCD", "PayDstCD", "LimDate", "PayKeyNo", "PayKeySubNp", "ShpSubNo"})
                .empty())
         return Result::DatabaseError;
     MoveToLine(m_db, *source, key.shpSubNo);
@@ -235,13 +240,18 @@ void GiveOrderUp(bDAO &db, LineList &list, qint64 accNo)
 {
     QString orderNo;
     LineList stored;
-    const bool isRead = ReadOrders(db, {accNo}, stored);
+    bool isAllShown = ReadOrders(db, {accNo}, stored);
+    int shown = 0;
     for (const int row : list.RowsOfOrder(accNo)) {
         const Line &line = list.At(row);
         orderNo = line.OrderNo();
-        const int reading = isRead && line.IsStored() ? stored.RowOf(line.Key()) : 0;
+        const int reading = line.IsStored() ? stored.RowOf(line.Key()) : 0;
+        isAllShown &= reading > 0 || !line.IsStored();
+        shown += reading > 0;
         if (reading > 0)
-            list.Replace(row, stored, stored.At(reading));
+            list.Reread(row, stored, stored.At(reading));
     }
-    ShowMessage(Message::NotCreated, QString(ChangedElsewhereText).arg(orderNo));
+    isAllShown &= shown == stored.Count(); // no line has come in
+    const QString text = isAllShown ? ChangedElsewhereText : LoadAnewText;
+    ShowMessage(Message::NotCreated, text.arg(orderNo));
 }

@@ -14,9 +14,12 @@ class bDAO;
 /// The status text while the list is registered.
 inline constexpr auto RegistrationText = "画面の内容を登録しています…";
 
-/// What the operator reads below message 43 of an order that somebody else has changed meanwhile.
+/// What the operator reads below message 43 of an order that somebody else has changed meanwhile;
+/// where the list can't show it all, that he has to load it anew.
 inline constexpr auto ChangedElsewhereText
     = "注文№ %1 は、ほかの人が変更しています。一覧に今の内容を表示しました";
+inline constexpr auto LoadAnewText
+    = "注文№ %1 は、ほかの人が変更しています。今の内容は、一覧を表示し直して確認してください";
 
 /// Whether the registration writes a row, and as what.
 enum class RowKind {
@@ -52,6 +55,9 @@ public:
     /// orders before it are registered.
     bool RegisterAnswers(RegistrationCounts &counts, const ShowStatusText &showStatus = {});
 
+    /// True when the operator has stopped it: the orders after some are not registered.
+    bool IsStopped() const { return m_isStopped; }
+
     /// The orders left out; message 43 has been shown for each.
     const std::set<qint64> &ChangedElsewhere() const { return m_changedElsewhere; }
 
@@ -80,14 +86,15 @@ private:
                                            bool isShipped);
     RowKind Decide(int row) const;
     static QString ReasonFor(Result result);
-    bool Fail(Result result, int row);
+    bool Fail(Result result, const QString &orderNo);
 
     bDAO &m_db;
     LineList &m_list;
     const RowSelection &m_selected;
     WriteStamp m_stamp;
     std::vector<WrittenRow> m_written; ///< of the order at work
-    int m_failingRow = 0;
+    int m_failingRow = 0;              ///< 0: nothing was being written
+    bool m_isStopped = false;
     std::set<qint64> m_changedElsewhere;
     IsAsAgreed m_isAsAgreed;
 };

@@ -54,6 +54,7 @@ int AnswerCreation::MakeAnswers()
                                   });
         const bool isRegistered = registration.RegisterAnswers(m_counts.registered, m_showStatus);
         m_leftOut = registration.ChangedElsewhere();
+        m_isStopped = registration.IsStopped();
         if (isRegistered) {
             m_showStatus(CreationText);
             RunAnswerCreation();
@@ -88,15 +89,12 @@ bool AnswerCreation::RunAnswerCreation()
 bool AnswerCreation::AnswerOrder(int row)
 {
     const qint64 accNo = m_list.At(row).Key().accNo;
-    const QString orderNo = m_list.At(row).OrderNo();
     bool written = false;
     const Outcome outcome
         = m_leftOut.contains(accNo) ? Outcome::ChangedElsewhere : MakeOrderAnswer(row, written);
     if (outcome == Outcome::ChangedElsewhere) {
         if (m_leftOut.insert(accNo).second)
             GiveOrderUp(m_db, m_list, accNo);
-        if (!m_leftOutOrders.contains(orderNo))
-            m_leftOutOrders += orderNo;
         return true;
     }
     if (outcome != Outcome::Answered) {
@@ -114,18 +112,19 @@ bool AnswerCreation::AnswerOrder(int row)
 AnswerCreation::Outcome AnswerCreation::MakeOrderAnswer(int row, bool &written)
 {
     const Line &line = m_list.At(row);
-    QString path = line.OutputPath();
+    std::optional<QString> path = line.OutputPath();
     Outcome outcome = Outcome::PathChanged;
     // The customer's file may have been changed in the master since the list was loaded.
     for (int attempt = 0; attempt < 2 && outcome == Outcome::PathChanged; ++attempt) {
         const bDAO::BoxesKept kept(m_db); // told when the file is free again
         std::unique_ptr<AnswerFile> file;
-        if (!path.isEmpty()) {
-            file = std::make_unique<AnswerFile>(m_files, path);
+        if (path) {
+            file = std::make_unique<AnswerFile>(m_files, *path);
             if (!file->Open())
                 return Outcome::DatabaseError; // told already
         }
-        if (!m_db.BeginTrans()) {
+        // Exclusive: a reader that keeps the commit waiting would leave a record without its mark.
+        if (!m_db.BeginTrans(true)) {
             outcome = Outcome::NotMarked;
             break;
         }
@@ -135,15 +134,16 @@ AnswerCreation::Outcome AnswerCreation::MakeOrderAnswer(int row, bool &written)
         if (outcome != Outcome::Answered)
             m_db.Rollback();
     }
-    TellWhy(outcome, path);
+    TellWhy(outcome, path.value_or(QString()));
     return outcome;
 }
 
 AnswerCreation::Outcome AnswerCreation::AnswerInTransaction(const Line &line, AnswerFile *file,
-                                                            QString &path, bool &written)
+                                                            std::optional<QString> &path,
+                                                            bool &written)
 {
     const qint64 accNo = line.Key().accNo;
-    LineList stored;
+    LineList &stored = m_stored;
     if (!ReadOrders(m_db, {accNo}, stored))
         return Outcome::DatabaseError;
     if (!m_surprises.IsAsAgreed(accNo, stored))
@@ -154,7 +154,8 @@ AnswerCreation::Outcome AnswerCreation::AnswerInTransaction(const Line &line, An
     if (m_db.IsEOF(lines.get()))
         return Outcome::NoLines;
     const bool isFileKept = m_db.NullToZero(*lines, u"NokiInfKBN") == IsWritten;
-    const QString storedPath = isFileKept ? m_db.NullToTrim(*lines, u"NokiInfPath") : QString();
+    const auto storedPath
+        = isFileKept ? std::optional(m_db.NullToTrim(*lines, u"NokiInfPath")) : std::nullopt;
     if (storedPath != path) {
         path = storedPath;
         return Outcome::PathChanged;
@@ -265,12 +266,16 @@ void AnswerCreation::TellWhy(Outcome outcome, const QString &path) const
     }
 }
 
+/// The rows of an answered order, by what its transaction has read: the record and the marks are of
+/// that.
 void AnswerCreation::MarkRowsAnswered(qint64 accNo)
 {
     for (const int row : m_list.RowsOfOrder(accNo)) {
         Line &line = m_list.At(row);
         m_answeredRows.push_back(row);
-        if (!line.MayBeAnswered() || !line.IsAnswerable(line.Stored()))
+        const int read = m_stored.RowOf(line.Key());
+        if (read == 0 || !m_stored.At(read).MayBeAnswered()
+            || !m_stored.At(read).IsAnswerable(m_stored.At(read).Stored()))
             continue;
         line.Answered();
         m_counts.lines += line.MayBeMarked();
@@ -302,13 +307,16 @@ QString AnswerCreation::SummaryNotes() const
     constexpr int MostNamed = 10;
     QString notes;
     if (m_isStopped)
-        notes += QString("\r\rEsc で中断しました。%1 件の注文を処理し、残りはそのままです")
+        notes += QString("\r\rEsc で中断しました。%1 件の注文を回答し、残りは回答していません")
                      .arg(m_ordersDone);
-    if (!m_leftOutOrders.isEmpty())
+    QStringList leftOut;
+    for (const qint64 accNo : m_leftOut)
+        leftOut += m_list.At(m_list.RowsOfOrder(accNo).front()).OrderNo();
+    if (!leftOut.isEmpty())
         notes += QString("\r\rほかの人が変更したため、%1 件の注文を回答していません\r注文№ %2%3")
-                     .arg(m_leftOutOrders.size())
-                     .arg(m_leftOutOrders.mid(0, MostNamed).join("、"))
-                     .arg(m_leftOutOrders.size() > MostNamed ? " など" : "");
+                     .arg(leftOut.size())
+                     .arg(leftOut.mid(0, MostNamed).join("、"))
+                     .arg(leftOut.size() > MostNamed ? " など" : "");
     return notes;
 }
 

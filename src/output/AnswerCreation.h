@@ -8,6 +8,7 @@
 #include "output/Surprises.h"
 
 #include <QStringList>
+#include <optional>
 
 class AnswerFile;
 
@@ -53,7 +54,8 @@ private:
 
     bool AnswerOrder(int row);
     Outcome MakeOrderAnswer(int row, bool &written);
-    Outcome AnswerInTransaction(const Line &line, AnswerFile *file, QString &path, bool &written);
+    Outcome AnswerInTransaction(const Line &line, AnswerFile *file, std::optional<QString> &path,
+                                bool &written);
     Outcome FillRecord(Recordset &lines, bool isEdi);
     Outcome WriteRecord(AnswerFile &file, const QString &layoutSettings, const QString &orderNo);
     Outcome MarkAnswered(qint64 accNo, const LineList &stored);
@@ -73,9 +75,9 @@ private:
     AnswerRecord m_record;
     AnswerBuffer m_buffer = {};
     int m_fileError = 0;
-    QStringList m_incompleteOrders; ///< whose records have "?" for characters without a code
-    QStringList m_leftOutOrders;    ///< that somebody else has changed
-    std::set<qint64> m_leftOut;
+    QStringList m_incompleteOrders;  ///< whose records have "?" for characters without a code
+    std::set<qint64> m_leftOut;      ///< orders that somebody else has changed
+    LineList m_stored;               ///< the order at work, as its transaction has read it
     std::vector<int> m_answeredRows; ///< of the orders answered
     int m_ordersDone = 0;
     bool m_isStopped = false;

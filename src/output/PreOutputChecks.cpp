@@ -3,24 +3,26 @@
 #include "lines/Registration.h"
 #include "messages/bMessage.h"
 
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
 namespace {
 
-/// The rows that take part. What an earlier check found on them is no more.
-std::vector<int> FindParticipants(LineList &list, const RowSelection &selected,
-                                  const ShowStatusText &showStatus)
+/// The rows that take part. What an earlier check found is no more. Nothing when the operator
+/// stops.
+std::optional<std::vector<int>> FindParticipants(LineList &list, const RowSelection &selected,
+                                                 const ShowStatusText &showStatus)
 {
     LongWork work(showStatus, "回答をチェックしています…", list.Count());
     std::vector<int> found;
     for (int row = 1; row <= list.Count(); ++row) {
-        work.Step();
+        if (!work.Step())
+            return std::nullopt;
         Line &line = list.At(row);
-        if (DecideRow(line, selected.Contains(row)) == RowKind::NotWritten)
-            continue;
         line.SetError(LineError::None);
-        found.push_back(row);
+        if (DecideRow(line, selected.Contains(row)) != RowKind::NotWritten)
+            found.push_back(row);
     }
     return found;
 }
@@ -60,7 +62,10 @@ CheckResult RunPreOutputChecks(LineList &list, const RowSelection &selected,
                                const ShowStatusText &showStatus)
 {
     CheckResult result;
-    const std::vector<int> rows = FindParticipants(list, selected, showStatus);
+    const auto found = FindParticipants(list, selected, showStatus);
+    if (!found)
+        return result;
+    const std::vector<int> &rows = *found;
     result.participants = int(rows.size());
     if (rows.empty()) {
         ShowMessage(Message::NoValidRow, "※ 出荷済のものは、納期回答作成対象にはなりません");

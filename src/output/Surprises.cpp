@@ -40,6 +40,13 @@ bool Surprises::TakesPart(int row) const
     return DecideRow(m_list.At(row), m_selected.Contains(row)) != RowKind::NotWritten;
 }
 
+/// Whether the list's answer is to be stored over another one: where it has been changed here, and
+/// the line can still be answered.
+bool Surprises::KeepsAnswer(int row, const Line &reading) const
+{
+    return m_list.At(row).IsChanged() && reading.MayBeAnswered();
+}
+
 bool Surprises::Confirm(const ShowStatusText &showStatus)
 {
     LookAtSelection();
@@ -108,9 +115,10 @@ void Surprises::LookAt(qint64 accNo, LineList &reading)
         m_findings[ChangedElsewhere].Add(line.OrderNo());
         if (read > 0)
             m_changed.push_back({row, &reading.At(read), &reading});
-        else
-            m_gone.insert(line.Key());
     }
+    for (const int at : reading.RowsOfOrder(accNo))
+        if (const Line &read = reading.At(at); m_list.RowOf(read.Key()) == 0)
+            m_unseen[read.Key()] = read.Stored();
     if (m_answered.contains(accNo))
         LookAtRecord(accNo, reading);
 }
@@ -130,7 +138,9 @@ std::vector<Surprises::Outgoing> Surprises::OutgoingOf(qint64 accNo, const LineL
             continue;
         }
         const Line &line = m_list.At(row);
-        const Answer &answer = TakesPart(row) ? line.Now() : read.Stored();
+        const Answer &answer = KeepsAnswer(row, read) ? line.Now()
+                               : TakesPart(row)       ? read.Now()
+                                                      : read.Stored();
         const bool wasSent = read.IsAnswered() || line.WasSentHere();
         add(read, answer, wasSent && answer == read.Stored() && !line.IsStoredSinceAnswered());
     }
@@ -155,10 +165,8 @@ void Surprises::LookAtRecord(qint64 accNo, const LineList &reading)
         isUnchanged &= out.isSentAlready || !out.line->MayBeMarked();
         if (IsValidDate(out.answer.date) && out.answer.date < today)
             m_findings[Past].Add(orderNo);
-        if (out.line->IsStored() && m_list.RowOf(out.line->Key()) == 0) {
+        if (out.line->IsStored() && m_list.RowOf(out.line->Key()) == 0)
             m_findings[Unseen].Add(orderNo);
-            m_unseen[out.line->Key()] = out.line->Stored();
-        }
     }
     const bool isAnySent
         = std::ranges::any_of(outgoing, [](const Outgoing &out) { return out.isSentAlready; });
@@ -173,9 +181,9 @@ QString Surprises::Question() const
 {
     static constexpr const char *Names[Kinds] = {
         "変更したが選択していない行（登録します。選択した注文のほかは回答しません）",
-        "回答済で、その後変更のない注文（もう一度送ります）",
+        "回答済で、この一覧では変更していない注文（もう一度送ります）",
         "一覧に出ていないが、回答に入る行",
-        "一覧を表示した後に、ほかの人が変更した行（一覧の回答で上書きします）",
+        "一覧を表示した後に、ほかの人が変更した行（ここで変更した行は上書きします）",
         "回答数量の合計が、注残数を超える注文",
         "回答納期が過去の行",
     };
@@ -196,14 +204,8 @@ QString Surprises::Question() const
 
 void Surprises::TakeReadings()
 {
-    for (const auto &[row, reading, readings] : m_changed) {
-        Line seen = *reading;
-        if (TakesPart(row)) {
-            seen = m_list.At(row);
-            seen.KeepAnswerOver(*reading);
-        }
-        m_list.Replace(row, *readings, seen);
-    }
+    for (const auto &[row, reading, readings] : m_changed)
+        m_list.Reread(row, *readings, *reading, KeepsAnswer(row, *reading));
     m_changed.clear();
     m_readings.clear();
 }
@@ -213,9 +215,7 @@ bool Surprises::IsAsAgreed(qint64 accNo, const LineList &reading) const
     for (const int row : m_list.RowsOfOrder(accNo)) {
         const Line &line = m_list.At(row);
         const int read = line.IsStored() ? reading.RowOf(line.Key()) : 0;
-        const bool isAgreed
-            = read > 0 ? !line.IsOtherThan(reading.At(read)) : m_gone.contains(line.Key());
-        if (line.IsStored() && !isAgreed)
+        if (line.IsStored() && (read == 0 || line.IsOtherThan(reading.At(read))))
             return false;
     }
     for (int row = 1; row <= reading.Count(); ++row) {

@@ -7,7 +7,6 @@
 #include <QStringList>
 #include <deque>
 #include <map>
-#include <set>
 #include <unordered_set>
 
 /// What a run would send or overwrite without the operator having seen it, found by reading the
@@ -19,8 +18,8 @@ public:
 
     /// True when the run may go on: there is nothing to ask about, or the operator has said yes.
     /// What he has agreed to is then no longer a surprise: lines changed elsewhere count as seen;
-    /// where they take part, the list's answer is to overwrite the other one. False after No, a
-    /// stop, or a database error, which has been shown.
+    /// where they are changed here as well, the list's answer is to overwrite the other one. False
+    /// after No, a stop, or a database error, which has been shown.
     bool Confirm(const ShowStatusText &showStatus = {});
 
     /// True when an order, read anew within its transaction, is as the list shows it and as the
@@ -45,6 +44,7 @@ private:
     void LookAtRecord(qint64 accNo, const LineList &reading);
     void TakeReadings();
     bool TakesPart(int row) const;
+    bool KeepsAnswer(int row, const Line &reading) const;
     QString Question() const;
 
     /// What the record of an order will hold of one line, and whether it has been sent just so.
@@ -70,6 +70,5 @@ private:
     Finding m_findings[Kinds];
     std::deque<LineList> m_readings; ///< those that lines changed elsewhere stand in
     std::vector<Changed> m_changed;
-    std::set<LineKey> m_gone; ///< lines of the list that are not stored any more, as agreed to
     std::map<LineKey, Answer> m_unseen; ///< lines that the list does not show, as agreed to
 };

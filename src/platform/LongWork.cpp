@@ -13,6 +13,12 @@ LongWork::LongWork(ShowStatusText showStatus, const QString &text, qint64 total)
     m_sinceStart.start();
 }
 
+LongWork::~LongWork()
+{
+    if (m_isStopped)
+        Look();
+}
+
 QString LongWork::Progress() const
 {
     constexpr int MsPerSecond = 1000;

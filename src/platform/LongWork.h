@@ -16,12 +16,15 @@ public:
     /// `text` is the status text of the work, `total` the number of pieces (0: not known).
     LongWork(ShowStatusText showStatus, const QString &text, qint64 total = 0);
 
+    /// Keys pressed to stop it are not for the box that comes next.
+    ~LongWork() override;
+
     /// To be called for each piece. False once the operator has asked to stop; whoever can't stop
     /// goes on all the same.
     bool Step()
     {
-        constexpr int StepsToLook = 16; // looking at the time costs more than a step
-        if (++m_done % StepsToLook == 0 && m_sinceLook.elapsed() >= LookMs)
+        ++m_done;
+        if (m_sinceLook.elapsed() >= LookMs)
             Look();
         return !m_isStopped;
     }

@@ -251,7 +251,7 @@ TEST_F(AnswerCreationTest, EscapeStopsBetweenTwoOrders)
     EXPECT_GT(done, 0);
     EXPECT_LT(done, OrderCount);
     EXPECT_TRUE(boxes.TakeTexts().at(0).endsWith(
-        QString("\r\rEsc で中断しました。%1 件の注文を処理し、残りはそのままです").arg(done)));
+        QString("\r\rEsc で中断しました。%1 件の注文を回答し、残りは回答していません").arg(done)));
     EXPECT_EQ(Records("C1.TXT").size(), done);
     EXPECT_EQ(Marked().count('|'), done);
     EXPECT_EQ(selected.First(), done + 1) << "the rest can be answered at once";

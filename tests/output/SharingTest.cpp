@@ -29,10 +29,8 @@ TEST_F(SharingTest, OrdersThatChangeUnderTheOperator)
 
     const std::map<QChar, QString> beginnings = {
         {'?', "このまま納期回答を"},
-        {'L', "作成できませんでした\r" + QString(ChangedElsewhereText).arg("PO-2")},
+        {'L', "作成できませんでした\r" + QString(LoadAnewText).arg("PO-2").section("。", 0, 0)},
         {'S', "納期回答作成処理が終了"},
-        {'N', "データが存在しません"},
-        {'R', "登録されませんでした\r注文№ PO-2"},
     };
     const struct
     {
@@ -43,8 +41,8 @@ TEST_F(SharingTest, OrdersThatChangeUnderTheOperator)
         QString states;
         QString shown; ///< the second row's answer
     } cases[] = {
-        {loaded, remove, "?NR", "", "-- -- --", "20261205"},
-        {loaded, ship, "?S", "PO-1 PO-3", "済- -済 済-", "20261205"},
+        {loaded, remove, "?LS", "PO-1 PO-3", "済- -- 済-", "20261205"},
+        {loaded, ship, "?S", "PO-1 PO-3", "済- -済 済-", "20261202"},
         {loaded, mark, "?S", "PO-1 PO-2 PO-3", "済- 済- 済-", "20261205"},
         {agreed, redate, "LS", "PO-1 PO-3", "済- -- 済-", "20261209"},
         {agreed, mark, "LS", "PO-1 PO-3", "済- 済- 済-", "20261202"},

@@ -9,9 +9,9 @@ namespace {
 /// What the operator is told of each, by letters.
 const std::map<QChar, QString> Kinds = {
     {'U', "変更したが選択していない行（登録します。選択した注文のほかは回答しません）"},
-    {'A', "回答済で、その後変更のない注文（もう一度送ります）"},
+    {'A', "回答済で、この一覧では変更していない注文（もう一度送ります）"},
     {'H', "一覧に出ていないが、回答に入る行"},
-    {'C', "一覧を表示した後に、ほかの人が変更した行（一覧の回答で上書きします）"},
+    {'C', "一覧を表示した後に、ほかの人が変更した行（ここで変更した行は上書きします）"},
     {'M', "回答数量の合計が、注残数を超える注文"},
     {'P', "回答納期が過去の行"},
 };
@@ -92,8 +92,15 @@ TEST_F(SurprisesTest, AreAskedAboutOnceBeforeAnythingIsWritten)
         {"DenKBN = 3", No, No, {}, "H 1 PO-1", "10/2/3 10/2/3 10/2/3 10/2/0"},
         {"AnsVal = 5, DpoFlg = 1", No, Reveal, {}, "H 1 PO-1", "10/2/3 5/2/3 10/2/3 10/2/0"},
         {"ShpSts = 3, DpoFlg = 1", No, Reveal, {}, No, "10/2/3 10/2/0 10/2/3 10/2/0"},
-        // Overwritten where it takes part, else taken over.
-        {No, No, Change, {{1, "20261207"}}, "C 2 PO-1、PO-2", "10/7/3 10/2/3 8/8/0"},
+        // Overwritten where it is changed here as well, else taken over.
+        {No, No, Change, {{1, "20261207"}}, "C 2 PO-1、PO-2", "10/7/3 8/8/3 8/8/0"},
+        // A hidden line keeps no order from being registered.
+        {"DenKBN = 3, AccNo = 3",
+         No,
+         No,
+         {{3, "20261209"}},
+         "U 1 PO-3",
+         "10/2/3 10/2/3 10/9/0 10/2/0"},
         {"ShpSts = 1", No, ChangeSecond, {}, "C 1 PO-1", "10/2/3 8/8/3 10/2/3 10/2/0"},
         {"AnsVal = 90.001", No, No, {}, "M 1 PO-1", "10/2/3 90.001/2/3 10/2/3 10/2/0"},
         {"AnsVal = 90.0004", No, No, {}, No, "10/2/3 90.0004/2/3 10/2/3 10/2/0"},

@@ -6,9 +6,9 @@ Database &Workspace::OpenDatabase(const QString &localPath, bool isReadOnly, con
     return *m_database;
 }
 
-void Workspace::BeginTrans()
+void Workspace::BeginTrans(bool isExclusive)
 {
-    Run("BEGIN IMMEDIATE");
+    Run(isExclusive ? "BEGIN EXCLUSIVE" : "BEGIN IMMEDIATE");
     m_isBegun = true;
 }
 

@@ -17,7 +17,8 @@ public:
 
     /// A transaction takes the file's write lock at once, so that it can't fail for another's
     /// writes half way; a lock held by another program is waited for, then reported.
-    void BeginTrans();
+    /// An exclusive one keeps readers out as well, so that it can't fail for one at its commit.
+    void BeginTrans(bool isExclusive = false);
     void CommitTrans();
     void Rollback(); ///< nothing is left to do when an error has ended the transaction itself
 
