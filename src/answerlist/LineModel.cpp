@@ -1,6 +1,7 @@
 #include "answerlist/LineModel.h"
 
 #include "answerlist/ListColumns.h"
+#include "grid/GridView.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
 #include "util/bValue.h"
@@ -112,6 +113,8 @@ QVariant LineModel::data(const QModelIndex &index, int role) const
         return line.IsShipped() ? QColor(Silver) : QVariant();
     case Qt::ForegroundRole:
         return line.IsDefective() ? QColor(Purple) : QVariant();
+    case GridView::MendRole:
+        return line.Error() != LineError::None && index.column() + 1 == ColumnToMend(line.Error());
     default:
         return {};
     }
@@ -141,14 +144,23 @@ bool LineModel::setData(const QModelIndex &index, const QVariant &typed, int rol
 {
     if (role != Qt::EditRole || !flags(index).testFlag(Qt::ItemIsEditable))
         return false;
-    Line &line = m_list.At(index.row() + 1);
+    const int row = index.row() + 1;
+    Line &line = m_list.At(row);
     const Answer before = line.Now();
     const QString text = Trim(typed.toString());
-    if (ColumnAt(index.column()).typing == CellTyping::Quantity)
+    if (ColumnAt(index.column()).typing == CellTyping::Quantity) {
+        if (!IsNumberInSpec(text, DigitSpec::Quantity))
+            return false;
         line.SetQuantity(QuantityOf(text));
-    else
+        m_list.ForgetSumErrors(line.Key().accNo);
+    } else {
+        if (!text.isEmpty() && !IsTypedOrShownDate(text))
+            return false;
         line.SetDate(StoredDate(text));
-    emit dataChanged(this->index(index.row(), 0), this->index(index.row(), columnCount() - 1));
-    emit headerDataChanged(Qt::Vertical, index.row(), index.row());
-    return line.Now() != before;
+    }
+    Changed();
+    if (line.Now() == before)
+        return false;
+    emit Edited(row);
+    return true;
 }

@@ -41,8 +41,11 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
-    /// Takes a typed quantity or date. False when it is the one that stands there.
+    /// Takes a typed quantity or date. False for a text that is none, or the one that stands there.
     bool setData(const QModelIndex &index, const QVariant &typed, int role) override;
+
+signals:
+    void Edited(int row); ///< the operator has changed its answer
 
 private:
     const Line &LineAt(const QModelIndex &index) const { return m_list.At(index.row() + 1); }

@@ -108,3 +108,8 @@ int ColumnTyped(CellTyping typing)
 {
     return int(std::ranges::find(Columns, typing, &ListColumn::typing) - Columns) + 1;
 }
+
+int ColumnToMend(LineError error)
+{
+    return ColumnTyped(error == LineError::NoDate ? CellTyping::Date : CellTyping::Quantity);
+}

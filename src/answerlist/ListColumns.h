@@ -20,5 +20,8 @@ struct ListColumn
 /// The columns from left to right.
 std::span<const ListColumn> ListColumns();
 
+/// The number of the column in which an error of a line is mended.
+int ColumnToMend(LineError error);
+
 /// The number, from 1 on, of the column that is typed into in this way.
 int ColumnTyped(CellTyping typing);

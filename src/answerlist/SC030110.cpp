@@ -12,6 +12,8 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QScopedValueRollback>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
@@ -70,6 +72,11 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     connect(m_ui->spdList, &GridView::CellDoubleClicked, this, &SC030110::cmdDetail_Click);
     connect(m_ui->spdList, &GridView::CellLeft, this,
             [this](int, int, int, int newRow) { ShowHint(newRow); });
+    // What has been changed is meant.
+    connect(&m_model, &LineModel::Edited, this, [this](int row) {
+        m_ui->spdList->selectionModel()->select(
+            m_model.index(row - 1, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    });
     // A mended error is told of no more.
     connect(&m_model, &QAbstractItemModel::dataChanged, this, [this] { ShowHint(ActiveRow()); });
 }
@@ -136,6 +143,7 @@ void SC030110::Activate()
     LoadedList loaded;
     {
         const Hourglass hourglass;
+        const QScopedValueRollback busy(m_isBusy, true);
         ShowStatus(LoadingText);
         loaded = LoadLines();
     }
@@ -194,8 +202,12 @@ void SC030110::ShowHint(int row)
     const Line &line = m_list.At(row);
     if (line.Error() != LineError::None)
         SetPanelWarning(*m_ui->stbMain, "MSG", ErrorText(line.Error()));
+    else if (line.IsShipped())
+        ShowStatus("出荷済のものの変更、納期回答作成は出来ません");
+    else if (!m_state.databaseWarning.isEmpty())
+        SetPanelWarning(*m_ui->stbMain, "MSG", m_state.databaseWarning);
     else
-        ShowStatus(line.IsShipped() ? "出荷済のものの変更、納期回答作成は出来ません" : "");
+        ShowStatus({});
 }
 
 void SC030110::ShowStatus(const QString &text)
@@ -210,7 +222,7 @@ ShowStatusText SC030110::StatusBar()
 
 bool SC030110::MayRun()
 {
-    return m_ui->spdList->FinishEdit();
+    return !m_isBusy && m_ui->spdList->FinishEdit();
 }
 
 /// Runs a command that sets dates; the status bar then tells what it told before.
@@ -218,6 +230,7 @@ template <typename Command>
 void SC030110::SetDates(Command &&command)
 {
     const Hourglass hourglass;
+    const QScopedValueRollback busy(m_isBusy, true);
     const QString status = PanelText(*m_ui->stbMain, "MSG");
     command();
     m_model.Changed();
@@ -268,8 +281,10 @@ void SC030110::cmdDelete_Click()
 
 void SC030110::cmdDetail_Click()
 {
+    if (!MayRun() || m_list.Count() == 0)
+        return;
     const RowSelection selected = Selected();
-    if (!MayRun() || m_list.Count() == 0 || !CheckSingleRow(selected))
+    if (!CheckSingleRow(selected))
         return;
     const int row = selected.IsEmpty() ? ActiveRow() : selected.First();
     if (row == 0)
@@ -303,6 +318,7 @@ void SC030110::cmdMake_Click()
     int failedRow = 0;
     {
         const Hourglass hourglass;
+        const QScopedValueRollback busy(m_isBusy, true);
         failedRow = m_makeAnswers(m_list, selected, m_stamp, StatusBar());
     }
     m_model.Changed();
@@ -316,8 +332,7 @@ void SC030110::cmdMake_Click()
 void SC030110::GoToError(int row)
 {
     QApplication::beep();
-    const bool isDate = m_list.At(row).Error() == LineError::NoDate;
-    m_ui->spdList->Activate(ColumnTyped(isDate ? CellTyping::Date : CellTyping::Quantity), row);
+    m_ui->spdList->Activate(ColumnToMend(m_list.At(row).Error()), row);
     m_ui->spdList->setFocus();
 }
 

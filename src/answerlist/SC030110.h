@@ -70,5 +70,6 @@ private:
     LineList m_list;
     LineModel m_model{m_list};
     WriteStamp m_stamp;
-    int m_waits = 0; ///< for the window to come to the screen
+    bool m_isBusy = false; ///< with a load or a run, which may let events through
+    int m_waits = 0;       ///< for the window to come to the screen
 };

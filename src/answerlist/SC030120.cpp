@@ -216,18 +216,21 @@ bool SC030120::CheckQuantity()
 
 std::optional<QString> SC030120::EnteredDate() const
 {
+    // What was shown goes back as it came, be it a date or not.
+    if (!IsDateEdited())
+        return m_state.detail.answeredDate;
     const QString text = m_ui->txtAnsLimDate->text();
-    if (!m_date->IsShown() && (text.isEmpty() || IsTypedOrShownDate(text)))
-        return StoredDate(text);
-    return IsDateEdited() ? std::nullopt : std::optional(m_state.detail.answeredDate);
+    const bool isDate = text.isEmpty() || IsTypedOrShownDate(text);
+    return isDate ? std::optional(StoredDate(text)) : std::nullopt;
 }
 
 std::optional<Decimal> SC030120::EnteredQuantity() const
 {
+    if (!IsQuantityEdited())
+        return m_state.detail.answeredQuantity;
     const QString typed = Trim(m_ui->txtAnsVal->text()).remove(',');
-    if (!m_quantity->IsShown() && IsNumberInSpec(typed, DigitSpec::Quantity))
-        return QuantityOf(typed);
-    return IsQuantityEdited() ? std::nullopt : std::optional(m_state.detail.answeredQuantity);
+    const bool isNumber = IsNumberInSpec(typed, DigitSpec::Quantity);
+    return isNumber ? std::optional(QuantityOf(typed)) : std::nullopt;
 }
 
 QString SC030120::EnteredRemarks() const

@@ -96,6 +96,10 @@ void Form::MoveFocus(bool isForward)
 void Form::showEvent(QShowEvent *event)
 {
     if (!m_isPlaced) {
+        // With a large font a form may be larger than the screen; there is room for its frame.
+        constexpr QSize Frame(20, 50);
+        if (const QRect area = WorkArea(); !area.isEmpty())
+            resize(size().boundedTo(area.size() - Frame));
         CenterForm(*this);
         // No button is pressed by Enter in another field, and none may look like it.
         for (QPushButton *button : findChildren<QPushButton *>())

@@ -182,9 +182,7 @@ bool GridView::FinishEdit()
         return false;
     }
     CancelEdit();
-    // What has been changed is meant.
-    if (model()->setData(cell, typed, Qt::EditRole))
-        selectionModel()->select(cell, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    model()->setData(cell, typed, Qt::EditRole);
     return true;
 }
 
@@ -208,7 +206,8 @@ void GridView::CancelEdit()
         setFocus();
 }
 
-void GridView::MoveAfterEdit(int columns, int rows)
+/// False where there is no cell to go to.
+bool GridView::Move(int columns, int rows)
 {
     const int rowCount = model()->rowCount();
     const int columnCount = model()->columnCount();
@@ -225,8 +224,16 @@ void GridView::MoveAfterEdit(int columns, int rows)
             column = columns > 0 ? 1 : columnCount;
         }
     }
-    if (row >= 1 && row <= rowCount)
-        selectionModel()->setCurrentIndex(Index(column, row), QItemSelectionModel::NoUpdate);
+    if (row < 1 || row > rowCount)
+        return false;
+    selectionModel()->setCurrentIndex(Index(column, row), QItemSelectionModel::NoUpdate);
+    return true;
+}
+
+bool GridView::focusNextPrevChild(bool next)
+{
+    // Tab goes from cell to cell, in edit or not; past the last one it leaves.
+    return (!m_isRowMode && Move(next ? 1 : -1, 0)) || QTableView::focusNextPrevChild(next);
 }
 
 bool GridView::HandleEditorKey(QKeyEvent *event)
@@ -257,7 +264,7 @@ bool GridView::HandleEditorKey(QKeyEvent *event)
         return false;
     }
     if (FinishEdit())
-        MoveAfterEdit(columns, rows);
+        Move(columns, rows);
     return true;
 }
 
@@ -308,7 +315,11 @@ void GridView::keyPressEvent(QKeyEvent *event)
     }
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && !m_isRowMode) {
-        MoveAfterEdit(0, event->modifiers() & Qt::ShiftModifier ? -1 : 1);
+        // Enter, pressed to close a box that is not there, must not lead away from what is wrong.
+        if (currentIndex().data(MendRole).toBool())
+            QTableView::edit(currentIndex());
+        else
+            Move(0, event->modifiers() & Qt::ShiftModifier ? -1 : 1);
         return;
     }
     if (isEnter || event->key() == Qt::Key_Escape) {
@@ -316,6 +327,10 @@ void GridView::keyPressEvent(QKeyEvent *event)
         return;
     }
     QTableView::keyPressEvent(event);
+    // At the edge of the grid an arrow leads nowhere: not to a button, which Enter would press.
+    const bool isArrow = event->key() >= Qt::Key_Left && event->key() <= Qt::Key_Down;
+    if (isArrow && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))
+        event->accept();
 }
 
 void GridView::keyboardSearch(const QString &search)

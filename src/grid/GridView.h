@@ -13,15 +13,18 @@
 /// A table that the operator types into. Columns and rows count from 1.
 ///
 /// The active cell is the one that keys go to; the selection is the rows that the operator has
-/// marked by mouse or keyboard, or by changing a cell in them. Ending an edit moves the active cell
-/// and leaves the selection. The model gives and takes the texts of an edit under Qt::EditRole, in
-/// typed form, and tells by its flags which cells can be typed into.
+/// marked by mouse or keyboard. Ending an edit moves the active cell and leaves the selection. The
+/// model gives and takes the texts of an edit under Qt::EditRole, in typed form, and tells by its
+/// flags which cells can be typed into.
 class GridView : public QTableView
 {
     Q_OBJECT
 
 public:
     using RowRange = std::pair<int, int>; ///< first and last
+
+    /// The model's word that a cell has to be mended: Enter on it begins an edit.
+    static constexpr int MendRole = Qt::UserRole;
 
     explicit GridView(QWidget *parent = nullptr);
     void setModel(QAbstractItemModel *model) override;
@@ -66,6 +69,7 @@ protected:
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     bool eventFilter(QObject *object, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     friend class CellDelegate;
@@ -73,7 +77,7 @@ private:
     QLineEdit *BeginEdit(QWidget *parent, const QModelIndex &index);
     bool HandleEditorKey(QKeyEvent *event);
     void FinishLeftEdit(); ///< once the focus has gone elsewhere
-    void MoveAfterEdit(int columns, int rows);
+    bool Move(int columns, int rows);
     bool IsEditable(int column, int row) const;
     QModelIndex Index(int column, int row) const;
 

@@ -156,16 +156,16 @@ TEST_F(GridViewTest, WhatStartsAnEditAndWhatItBeginsWith)
 
 TEST_F(GridViewTest, WhatEndsAnEdit)
 {
-    // Rows 7 and 8 are selected, an edit in row 2 adds its own.
+    // The selection is left as it is, but by a click.
     const std::tuple<const char *, std::function<void()>, const char *> cases[] = {
-        {"Enter", [] { Key(Qt::Key_Return); }, "2 7-8 at 2,3"},
-        {"Shift+Enter", [] { Key(Qt::Key_Return, Qt::ShiftModifier); }, "2 7-8 at 2,1"},
-        {"Shift+Tab", [] { Key(Qt::Key_Backtab, Qt::ShiftModifier); }, "2 7-8 at 3,1"},
+        {"Enter", [] { Key(Qt::Key_Return); }, "7-8 at 2,3"},
+        {"Shift+Enter", [] { Key(Qt::Key_Return, Qt::ShiftModifier); }, "7-8 at 2,1"},
+        {"Shift+Tab", [] { Key(Qt::Key_Backtab, Qt::ShiftModifier); }, "7-8 at 3,1"},
         {"over the locked row",
          [] { Key(Qt::Key_Return), Keys("8"), Key(Qt::Key_Tab), Keys("260601"), Key(Qt::Key_Tab); },
-         "2-3 7-8 at 2,5"},
+         "7-8 at 2,5"},
         {"another cell", [&] { Click(1, 6); }, "6 at 1,6"},
-        {"a command", [&] { EXPECT_TRUE(grid.FinishEdit()); }, "2 7-8 at 2,2"},
+        {"a command", [&] { EXPECT_TRUE(grid.FinishEdit()); }, "7-8 at 2,2"},
     };
     for (const auto &[what, act, cursor] : cases) {
         grid.SetSelectedRows({{7, 8}});
