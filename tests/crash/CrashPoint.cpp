@@ -17,7 +17,10 @@ std::atomic<long> operations = 0;
 
 bool IsWatched(std::string_view path)
 {
-    return path.ends_with("TLDB0010.MDB") || path.ends_with("-journal") || path.ends_with(".TXT");
+    for (const std::string_view end : {"TLDB0010.MDB", "TLDB0010.MDB-journal", ".TXT"})
+        if (path.ends_with(end))
+            return true;
+    return false;
 }
 
 bool IsWatched(int descriptor)
@@ -39,7 +42,8 @@ bool IsCrash()
 [[noreturn]] void Crash()
 {
     ::kill(::getpid(), SIGKILL);
-    std::abort(); // not reached
+    for (;;)
+        ::pause();
 }
 
 template <typename Function>
@@ -67,14 +71,17 @@ ssize_t Write(const char *name, int descriptor, const void *data, size_t size, P
     return real(descriptor, data, size, position...);
 }
 
-__attribute__((destructor)) void WriteCount()
+struct Count
 {
-    const char *const path = std::getenv("CRASH_COUNT");
-    if (FILE *const file = path ? std::fopen(path, "w") : nullptr) {
-        std::fprintf(file, "%ld", operations.load());
-        std::fclose(file);
+    ~Count()
+    {
+        const char *const path = std::getenv("CRASH_COUNT");
+        if (FILE *const file = path ? std::fopen(path, "w") : nullptr) {
+            std::fprintf(file, "%ld", operations.load());
+            std::fclose(file);
+        }
     }
-}
+} count;
 
 } // namespace
 
@@ -88,6 +95,11 @@ ssize_t write(int descriptor, const void *data, size_t size)
 ssize_t pwrite(int descriptor, const void *data, size_t size, off_t position)
 {
     return Write<decltype(pwrite)>("pwrite", descriptor, data, size, position);
+}
+
+ssize_t pwrite64(int descriptor, const void *data, size_t size, off64_t position)
+{
+    return Write<decltype(pwrite64)>("pwrite64", descriptor, data, size, position);
 }
 
 int fsync(int descriptor)
@@ -105,12 +117,13 @@ int ftruncate(int descriptor, off_t length) noexcept
     return Do<decltype(ftruncate)>("ftruncate", IsWatched(descriptor), descriptor, length);
 }
 
+int ftruncate64(int descriptor, off64_t length) noexcept
+{
+    return Do<decltype(ftruncate64)>("ftruncate64", IsWatched(descriptor), descriptor, length);
+}
+
 int unlink(const char *path) noexcept
 {
     return Do<decltype(unlink)>("unlink", IsWatched(path), path);
 }
-
-// The other names of the same.
-ssize_t pwrite64(int, const void *, size_t, off64_t) __attribute__((alias("pwrite")));
-int ftruncate64(int, off64_t) noexcept __attribute__((alias("ftruncate")));
 }
