@@ -50,7 +50,7 @@ RowKind Registration::Decide(int row) const
 
 bool Registration::RegisterAnswers(RegistrationCounts &counts, const ShowStatusText &showStatus)
 {
-    LongWork work(showStatus, RegistrationText, m_list.Count());
+    LongWork work(showStatus, RegistrationText, m_list.Count(), LongWork::Pieces::Long);
     for (int row = 1; row <= m_list.Count(); ++row) {
         m_isStopped = !work.Step();
         if (m_isStopped)

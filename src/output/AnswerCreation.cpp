@@ -69,7 +69,7 @@ int AnswerCreation::MakeAnswers()
 bool AnswerCreation::RunAnswerCreation()
 {
     qint64 lastAccNo = 0;
-    LongWork work(m_showStatus, CreationText, m_list.Count());
+    LongWork work(m_showStatus, CreationText, m_list.Count(), LongWork::Pieces::Long);
     for (int row = 1; row <= m_list.Count() && !m_isStopped; ++row) {
         const Line &line = m_list.At(row);
         m_isStopped = !work.Step();

@@ -4,10 +4,11 @@
 #include <QKeyEvent>
 #include <QLocale>
 
-LongWork::LongWork(ShowStatusText showStatus, const QString &text, qint64 total)
+LongWork::LongWork(ShowStatusText showStatus, const QString &text, qint64 total, Pieces pieces)
     : m_showStatus(std::move(showStatus))
     , m_text(text)
     , m_total(total)
+    , m_stepsToLook(pieces == Pieces::Long ? 1 : 16)
 {
     m_sinceLook.start();
     m_sinceStart.start();

@@ -13,8 +13,13 @@ using ShowStatusText = std::function<void(const QString &text)>;
 class LongWork : private QObject
 {
 public:
+    /// The time is looked at for every long piece, but for few of the small ones: looking takes
+    /// longer than they do.
+    enum class Pieces { Small, Long };
+
     /// `text` is the status text of the work, `total` the number of pieces (0: not known).
-    LongWork(ShowStatusText showStatus, const QString &text, qint64 total = 0);
+    LongWork(ShowStatusText showStatus, const QString &text, qint64 total = 0,
+             Pieces pieces = Pieces::Small);
 
     /// Keys pressed to stop it are not for the box that comes next.
     ~LongWork() override;
@@ -23,8 +28,7 @@ public:
     /// goes on all the same.
     bool Step()
     {
-        ++m_done;
-        if (m_sinceLook.elapsed() >= LookMs)
+        if (++m_done % m_stepsToLook == 0 && m_sinceLook.elapsed() >= LookMs)
             Look();
         return !m_isStopped;
     }
@@ -41,6 +45,7 @@ private:
     const ShowStatusText m_showStatus;
     const QString m_text;
     const qint64 m_total;
+    const int m_stepsToLook;
     qint64 m_done = 0;
     bool m_isStopped = false;
     QElapsedTimer m_sinceLook;
