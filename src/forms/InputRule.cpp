@@ -46,9 +46,10 @@ InputRule::InputRule(QLineEdit &box, Judge judge)
     box.installEventFilter(this);
 }
 
-bool InputRule::eventFilter(QObject *, QEvent *event)
+bool InputRule::eventFilter(QObject *object, QEvent *event)
 {
-    if (m_box.isReadOnly())
+    // While it goes away, the box still gets events as a plain widget.
+    if (!qobject_cast<QLineEdit *>(object) || m_box.isReadOnly())
         return false;
     switch (event->type()) {
     case QEvent::KeyPress:

@@ -36,7 +36,7 @@ class InputRule : public QObject
 public:
     InputRule(QLineEdit &box, Judge judge);
 
-    bool eventFilter(QObject *box, QEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
     bool FilterKey(const QKeyEvent &key);
