@@ -143,10 +143,9 @@ AnswerCreation::Outcome AnswerCreation::AnswerInTransaction(const Line &line, An
                                                             bool &written)
 {
     const qint64 accNo = line.Key().accNo;
-    LineList &stored = m_stored;
-    if (!ReadOrders(m_db, {accNo}, stored))
+    if (!ReadOrders(m_db, {accNo}, m_stored))
         return Outcome::DatabaseError;
-    if (!m_surprises.IsAsAgreed(accNo, stored))
+    if (!m_surprises.IsAsAgreed(accNo, m_stored))
         return Outcome::ChangedElsewhere;
     const auto lines = m_db.OpenRS(BuildAnswerSelectSql(accNo, line.IsEdi()));
     if (!lines)
@@ -169,7 +168,7 @@ AnswerCreation::Outcome AnswerCreation::AnswerInTransaction(const Line &line, An
             return outcome; // a record that can't be written leaves the order unanswered
         written = true;
     }
-    return MarkAnswered(accNo, stored);
+    return MarkAnswered(accNo);
 }
 
 AnswerCreation::Outcome AnswerCreation::FillRecord(Recordset &lines, bool isEdi)
@@ -232,11 +231,11 @@ AnswerCreation::Outcome AnswerCreation::WriteRecord(AnswerFile &file, const QStr
 }
 
 /// Where all lines that the record holds are on their way already, none is to be marked.
-AnswerCreation::Outcome AnswerCreation::MarkAnswered(qint64 accNo, const LineList &stored)
+AnswerCreation::Outcome AnswerCreation::MarkAnswered(qint64 accNo)
 {
     bool isAnyToMark = false;
-    for (int row = 1; row <= stored.Count(); ++row) {
-        const Line &line = stored.At(row);
+    for (int row = 1; row <= m_stored.Count(); ++row) {
+        const Line &line = m_stored.At(row);
         isAnyToMark |= line.MayBeMarked() && line.IsAnswerable(line.Stored());
     }
     return !isAnyToMark || m_db.DBExecute(BuildMarkAnsweredSql(accNo, m_stamp))

@@ -58,7 +58,7 @@ private:
                                 bool &written);
     Outcome FillRecord(Recordset &lines, bool isEdi);
     Outcome WriteRecord(AnswerFile &file, const QString &layoutSettings, const QString &orderNo);
-    Outcome MarkAnswered(qint64 accNo, const LineList &stored);
+    Outcome MarkAnswered(qint64 accNo);
     void TellWhy(Outcome outcome, const QString &path) const;
     void MarkRowsAnswered(qint64 accNo);
     void ShowSummary() const;
