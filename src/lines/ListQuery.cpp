@@ -1,5 +1,6 @@
 #include "lines/ListQuery.h"
 
+#include "data/dao/SqlText.h"
 #include "util/VbText.h"
 
 #include <QStringList>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/ProgramState.h"
+#include "data/SearchConditions.h"
 
 #include <vector>
 
