@@ -5,6 +5,7 @@
 #include "data/DailyCheck.h"
 #include "data/Tables.h"
 #include "forms/Form.h"
+#include "forms/WindowMemory.h"
 #include "output/AnswerCreation.h"
 #include "output/OutputFolders.h"
 #include "platform/MsgBox.h"
@@ -15,7 +16,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <QStatusBar>
 
 namespace {
@@ -152,14 +152,13 @@ void Main(const QString &programDir)
         state.isSearchMode = true;
         SetSearchDefaults(state);
         const DailyCheck check(
-            state.files.LocalPath(state.dbPath + DatabaseName), ConnectText,
-            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-                + "/talven/TL030101.ini",
+            state.files.LocalPath(state.dbPath + DatabaseName), ConnectText, WindowMemory::File(),
             [&state](const QStringList &faults) {
                 if (faults.isEmpty())
                     return;
                 state.databaseWarning
-                    = QString("データベースに壊れたところがあります（%1）。管理者に連絡してください")
+                    = QString(
+                          "データベースに壊れたところがあります（%1）。管理者に連絡してください")
                           .arg(faults.front().section(':', 0, 0));
                 ShowWarning(state.databaseWarning);
             });

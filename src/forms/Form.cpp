@@ -1,16 +1,20 @@
 #include "forms/Form.h"
 
+#include "forms/WindowMemory.h"
 #include "platform/System.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QAction>
 #include <QApplication>
 #include <QFocusEvent>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QStatusTipEvent>
+#include <QTableView>
 
 namespace {
 
@@ -28,6 +32,14 @@ Form::Form(QWidget *parent)
 {
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
                    | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
+    m_forgetAction = new QAction("ウィンドウの大きさと列の幅を元に戻す(&0)", this);
+    m_forgetAction->setShortcut(Qt::CTRL | Qt::Key_0);
+    connect(m_forgetAction, &QAction::triggered, this, [this] {
+        ForgetArrangement();
+        ShowWord("ウィンドウの大きさと列の幅を元に戻しました");
+    });
+    addAction(m_forgetAction);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 void Form::OnFocus(QWidget *field, std::function<void()> enter, LeaveHandler leave)
@@ -96,11 +108,7 @@ void Form::MoveFocus(bool isForward)
 void Form::showEvent(QShowEvent *event)
 {
     if (!m_isPlaced) {
-        // With a large font a form may be larger than the screen; there is room for its frame.
-        constexpr QSize Frame(20, 50);
-        if (const QRect area = WorkArea(); !area.isEmpty())
-            resize(size().boundedTo(area.size() - Frame));
-        CenterForm(*this);
+        Place();
         // No button is pressed by Enter in another field, and none may look like it.
         for (QPushButton *button : findChildren<QPushButton *>())
             button->setAutoDefault(false);
@@ -108,6 +116,81 @@ void Form::showEvent(QShowEvent *event)
     }
     m_isPlaced = true;
     QDialog::showEvent(event);
+}
+
+void Form::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous())
+        KeepArrangement();
+    QDialog::hideEvent(event);
+}
+
+/// In the middle of the work area, and no larger than it: there has to be room for the frame too.
+void Form::Place()
+{
+    constexpr QSize Frame(20, 50);
+    const QRect area = WorkArea();
+    const QSize room
+        = area.isEmpty() ? QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX) : area.size() - Frame;
+    m_ownSize = size().boundedTo(room);
+    const WindowMemory memory(*this);
+    const QSize kept = memory.Size();
+    resize(kept.isEmpty() ? m_ownSize : kept.boundedTo(room));
+    CenterForm(*this);
+    if (memory.IsMaximized())
+        setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void Form::KeepColumns(QTableView &grid)
+{
+    const QHeaderView *header = grid.horizontalHeader();
+    std::vector<int> &own = m_ownWidths[&grid];
+    own.clear();
+    for (int column = 0; column < header->count(); ++column)
+        own.push_back(header->isSectionHidden(column) ? 0 : header->sectionSize(column));
+    const std::vector<int> kept = WindowMemory(*this).Widths(grid.objectName());
+    for (size_t column = 0; column < std::min(own.size(), kept.size()); ++column)
+        if (own[column] > 0 && kept[column] > 0)
+            grid.setColumnWidth(int(column), kept[column]);
+}
+
+/// Only what the operator has changed is kept.
+void Form::KeepArrangement() const
+{
+    WindowMemory memory(*this);
+    const QSize size = isMaximized() ? normalGeometry().size() : this->size();
+    memory.SetSize(size == m_ownSize.expandedTo(minimumSize()) ? QSize() : size);
+    memory.SetMaximized(isMaximized());
+    for (const auto &[grid, own] : m_ownWidths) {
+        const QHeaderView *header = grid->horizontalHeader();
+        std::vector<int> widths(own.size());
+        for (size_t column = 0; column < own.size(); ++column)
+            if (const int width = header->sectionSize(int(column)); width != own[column])
+                widths[column] = width;
+        if (header->stretchLastSection() && !widths.empty())
+            widths.back() = 0; // it is as wide as the grid leaves it
+        memory.SetWidths(grid->objectName(), widths);
+    }
+}
+
+void Form::TakeOwnArrangement()
+{
+    setWindowState(windowState() & ~Qt::WindowMaximized);
+    resize(m_ownSize);
+    CenterForm(*this);
+    for (const auto &[grid, own] : m_ownWidths)
+        for (size_t column = 0; column < own.size(); ++column)
+            if (own[column] > 0)
+                grid->setColumnWidth(int(column), own[column]);
+    emit ArrangementForgotten();
+}
+
+void Form::ForgetArrangement()
+{
+    WindowMemory::ForgetAll();
+    for (QWidget *window : QApplication::topLevelWidgets())
+        if (auto *form = qobject_cast<Form *>(window); form && form->m_isPlaced)
+            form->TakeOwnArrangement();
 }
 
 void Form::changeEvent(QEvent *event)

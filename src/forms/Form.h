@@ -5,9 +5,12 @@
 #include <functional>
 #include <map>
 #include <set>
+#include <vector>
 
 class QAbstractButton;
+class QAction;
 class QStatusBar;
+class QTableView;
 
 /// What every screen shares: it stands in the middle of the desktop when it appears, Enter and the
 /// arrow keys move between its fields, and it can tell when a field is entered and left.
@@ -19,6 +22,9 @@ class QStatusBar;
 /// A word that a control has for the operator (QStatusTipEvent) stands in the status panel "MSG",
 /// when the form has one, until the control takes it back; then the panel shows what it showed
 /// before, unless the form has something newer to say.
+///
+/// The size that the operator gives a form and the widths that he gives its columns are there again
+/// the next time, until he has them forgotten: by Ctrl+0 or the menu of any free place.
 class Form : public QDialog
 {
     Q_OBJECT
@@ -32,6 +38,16 @@ public:
     /// Enter and the arrow keys pass this button over.
     void SetHelperButton(QWidget *button) { m_helperButtons.insert(button); }
 
+    /// Forgets the sizes and widths of all windows; those that are open take their own ones.
+    static void ForgetArrangement();
+
+    /// ForgetArrangement as an entry for menus, with its key.
+    QAction *ForgetAction() const { return m_forgetAction; }
+
+signals:
+    /// Whatever else the form keeps in a WindowMemory goes back to what it is without one.
+    void ArrangementForgotten();
+
 protected:
     using LeaveHandler = std::function<void(QWidget *newFocus, Qt::FocusReason reason)>;
 
@@ -40,9 +56,14 @@ protected:
     /// takes the focus back, the click that led away from the field does nothing.
     void OnFocus(QWidget *field, std::function<void()> enter, LeaveHandler leave);
 
+    /// Gives the grid's columns the widths that the operator gave them last. To be called whenever
+    /// they have been laid out anew; the widths that they have then are the form's own.
+    void KeepColumns(QTableView &grid);
+
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
 
@@ -53,6 +74,9 @@ private:
         LeaveHandler leave;
     };
 
+    void Place();
+    void KeepArrangement() const;
+    void TakeOwnArrangement();
     void ColorReadOnlyBoxes();
     void MoveFocus(bool isForward);
     void LoseClickOn(QWidget *target);
@@ -64,6 +88,9 @@ private:
     QAbstractButton *m_escapeButton = nullptr;
     QString m_word; ///< of a control, in the panel
     QString m_textBehindWord;
+    QAction *m_forgetAction;
+    QSize m_ownSize; ///< as far as the screen has room for it
+    std::map<QTableView *, std::vector<int>> m_ownWidths;
     bool m_isPlaced = false;
 };
 

@@ -191,6 +191,7 @@ int main(int argc, char **argv)
     }
     const QString folder = QFileInfo(application.arguments()[1]).absoluteFilePath();
     QDir(folder).removeRecursively();
+    qputenv("XDG_CONFIG_HOME", (folder + "/config").toUtf8()); // the windows as they are at first
     QTextStream out(stdout);
     QTextStream err(stderr);
     if (RunTool({"demo", folder, "--lines", "2000", "--seed", "1"}, out, err) != ExitCode::Ok)
