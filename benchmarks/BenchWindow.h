@@ -38,6 +38,7 @@ public:
     RowSelection Everything() const { return RowSelection({{1, list.Count()}}); }
 
     LineList list;
-    LineModel model{list};
+    LineEdits edits{list};
+    LineModel model{edits};
     GridView grid;
 };

@@ -43,7 +43,7 @@ void BenchSetDates(const Sizes &sizes, bDAO &db, std::vector<Measurement> &resul
         {.run =
              [&] {
                  SetAndPaint(*window, [&] {
-                     SetAnswerDates(window->list, window->Everything(), "20270115");
+                     SetAnswerDates(window->edits, window->Everything(), "20270115");
                  });
              }},
         {.run = [&] {
@@ -61,7 +61,7 @@ void BenchSplit(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results)
 {
     const auto splitOnce = [](BenchWindow &window) {
         const int row = window.list.Count() / 2;
-        window.model.InsertBelow(row, [&] { CopyLine(window.list, row); });
+        window.model.InsertBelow(row, [&] { CopyLine(window.edits, row); });
         window.Paint();
     };
     const auto large = LoadedWindow(db, sizes.list);
@@ -86,10 +86,10 @@ void BenchChecks(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results
     // Every order is split, so that there are two rows to each sum.
     for (int row = 1; row < sizes.list; row += 2) {
         window->list.At(row).SetQuantity(Decimal::FromText(u"0.5"));
-        CopyLine(window->list, row);
+        CopyLine(window->edits, row);
     }
     window->model.Filled();
-    SetAnswerDates(window->list, window->Everything(), "20270115");
+    SetAnswerDates(window->edits, window->Everything(), "20270115");
     results.push_back(CompareTimes(
         QString("checks over %L1 rows of %L2 orders").arg(sizes.list).arg(sizes.list / 2), 2,
         {.run = [&] { CheckEveryRow(*window); }}, {.run = [&] {
@@ -107,7 +107,7 @@ void BenchChecks(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results
 /// Everything selected, another date set and checked, as before the answers are made.
 void SetAndCheck(BenchWindow &window, const QString &date)
 {
-    SetAndPaint(window, [&] { SetAnswerDates(window.list, window.Everything(), date); });
+    SetAndPaint(window, [&] { SetAnswerDates(window.edits, window.Everything(), date); });
     CheckEveryRow(window);
 }
 

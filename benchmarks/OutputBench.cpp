@@ -142,7 +142,8 @@ private:
         m_bare.ExecuteNative("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
                              + m_customer + "'");
         LoadList(m_state.db, BenchDatabase::CustomerOf(m_sizes.orders), m_list);
-        SetAnswerDates(m_list, Everything(), "20270115");
+        LineEdits edits(m_list);
+        SetAnswerDates(edits, Everything(), "20270115");
     }
 
     RowSelection Everything() const { return RowSelection({{1, m_list.Count()}}); }

@@ -37,6 +37,16 @@ QString Marks(const Line &line)
     return Mark(line.IsEdi()) + LineBreak + Mark(line.HasDateMark());
 }
 
+QString SpokenMarks(const Line &line)
+{
+    QStringList marks;
+    if (line.IsEdi())
+        marks += "EDI";
+    if (line.HasDateMark())
+        marks += "指定納期と異なる";
+    return marks.join("、");
+}
+
 QString Order(const Line &line)
 {
     return InLine(line, LineField::OdrNo) + LineBreak + InLine(line, LineField::HinCD) + LineBreak
@@ -79,6 +89,14 @@ QString States(const Line &line)
            + (line.IsShipped() ? Done : Blank);
 }
 
+QString SpokenStates(const Line &line)
+{
+    QStringList states{line.IsAnswered() ? "回答済" : "未回答"};
+    if (line.IsShipped())
+        states += "出荷済";
+    return states.join("、");
+}
+
 QString Contract(const Line &line)
 {
     return InLine(ContractKindName(line.Text(LineField::ContractKBN), 1)) + LineBreak
@@ -86,18 +104,28 @@ QString Contract(const Line &line)
 }
 
 constexpr ListColumn Columns[] = {
-    {"EDI\r\nﾏｰｸ", "ﾏｰｸ", Marks},
-    {"注文№\r\n商品ｺｰﾄﾞ\r\n商品名\r\n材質･規格･寸法", "積層セラミックコンデンサ 0.1uF 50V", Order},
-    {"注文数\r\n注残数", "999,999,999.000", OrderQuantities, true},
-    {"納入指示数\r\n出荷数", "999,999,999.000", LineQuantities, true},
-    {"回答数量", "999,999,999.000", AnswerQuantity, true, CellTyping::Quantity},
+    {"EDI\r\nﾏｰｸ", "", Marks, false, CellTyping::No, SpokenMarks},
+    {"注文№\r\n商品ｺｰﾄﾞ\r\n商品名\r\n材質･規格･寸法", "", Order},
+    {"注文数\r\n注残数", "", OrderQuantities, true},
+    {"納入指示数\r\n出荷数", "", LineQuantities, true},
+    {"回答数量", "9,999,999.000", AnswerQuantity, true, CellTyping::Quantity},
     {"回答納期", "88/88/88", AnswerDate, false, CellTyping::Date},
-    {"納期\r\n納入№", "WWWWWWWW", SpecifiedDate},
-    {"回答\r\n出荷", "出荷", States},
-    {"契約条件区分\r\n部門ｺｰﾄﾞ", "H 期間注文型取引(月)", Contract},
+    {"納期\r\n納入№", "", SpecifiedDate},
+    {"回答\r\n出荷", "", States, false, CellTyping::No, SpokenStates},
+    {"契約条件区分\r\n部門ｺｰﾄﾞ", "", Contract},
 };
 
 } // namespace
+
+QString SpokenState(const Line &line)
+{
+    QStringList states;
+    if (line.IsShipped())
+        states += "出荷済";
+    if (line.IsDefective())
+        states += "不良品";
+    return states.join("、");
+}
 
 std::span<const ListColumn> ListColumns()
 {

@@ -11,11 +11,15 @@ enum class CellTyping { No, Quantity, Date };
 struct ListColumn
 {
     const char *heading;               ///< its lines separated by CR LF
-    const char *widestText;            ///< a text that the column must have room for
+    const char *leastText;             ///< that there is room for, whatever the list holds
     QString (*text)(const Line &line); ///< what a cell shows, its lines separated by CR LF
     bool isNumber = false;
     CellTyping typing = CellTyping::No;
+    QString (*spoken)(const Line &line) = nullptr; ///< for a screen reader, in place of marks
 };
+
+/// A line's colour in words: empty for a line like any other.
+QString SpokenState(const Line &line);
 
 /// The columns from left to right.
 std::span<const ListColumn> ListColumns();

@@ -1,24 +1,33 @@
 #include "answerlist/SC030110.h"
 
+#include "answerlist/ColumnFit.h"
 #include "answerlist/ListColumns.h"
 #include "answerlist/SC030120.h"
+#include "forms/WindowMemory.h"
 #include "lines/AnswerDates.h"
+#include "lines/LineFind.h"
 #include "lines/LineSplit.h"
 #include "messages/bMessage.h"
+#include "platform/Contrast.h"
 #include "platform/MsgBox.h"
 #include "platform/System.h"
 #include "ui_SC030110.h"
 #include "util/bDate.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
 
 namespace {
+
+constexpr auto OpenOnlyFlag = "openOnly";
 
 /// The name of the date that the search's range is about.
 QString DateBasisName(const QString &basis)
@@ -34,13 +43,33 @@ QString DateBasisName(const QString &basis)
     return {};
 }
 
-/// The width that the widest line of a text takes.
-int WidthOf(const QFontMetrics &metrics, const QString &text)
+/// What stands beside 件数.
+QString CountsText(const LineCounts &counts, int selected, int shown)
 {
-    int width = 0;
-    for (const QString &line : text.split("\r\n"))
-        width = std::max(width, metrics.horizontalAdvance(line));
-    return width;
+    const auto shownCount = [](int count) { return Decimal(count).ToFixed(0, true); };
+    QString text = QString("選択 %1　　変更 %2　　未回答 %3　　納期超過 %4")
+                       .arg(shownCount(selected), shownCount(counts.changed),
+                            shownCount(counts.open), shownCount(counts.overdue));
+    if (shown < counts.lines)
+        text += "　　表示 " + shownCount(shown);
+    return text;
+}
+
+/// While an order is answered in parts: what its answers leave of what is open. Else empty.
+QString RemainderText(const LineList &list, int row)
+{
+    const Line &line = list.At(row);
+    Decimal answers;
+    bool isSplit = false;
+    for (const int other : list.RowsOfOrder(line.Key().accNo)) {
+        answers += list.At(other).Now().quantity;
+        isSplit = isSplit || !list.At(other).IsStored();
+    }
+    if (!isSplit)
+        return {};
+    const Decimal open = line.OpenQuantity();
+    return QString("注残 %1 － 回答計 %2 ＝ 残り %3")
+        .arg(open.ToText(), answers.ToText(), (open - answers).ToText());
 }
 
 } // namespace
@@ -54,13 +83,19 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
 {
     const Hourglass hourglass;
     m_ui->setupUi(this);
-    AddStatusPanels(*m_ui->stbMain, {"MSG", "USERID", "DATE"});
+    AddStatusPanels(*m_ui->stbMain, {"MSG", "REMAINDER", "USERID", "DATE"});
+    m_edits.SetSelection([this] { return Selected(); });
+    m_model.ShowOpenOnly(WindowMemory(*this).Flag(OpenOnlyFlag));
+    m_ui->chkOpenOnly->setChecked(m_model.ShowsOpenOnly());
     m_ui->spdList->setModel(&m_model);
+    m_ui->spdList->horizontalHeader()->setStretchLastSection(false);
     m_ui->spdList->SetColumnInput(ColumnTyped(CellTyping::Quantity),
                                   std::make_unique<QuantityCellInput>());
     m_ui->spdList->SetColumnInput(ColumnTyped(CellTyping::Date), std::make_unique<DateCellInput>());
     LayOutColumns();
     ClearScreen();
+    AddCommands();
+    Color();
 
     connect(m_ui->cmdLimSet, &QPushButton::clicked, this, &SC030110::cmdLimSet_Click);
     connect(m_ui->cmbLimDef, &QPushButton::clicked, this, &SC030110::cmbLimDef_Click);
@@ -71,31 +106,112 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     connect(m_ui->cmdExit, &QPushButton::clicked, this, &SC030110::reject);
     connect(m_ui->spdList, &GridView::CellDoubleClicked, this, &SC030110::cmdDetail_Click);
     connect(m_ui->spdList, &GridView::CellLeft, this,
-            [this](int, int, int, int newRow) { ShowHint(newRow); });
+            [this](int, int, int, int newRow) { ShowHint(m_model.LineRow(newRow)); });
+    connect(m_ui->spdList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &SC030110::ShowCounts);
     // What has been changed is meant.
-    connect(&m_model, &LineModel::Edited, this, [this](int row) {
-        m_ui->spdList->selectionModel()->select(
-            m_model.index(row - 1, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    connect(&m_model, &LineModel::Edited, this, [this](int lineRow) {
+        m_ui->spdList->selectionModel()->select(m_model.index(m_model.ShownRow(lineRow) - 1, 0),
+                                                QItemSelectionModel::Select
+                                                    | QItemSelectionModel::Rows);
     });
     // A mended error is told of no more.
-    connect(&m_model, &QAbstractItemModel::dataChanged, this, [this] { ShowHint(ActiveRow()); });
+    connect(&m_model, &QAbstractItemModel::dataChanged, this, [this] {
+        ShowCounts();
+        ShowHint(ActiveRow());
+    });
+    connect(m_ui->chkOpenOnly, &QCheckBox::clicked, this, &SC030110::ShowOpenOnly);
+    connect(m_ui->findBar, &FindBar::Wanted, this, &SC030110::Find);
+    connect(m_ui->findBar, &FindBar::Closed, this, [this] { m_ui->spdList->setFocus(); });
+    connect(this, &Form::ArrangementForgotten, this, [this] {
+        m_areColumnsFitted = true;
+        FitColumns();
+        if (m_model.ShowsOpenOnly())
+            ShowOpenOnly(false);
+    });
+    connect(m_ui->spdList->horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this] { m_areColumnsFitted = m_areColumnsFitted && m_isFitting; });
 }
 
 SC030110::~SC030110() = default;
 
+/// The commands of the grid: keys of their own, and what the menu of the right button offers.
+void SC030110::AddCommands()
+{
+    GridView *grid = m_ui->spdList;
+    grid->setContextMenuPolicy(Qt::ActionsContextMenu);
+    const auto add = [&](const QString &text, const QList<QKeySequence> &keys, auto &&run,
+                         Qt::ShortcutContext context = Qt::WindowShortcut) {
+        auto *action = new QAction(text, grid);
+        action->setShortcuts(keys);
+        action->setShortcutContext(context);
+        connect(action, &QAction::triggered, this, run);
+        grid->addAction(action);
+    };
+    const auto addButton = [&](QPushButton *button) {
+        add(button->accessibleName(), {}, [button] { button->click(); });
+        const QKeySequence key = QKeySequence::mnemonic(button->text());
+        button->setToolTip(QString("%1 (%2)").arg(button->toolTip(), key.toString()).trimmed());
+    };
+    const auto addSeparator = [&] {
+        auto *separator = new QAction(grid);
+        separator->setSeparator(true);
+        grid->addAction(separator);
+    };
+    add("元に戻す", {QKeySequence::Undo}, [this] { TakeBack(); });
+    add("コピー", {}, [grid] { QApplication::clipboard()->setText(grid->SelectedText()); });
+    add(
+        "回答納期を消す", {Qt::Key_Delete, Qt::Key_Backspace}, [this] { EditDates({}); },
+        Qt::WidgetShortcut);
+    addSeparator();
+    for (QPushButton *button : {m_ui->cmdLimSet, m_ui->cmbLimDef, m_ui->cmdCopy, m_ui->cmdDelete,
+                                m_ui->cmdDetail, m_ui->cmdMake})
+        addButton(button);
+    addSeparator();
+    add("検索", {QKeySequence::Find}, [this] { OpenFindBar(); });
+    add("次を検索", {Qt::Key_F3}, [this] { Find(true); });
+    add("前を検索", {Qt::SHIFT | Qt::Key_F3}, [this] { Find(false); });
+    add("未回答のみ", {}, [this] { m_ui->chkOpenOnly->click(); });
+    add("一覧とボタンの間を移る", {Qt::Key_F6, Qt::CTRL | Qt::Key_Tab}, [this] { LeaveGrid(); });
+    addSeparator();
+    grid->addAction(ForgetAction());
+    addButton(m_ui->cmdExit);
+}
+
 void SC030110::LayOutColumns()
 {
-    constexpr int CellMargins = 18;
     constexpr int LinesPerRow = 4;
+    m_ui->spdList->SetTextLines(LinesPerRow);
+    FitColumns();
+}
+
+/// Gives the columns the widths that their texts take, or those that the operator has kept.
+void SC030110::FitColumns()
+{
+    if (!m_areColumnsFitted)
+        return;
+    const QScopedValueRollback fitting(m_isFitting, true);
     GridView *grid = m_ui->spdList;
     const QFontMetrics metrics = grid->fontMetrics();
-    const QFontMetrics headingMetrics = grid->horizontalHeader()->fontMetrics();
-    int number = 0;
-    for (const ListColumn &column : ListColumns())
-        grid->SetColumnWidth(++number, std::max(WidthOf(metrics, column.widestText),
-                                                WidthOf(headingMetrics, column.heading))
-                                           + CellMargins);
-    grid->SetTextLines(LinesPerRow);
+    const std::vector<int> widths
+        = FitTo(NeededWidths(m_model, metrics, grid->horizontalHeader()->fontMetrics()),
+                grid->viewport()->width(), metrics);
+    for (size_t column = 0; column < widths.size(); ++column)
+        grid->SetColumnWidth(int(column) + 1, widths[column]);
+    KeepColumns(*grid);
+}
+
+/// Colours that the desktop's palette gives: the main command, and the legend.
+void SC030110::Color()
+{
+    const QPalette colors = palette();
+    QPalette main = colors;
+    main.setColor(QPalette::Button, colors.color(QPalette::Highlight));
+    main.setColor(QPalette::ButtonText, colors.color(QPalette::HighlightedText));
+    m_ui->cmdMake->setPalette(main);
+    QPalette legend = colors;
+    legend.setColor(QPalette::WindowText, Readable(DefectiveColor, colors.color(QPalette::Window)));
+    m_ui->lblDefective->setPalette(legend);
 }
 
 void SC030110::changeEvent(QEvent *event)
@@ -103,6 +219,14 @@ void SC030110::changeEvent(QEvent *event)
     Form::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         LayOutColumns();
+    if (event->type() == QEvent::PaletteChange)
+        Color();
+}
+
+void SC030110::resizeEvent(QResizeEvent *event)
+{
+    Form::resizeEvent(event);
+    FitColumns();
 }
 
 void SC030110::ClearScreen()
@@ -112,9 +236,11 @@ void SC030110::ClearScreen()
         box->clear();
     m_ui->txtSum->setText("0");
     m_list.Clear();
+    m_edits.Clear();
     m_model.Filled();
+    ShowCounts();
     m_ui->lblDate->setText(DateBasisName(m_state.conditions.dateBasis));
-    for (const char *panel : {"MSG", "USERID", "DATE"})
+    for (const char *panel : {"MSG", "REMAINDER", "USERID", "DATE"})
         SetPanelText(*m_ui->stbMain, panel, {});
     SetPanelText(*m_ui->stbMain, "DATE", NowDateText());
 }
@@ -152,8 +278,10 @@ void SC030110::Activate()
         return;
     }
     m_state.isReloadNeeded = false;
-    m_ui->spdList->Activate(1, 1);
+    if (m_model.rowCount() > 0)
+        m_ui->spdList->Activate(1, 1);
     m_ui->spdList->setFocus();
+    m_ui->lblDefective->setVisible(loaded.hasDefectiveLines);
     ShowStatus(loaded.hasDefectiveLines ? "不良品の明細は、紫色で表示されます" : "");
 }
 
@@ -166,8 +294,10 @@ LoadedList SC030110::LoadLines()
     m_ui->txtToAccDate->setText(FormatDateText(conditions.toDate, 3));
     m_model.Empty();
     const LoadedList loaded = LoadList(m_state.db, conditions, m_list, StatusBar());
+    m_edits.Clear();
     m_model.Filled();
-    ShowLineCount();
+    FitColumns();
+    ShowCounts();
     if (loaded.lineCount == 0) {
         for (QPushButton *button :
              {m_ui->cmdCopy, m_ui->cmdDelete, m_ui->cmdMake, m_ui->cmdDetail, m_ui->cmdLimSet})
@@ -178,28 +308,69 @@ LoadedList SC030110::LoadLines()
     return loaded;
 }
 
+/// In rows of the list, as all the commands take them.
 RowSelection SC030110::Selected() const
 {
-    return RowSelection(m_ui->spdList->SelectedRowRanges());
+    return m_model.LineRows(RowSelection(m_ui->spdList->SelectedRowRanges()));
 }
 
 int SC030110::ActiveRow() const
 {
-    return std::min(m_ui->spdList->ActiveRow(), m_list.Count());
+    return m_model.LineRow(std::min(m_ui->spdList->ActiveRow(), m_model.rowCount()));
 }
 
-void SC030110::ShowLineCount()
+void SC030110::SelectShown(const RowSelection &lineRows)
+{
+    m_ui->spdList->SetSelectedRows(m_model.ShownRows(lineRows).Ranges());
+}
+
+template <typename Change>
+void SC030110::Rearrange(Change &&change)
+{
+    GridView *grid = m_ui->spdList;
+    const int column = std::max(1, grid->ActiveColumn());
+    const int shownRow = grid->ActiveRow();
+    const int top = grid->verticalScrollBar()->value();
+    const LineId active = ActiveRow() > 0 ? m_list.At(ActiveRow()).Id() : LineId();
+    std::vector<LineId> selected;
+    Selected().ForEach([&](int row) {
+        selected.push_back(m_list.At(row).Id());
+        return true;
+    });
+    change();
+    m_model.Filled();
+    const std::vector<int> rows = m_list.RowsById();
+    std::vector<RowSelection::Range> selectedRows;
+    for (const LineId line : selected)
+        if (rows[line] > 0)
+            selectedRows.emplace_back(rows[line], rows[line]);
+    SelectShown(RowSelection(std::move(selectedRows)));
+    grid->verticalScrollBar()->setValue(top);
+    int activeRow = m_model.ShownRow(rows[active]);
+    if (activeRow == 0)
+        activeRow = std::clamp(shownRow - 1, 1, std::max(1, m_model.rowCount()));
+    if (m_model.rowCount() > 0)
+        grid->Activate(column, activeRow);
+    ShowCounts();
+    ShowHint(ActiveRow());
+}
+
+void SC030110::ShowCounts()
 {
     m_ui->txtSum->setText(Decimal(m_list.Count()).ToFixed(0, true));
+    const int selected = RowSelection(m_ui->spdList->SelectedRowRanges()).Count();
+    m_ui->lblCounts->setText(CountsText(m_model.Counts(), selected, m_model.rowCount()));
 }
 
 /// What the status bar tells about a row: the error that the checks found, that it is shipped, or
 /// nothing.
-void SC030110::ShowHint(int row)
+void SC030110::ShowHint(int lineRow)
 {
-    if (row <= 0)
+    if (lineRow <= 0)
         return;
-    const Line &line = m_list.At(row);
+    const Line &line = m_list.At(lineRow);
+    SetPanelText(*m_ui->stbMain, "REMAINDER",
+                 m_model.Counts().changed > 0 ? RemainderText(m_list, lineRow) : QString());
     if (line.Error() != LineError::None)
         SetPanelWarning(*m_ui->stbMain, "MSG", ErrorText(line.Error()));
     else if (line.IsShipped())
@@ -244,14 +415,14 @@ void SC030110::cmdLimSet_Click()
     const QString date = AskAnswerDate();
     if (date.isEmpty())
         return;
-    SetDates([&] { SetAnswerDates(m_list, Selected(), date, StatusBar()); });
+    SetDates([&] { SetAnswerDates(m_edits, Selected(), date, StatusBar()); });
 }
 
 void SC030110::cmbLimDef_Click()
 {
     if (!MayRun() || !CheckDateSelection(m_list, Selected()))
         return;
-    SetDates([&] { SetSpecifiedDates(m_list, Selected(), StatusBar()); });
+    SetDates([&] { SetSpecifiedDates(m_edits, Selected(), StatusBar()); });
 }
 
 void SC030110::cmdCopy_Click()
@@ -261,8 +432,9 @@ void SC030110::cmdCopy_Click()
     const int row = SingleRow(Selected());
     if (row == 0)
         return;
-    m_model.InsertBelow(row, [&] { CopyLine(m_list, row); });
-    ShowLineCount();
+    m_model.InsertBelow(row, [&] { CopyLine(m_edits, row); });
+    ShowCounts();
+    GoTo(ColumnTyped(CellTyping::Quantity), row + 1);
 }
 
 void SC030110::cmdDelete_Click()
@@ -273,10 +445,10 @@ void SC030110::cmdDelete_Click()
     if (row == 0 || !DeleteLine(m_state.db, m_list.At(row)))
         return;
     m_model.Remove(row);
-    ShowLineCount();
-    if (m_list.Count() > 0)
+    ShowCounts();
+    if (m_model.rowCount() > 0)
         m_ui->spdList->Activate(std::max(1, m_ui->spdList->ActiveColumn()),
-                                std::min(row, m_list.Count()));
+                                std::min(m_ui->spdList->ActiveRow(), m_model.rowCount()));
 }
 
 void SC030110::cmdDetail_Click()
@@ -321,19 +493,115 @@ void SC030110::cmdMake_Click()
         const QScopedValueRollback busy(m_isBusy, true);
         failedRow = m_makeAnswers(m_list, selected, m_stamp, StatusBar());
     }
-    m_model.Changed();
-    m_ui->spdList->SetSelectedRows(selected.Ranges());
+    if (m_model.ShowsOpenOnly())
+        Rearrange([] {}); // answered lines are to be hidden
+    else
+        m_model.Changed();
+    SelectShown(selected);
     if (failedRow > 0)
         GoToError(failedRow);
     ShowHint(ActiveRow());
 }
 
+void SC030110::GoTo(int column, int lineRow)
+{
+    m_ui->spdList->Activate(column, m_model.ShownRow(lineRow));
+    m_ui->spdList->setFocus();
+}
+
 /// Brings the operator to the cell that is to be mended.
-void SC030110::GoToError(int row)
+void SC030110::GoToError(int lineRow)
 {
     QApplication::beep();
-    m_ui->spdList->Activate(ColumnToMend(m_list.At(row).Error()), row);
-    m_ui->spdList->setFocus();
+    if (m_model.ShownRow(lineRow) == 0)
+        ShowOpenOnly(false);
+    GoTo(ColumnToMend(m_list.At(lineRow).Error()), lineRow);
+}
+
+/// Gives the selected rows this answered date, or the active one when none is selected.
+void SC030110::EditDates(const QString &storedForm)
+{
+    if (!MayRun() || ActiveRow() == 0)
+        return;
+    RowSelection rows = Selected();
+    if (rows.IsEmpty())
+        rows = RowSelection({{ActiveRow(), ActiveRow()}});
+    if (!CheckDateSelection(m_list, rows))
+        return;
+    SetDates([&] { SetAnswerDates(m_edits, rows, storedForm, StatusBar()); });
+    SelectShown(rows); // what has been changed is meant
+}
+
+void SC030110::TakeBack()
+{
+    if (!MayRun())
+        return;
+    LineEdits::TakenBack back;
+    Rearrange([&] { back = m_edits.TakeBack(); });
+    if (!back.isAnything) {
+        ShowStatus("元に戻す変更はありません");
+        return;
+    }
+    SelectShown(Selected().Without(back.unselected));
+    if (!back.rows.empty() && m_model.ShownRow(back.rows.front()) > 0)
+        GoTo(std::max(1, m_ui->spdList->ActiveColumn()), back.rows.front());
+    ShowStatus("変更を元に戻しました");
+}
+
+void SC030110::OpenFindBar()
+{
+    if (MayRun())
+        m_ui->findBar->Open();
+}
+
+/// Goes on to the next shown line that holds the text, round the end of the list.
+void SC030110::Find(bool isForward)
+{
+    if (!MayRun())
+        return;
+    const LineFind wanted(m_ui->findBar->Text());
+    if (wanted.IsEmpty()) {
+        m_ui->findBar->Open();
+        return;
+    }
+    const QScopedValueRollback busy(m_isBusy, true);
+    const int count = m_model.rowCount();
+    const int start = m_ui->spdList->ActiveRow();
+    LongWork work(StatusBar(), "検索しています…", count);
+    for (int step = 1; step <= count && work.Step(); ++step) {
+        const int row = (start - 1 + (isForward ? step : count - step) + count) % count + 1;
+        if (!wanted.IsIn(m_list.At(m_model.LineRow(row))))
+            continue;
+        m_ui->spdList->Activate(std::max(1, m_ui->spdList->ActiveColumn()), row);
+        const bool isRound = isForward ? row <= start : row >= start;
+        ShowStatus(isRound ? "一覧の端まで検索したので、反対の端から続けました" : "");
+        return;
+    }
+    QApplication::beep();
+    ShowStatus("「" + m_ui->findBar->Text() + "」は、一覧にありません");
+}
+
+void SC030110::ShowOpenOnly(bool isOn)
+{
+    if (!MayRun()) {
+        m_ui->chkOpenOnly->setChecked(m_model.ShowsOpenOnly());
+        return;
+    }
+    const Hourglass hourglass;
+    Rearrange([&] { m_model.ShowOpenOnly(isOn); });
+    m_ui->chkOpenOnly->setChecked(isOn);
+    WindowMemory(*this).SetFlag(OpenOnlyFlag, isOn);
+}
+
+/// From the grid to the buttons, and from anywhere else back to it.
+void SC030110::LeaveGrid()
+{
+    if (!MayRun())
+        return;
+    if (m_ui->spdList->hasFocus())
+        m_ui->cmdLimSet->setFocus(Qt::TabFocusReason);
+    else
+        m_ui->spdList->setFocus(Qt::TabFocusReason);
 }
 
 void SC030110::reject()

@@ -10,6 +10,8 @@
 #include <functional>
 #include <memory>
 
+class QAction;
+
 namespace Ui {
 class SC030110;
 }
@@ -40,22 +42,39 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void AddCommands();
     void LayOutColumns();
+    void FitColumns();
+    void Color();
     void ClearScreen();
     void Activate();
     LoadedList LoadLines();
     RowSelection Selected() const;
     int ActiveRow() const;
-    void ShowLineCount();
-    void ShowHint(int row);
+    void SelectShown(const RowSelection &lineRows);
+
+    /// Shows the list as `change` leaves it, with the same lines selected and active as far as they
+    /// are shown then.
+    template <typename Change>
+    void Rearrange(Change &&change);
+    void ShowCounts();
+    void ShowHint(int lineRow);
     void ShowStatus(const QString &text);
     ShowStatusText StatusBar(); ///< ShowStatus for others
     template <typename Command>
     void SetDates(Command &&command);
     bool MayRun(); ///< a cell in edit is finished first
-    void GoToError(int row);
+    void GoTo(int column, int lineRow);
+    void GoToError(int lineRow);
+    void EditDates(const QString &storedForm);
+    void TakeBack();
+    void OpenFindBar();
+    void Find(bool isForward);
+    void ShowOpenOnly(bool isOn);
+    void LeaveGrid();
 
     void cmdLimSet_Click();
     void cmbLimDef_Click();
@@ -68,8 +87,11 @@ private:
     ProgramState &m_state;
     MakeAnswers m_makeAnswers;
     LineList m_list;
-    LineModel m_model{m_list};
+    LineEdits m_edits{m_list};
+    LineModel m_model{m_edits};
     WriteStamp m_stamp;
+    bool m_isFitting = false; ///< the columns; who else resizes one is the operator
+    bool m_areColumnsFitted = true;
     bool m_isBusy = false; ///< with a load or a run, which may let events through
     int m_waits = 0;       ///< for the window to come to the screen
 };

@@ -1,23 +1,22 @@
 #include "grid/CellDelegate.h"
 
 #include "grid/GridView.h"
+#include "platform/Contrast.h"
 
+#include <QHelpEvent>
 #include <QPainter>
-#include <algorithm>
+#include <QToolTip>
 
 namespace {
 
-/// The text's colour, made lighter or darker as far as it takes to be read on that background.
-QColor Readable(const QColor &text, const QColor &background)
+/// The background with a breath of another colour.
+QColor Mixed(const QColor &background, const QColor &other)
 {
-    constexpr int LeastDifference = 80; // of 255 steps of grey
-    const int grey = qGray(background.rgb());
-    if (std::abs(qGray(text.rgb()) - grey) >= LeastDifference)
-        return text;
-    constexpr int Middle = 128;
-    const int lightness = grey < Middle ? grey + 150 : grey - 150;
-    return QColor::fromHsl(std::max(text.hslHue(), 0), text.hslSaturation(),
-                           std::clamp(lightness, 0, 255));
+    constexpr float Part = 0.12F;
+    const auto mixed = [](float one, float two) { return one + (two - one) * Part; };
+    return QColor::fromRgbF(mixed(background.redF(), other.redF()),
+                            mixed(background.greenF(), other.greenF()),
+                            mixed(background.blueF(), other.blueF()));
 }
 
 } // namespace
@@ -32,11 +31,17 @@ void CellDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInd
 {
     QStyledItemDelegate::initStyleOption(option, index);
     option->state &= ~QStyle::State_HasFocus; // the frame shows it
-    const QColor background = option->backgroundBrush.style() == Qt::NoBrush
-                                  ? option->palette.color(QPalette::Base)
-                                  : option->backgroundBrush.color();
+    const QColor base = option->palette.color(QPalette::Base);
+    if (option->backgroundBrush.style() == Qt::NoBrush
+        && index.flags().testFlag(Qt::ItemIsEditable))
+        option->backgroundBrush = Mixed(base, option->palette.color(QPalette::Highlight));
+    const QColor background
+        = option->backgroundBrush.style() == Qt::NoBrush ? base : option->backgroundBrush.color();
     option->palette.setColor(QPalette::Text,
                              Readable(option->palette.color(QPalette::Text), background));
+    option->palette.setColor(QPalette::HighlightedText,
+                             Readable(option->palette.color(QPalette::HighlightedText),
+                                      option->palette.color(QPalette::Highlight)));
 }
 
 void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -46,7 +51,10 @@ void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     if (index != m_grid->currentIndex())
         return;
     painter->save();
-    painter->setPen(QPen(option.palette.color(QPalette::WindowText), 2));
+    const bool isSelected = option.state & QStyle::State_Selected;
+    const auto role = isSelected ? QPalette::Highlight : QPalette::Base;
+    painter->setPen(
+        QPen(Readable(option.palette.color(QPalette::WindowText), option.palette.color(role)), 2));
     painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
     painter->restore();
 }
@@ -55,4 +63,25 @@ QWidget *CellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
                                     const QModelIndex &index) const
 {
     return m_grid->BeginEdit(parent, index);
+}
+
+/// Over the first line of the cell's text.
+void CellDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                                        const QModelIndex &) const
+{
+    QRect line = option.rect;
+    line.setHeight(std::min(line.height(), editor->sizeHint().height()));
+    editor->setGeometry(line);
+}
+
+bool CellDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
+                             const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    const QString text = index.data().toString();
+    if (event->type() == QEvent::ToolTip && index.data(Qt::ToolTipRole).isNull()
+        && sizeHint(option, index).width() > option.rect.width()) {
+        QToolTip::showText(event->globalPos(), text, view);
+        return true;
+    }
+    return QStyledItemDelegate::helpEvent(event, view, option, index);
 }

@@ -5,7 +5,8 @@
 class GridView;
 
 /// Paints a grid's cells as the style does, with a frame around the active one, and makes their
-/// editors. Colours of a cell's own stay readable whatever the palette is.
+/// editors. A text that is cut is told whole in a tooltip, and one that can be typed
+/// into stands out. Colours of a cell's own stay readable whatever the palette is.
 class CellDelegate : public QStyledItemDelegate
 {
 public:
@@ -15,6 +16,10 @@ public:
                const QModelIndex &index) const override;
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
+    void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                              const QModelIndex &index) const override;
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                   const QModelIndex &index) override;
     void setEditorData(QWidget *, const QModelIndex &) const override {}
     void setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const override {}
 

@@ -23,6 +23,8 @@ GridView::GridView(QWidget *parent)
     verticalHeader()->setDefaultAlignment(Qt::AlignCenter);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setHighlightSections(false); // whole rows are selected
+    horizontalHeader()->setSectionsClickable(false); // and no columns
+    setCornerButtonEnabled(false);
     horizontalHeader()->setMinimumSectionSize(24);
     horizontalHeader()->setStretchLastSection(true);
 
@@ -149,8 +151,9 @@ QLineEdit *GridView::BeginEdit(QWidget *parent, const QModelIndex &index)
     editor->setObjectName("cellEditor");
     editor->setAccessibleName(
         model()->headerData(index.column(), Qt::Horizontal, Qt::DisplayRole).toString());
-    editor->setFrame(false);
     editor->setAutoFillBackground(true);
+    const auto alignment = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
+    editor->setAlignment((alignment & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter);
     editor->setText(index.data(Qt::EditRole).toString());
     input->Prepare(*editor);
     editor->selectAll();
@@ -244,6 +247,17 @@ bool GridView::HandleEditorKey(QKeyEvent *event)
     case Qt::Key_Escape:
         CancelEdit();
         return true;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        // With Ctrl too, where the box itself has no use for it.
+        if (event->key() == Qt::Key_Home)
+            m_editor->home(event->modifiers() & Qt::ShiftModifier);
+        else
+            m_editor->end(event->modifiers() & Qt::ShiftModifier);
+        return true;
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
         rows = event->modifiers() & Qt::ShiftModifier ? -1 : 1;
@@ -304,6 +318,12 @@ bool GridView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event
 
 void GridView::keyPressEvent(QKeyEvent *event)
 {
+    if (m_isRowMode && (event->key() == Qt::Key_Home || event->key() == Qt::Key_End)) {
+        if (model()->rowCount() > 0)
+            Activate(std::max(1, ActiveColumn()),
+                     event->key() == Qt::Key_Home ? 1 : model()->rowCount());
+        return;
+    }
     if (event->matches(QKeySequence::Copy)) {
         QApplication::clipboard()->setText(SelectedText());
         return;

@@ -25,14 +25,15 @@ namespace {
 
 /// Gives every selected open row the date that `dateOf` gives for its line.
 template <typename DateOf>
-void SetDates(LineList &list, const RowSelection &selected, const ShowStatusText &showStatus,
+void SetDates(LineEdits &edits, const RowSelection &selected, const ShowStatusText &showStatus,
               DateOf &&dateOf)
 {
     LongWork work(showStatus, "回答納期を設定しています…", selected.Count());
+    const LineEdits::Step step(edits);
     selected.ForEach([&](int row) {
-        Line &line = list.At(row);
+        const Line &line = edits.List().At(row);
         if (!line.IsShipped())
-            line.SetDate(dateOf(line));
+            edits.SetDate(row, dateOf(line));
         work.Step();
         return true;
     });
@@ -40,16 +41,16 @@ void SetDates(LineList &list, const RowSelection &selected, const ShowStatusText
 
 } // namespace
 
-void SetAnswerDates(LineList &list, const RowSelection &selected, const QString &storedDate,
+void SetAnswerDates(LineEdits &edits, const RowSelection &selected, const QString &storedDate,
                     const ShowStatusText &showStatus)
 {
-    SetDates(list, selected, showStatus, [&](const Line &) { return storedDate; });
+    SetDates(edits, selected, showStatus, [&](const Line &) { return storedDate; });
 }
 
-void SetSpecifiedDates(LineList &list, const RowSelection &selected,
+void SetSpecifiedDates(LineEdits &edits, const RowSelection &selected,
                        const ShowStatusText &showStatus)
 {
-    SetDates(list, selected, showStatus, [](const Line &line) { return line.SpecifiedDate(); });
+    SetDates(edits, selected, showStatus, [](const Line &line) { return line.SpecifiedDate(); });
 }
 
 QString AskAnswerDate()

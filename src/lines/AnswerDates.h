@@ -1,7 +1,6 @@
 #pragma once
 
-#include "lines/LineList.h"
-#include "lines/RowSelection.h"
+#include "lines/LineEdits.h"
 #include "platform/LongWork.h"
 
 /// Setting answered dates on the list. Nothing is written to the database here.
@@ -10,11 +9,11 @@
 bool CheckDateSelection(const LineList &list, const RowSelection &selected);
 
 /// Gives every selected open row this answered date (stored form), as if it had been typed.
-void SetAnswerDates(LineList &list, const RowSelection &selected, const QString &storedDate,
+void SetAnswerDates(LineEdits &edits, const RowSelection &selected, const QString &storedDate,
                     const ShowStatusText &showStatus = {});
 
 /// Gives every selected open row its own specified date.
-void SetSpecifiedDates(LineList &list, const RowSelection &selected,
+void SetSpecifiedDates(LineEdits &edits, const RowSelection &selected,
                        const ShowStatusText &showStatus = {});
 
 /// Asks the operator for a date. Empty when he gave none or one that the calendar lacks (told so);

@@ -53,6 +53,7 @@ Line Line::Split(const Decimal &quantity) const
 {
     Line split = *this;
     split.m_sourceShpSubNo = m_isStored ? m_key.shpSubNo : m_sourceShpSubNo;
+    split.m_id = 0;
     split.m_key.shpSubNo = 0;
     split.m_stored = {};
     split.m_now = {QString(), quantity.IsNegative() ? Decimal() : quantity};
@@ -66,6 +67,8 @@ Line Line::Split(const Decimal &quantity) const
     split.m_hasFailed = false;
     split.m_isStoredSinceAnswered = false;
     split.m_wasSentHere = false;
+    split.m_isRegisteredHere = false;
+    split.m_revision = 0;
     return split;
 }
 
@@ -160,12 +163,21 @@ void Line::SetQuantity(const Decimal &quantity)
         m_error = LineError::None;
 }
 
+void Line::PutBack(const Answer &answer, bool hasDateMark)
+{
+    m_now = answer;
+    m_hasDateMark = hasDateMark;
+    m_error = LineError::None;
+}
+
 void Line::TakeStored(const Answer &answer)
 {
     m_isStoredSinceAnswered |= answer != m_stored;
     m_stored = m_now = answer;
     m_isProposed = false;
     m_hasFailed = false;
+    m_isRegisteredHere = true;
+    ++m_revision;
     m_hasDateMark = !IsSpecifiedDate(answer.date);
     m_error = LineError::None;
 }
@@ -199,11 +211,13 @@ bool Line::IsOtherThan(const Line &reading) const
 
 void Line::Reread(const Line &reading)
 {
-    const bool wasSentHere = m_wasSentHere;
-    const bool isStoredSince = m_isStoredSinceAnswered || reading.m_stored != m_stored;
+    const Line before = *this;
     *this = reading;
-    m_wasSentHere = wasSentHere;
-    m_isStoredSinceAnswered = isStoredSince;
+    m_id = before.m_id;
+    m_revision = quint16(before.m_revision + 1);
+    m_wasSentHere = before.m_wasSentHere;
+    m_isRegisteredHere = before.m_isRegisteredHere;
+    m_isStoredSinceAnswered = before.m_isStoredSinceAnswered || reading.m_stored != before.m_stored;
 }
 
 void Line::KeepAnswerOver(const Line &reading)

@@ -18,6 +18,9 @@ struct Answer
     bool operator==(const Answer &) const = default;
 };
 
+/// A line's number in its list, which no other line of the list ever has; 0: none yet.
+using LineId = quint32;
+
 /// What the checks before the output find wrong with a line.
 enum class LineError : quint8 { None, NoQuantity, NoDate, NoSum, MoreThanOpen };
 
@@ -43,6 +46,8 @@ public:
 
     const LineKey &Key() const { return m_key; } ///< without a shipment sub-number until stored
     bool IsStored() const { return m_isStored; }
+    LineId Id() const { return m_id; }
+    void SetId(LineId id) { m_id = id; }
     LineKey Source() const; ///< of a split: the stored line that it was split off from
 
     // As read. A split has nothing instructed and nothing shipped.
@@ -71,6 +76,17 @@ public:
     void SetDate(const QString &storedForm);
     void SetQuantity(const Decimal &quantity);
 
+    /// Puts back an answer as it stood, with its mark. What the checks found is for them to find
+    /// anew.
+    void PutBack(const Answer &answer, bool hasDateMark);
+
+    /// Differs whenever the database's answer has been taken over since: an edit before it can't be
+    /// taken back.
+    quint16 Revision() const { return m_revision; }
+
+    /// What has become of the line since the list was loaded.
+    bool IsRegisteredHere() const { return m_isRegisteredHere; }
+
     /// True when the answer as it stands is not the one at load or at the last registration, or its
     /// last registration failed.
     bool IsChanged() const;
@@ -87,6 +103,8 @@ public:
     bool IsSpecifiedDate(const QString &date) const;
 
     bool IsAnswered() const { return m_state != State::Open; }
+    bool IsOpen() const { return !IsAnswered() && !IsShipped(); }
+    bool IsUnregistered() const { return !m_isStored || IsChanged(); }
     bool IsAnsweredHere() const { return m_state == State::AnsweredHere; }
 
     /// True when this list has output its answer, marked or not.
@@ -141,4 +159,7 @@ private:
     bool m_hasFailed : 1 = false;
     bool m_isStoredSinceAnswered : 1 = false;
     bool m_wasSentHere : 1 = false;
+    bool m_isRegisteredHere : 1 = false;
+    quint16 m_revision = 0;
+    LineId m_id = 0;
 };

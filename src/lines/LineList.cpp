@@ -14,24 +14,71 @@ bool LineList::Load(std::unique_ptr<Recordset> rows, const std::function<bool()>
             return false;
         }
         m_lines.emplace_back(*rows, row, dates);
+        m_lines.back().SetId(++m_lastId);
     }
     m_rows.push_back(std::move(rows));
     return true;
 }
 
-void LineList::InsertBelow(int row, const Line &line)
+std::vector<int> LineList::InsertBelow(std::vector<Below> lines)
 {
-    const Line copy = line; // it may be one of these lines
-    m_lines.insert(m_lines.begin() + row, copy);
-    if (m_isIndexed)
-        m_index.Insert(copy.Key().accNo, row + 1);
+    std::stable_sort(lines.begin(), lines.end(),
+                     [](const Below &a, const Below &b) { return a.row < b.row; });
+    for (Below &below : lines)
+        if (below.line.Id() == 0)
+            below.line.SetId(++m_lastId);
+    std::vector<int> rows;
+    for (const Below &below : lines)
+        rows.push_back(below.row + 1 + int(rows.size()));
+    if (lines.size() == 1) {
+        m_lines.insert(m_lines.begin() + lines[0].row, lines[0].line);
+        if (m_isIndexed)
+            m_index.Insert(lines[0].line.Key().accNo, rows[0]);
+        return rows;
+    }
+    std::vector<Line> merged;
+    merged.reserve(m_lines.size() + lines.size());
+    auto next = lines.begin();
+    for (int row = 0; row <= Count(); ++row) {
+        if (row > 0)
+            merged.push_back(std::move(At(row)));
+        for (; next != lines.end() && next->row == row; ++next)
+            merged.push_back(std::move(next->line));
+    }
+    m_lines = std::move(merged);
+    m_isIndexed = false;
+    return rows;
 }
 
-void LineList::Remove(int row)
+void LineList::Remove(std::vector<int> rows)
 {
-    if (m_isIndexed)
-        m_index.Remove(At(row).Key().accNo, row);
-    m_lines.erase(m_lines.begin() + (row - 1));
+    if (rows.size() == 1) {
+        if (m_isIndexed)
+            m_index.Remove(At(rows[0]).Key().accNo, rows[0]);
+        m_lines.erase(m_lines.begin() + (rows[0] - 1));
+        return;
+    }
+    if (rows.empty())
+        return;
+    std::sort(rows.begin(), rows.end());
+    auto gone = rows.begin();
+    int kept = 0;
+    for (int row = 1; row <= Count(); ++row) {
+        if (gone != rows.end() && *gone == row)
+            ++gone;
+        else if (++kept < row)
+            At(kept) = std::move(At(row));
+    }
+    m_lines.erase(m_lines.begin() + kept, m_lines.end());
+    m_isIndexed = false;
+}
+
+std::vector<int> LineList::RowsById() const
+{
+    std::vector<int> rows(size_t(m_lastId) + 1);
+    for (int row = 1; row <= Count(); ++row)
+        rows[At(row).Id()] = row;
+    return rows;
 }
 
 void LineList::Reread(int row, const LineList &readings, const Line &reading, bool keepsAnswer)
@@ -80,7 +127,5 @@ int LineList::RowOf(const LineKey &key) const
 
 int LineList::UnregisteredCount() const
 {
-    return int(std::count_if(m_lines.begin(), m_lines.end(), [](const Line &line) {
-        return !line.IsStored() || line.IsChanged();
-    }));
+    return int(std::ranges::count_if(m_lines, &Line::IsUnregistered));
 }

@@ -25,9 +25,22 @@ public:
     const Line &At(int row) const { return m_lines[size_t(row - 1)]; }
     Line &At(int row) { return m_lines[size_t(row - 1)]; }
 
-    /// Puts a line below a row; it becomes row + 1.
-    void InsertBelow(int row, const Line &line);
-    void Remove(int row);
+    /// A line, and the row of the list that it belongs below; 0: before the first.
+    struct Below
+    {
+        int row;
+        Line line;
+    };
+
+    /// Puts lines below rows of the list as it is now, in one pass; of several below one row the
+    /// first stays the first. Returns their rows, in order.
+    std::vector<int> InsertBelow(std::vector<Below> lines);
+
+    /// Takes rows away, in one pass.
+    void Remove(std::vector<int> rows);
+
+    /// The row of each line by its id; 0: it is in the list no more.
+    std::vector<int> RowsById() const;
 
     /// Takes another reading of a row's line, of a list that may go afterwards; splits of the line
     /// that are not stored yet take it over. `keepsAnswer`: the answer as it stands stays.
@@ -47,6 +60,7 @@ public:
 
 private:
     std::vector<Line> m_lines;
+    LineId m_lastId = 0;
     std::vector<std::shared_ptr<const Recordset>> m_rows; ///< that the lines read their texts from
     mutable OrderIndex m_index;
     mutable bool m_isIndexed = false; ///< the index is made when first asked for

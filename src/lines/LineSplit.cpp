@@ -32,9 +32,10 @@ Decimal RemainderOf(const LineList &list, int row)
     return remainder;
 }
 
-void CopyLine(LineList &list, int row)
+void CopyLine(LineEdits &edits, int row)
 {
-    list.InsertBelow(row, list.At(row).Split(RemainderOf(list, row)));
+    const LineList &list = edits.List();
+    edits.InsertSplits({{row, list.At(row).Split(RemainderOf(list, row))}});
 }
 
 namespace {

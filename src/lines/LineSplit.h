@@ -1,7 +1,6 @@
 #pragma once
 
-#include "lines/LineList.h"
-#include "lines/RowSelection.h"
+#include "lines/LineEdits.h"
 
 class bDAO;
 
@@ -19,7 +18,7 @@ int SingleRow(const RowSelection &selected);
 Decimal RemainderOf(const LineList &list, int row);
 
 /// Adds a split of the row below it.
-void CopyLine(LineList &list, int row);
+void CopyLine(LineEdits &edits, int row);
 
 /// Takes a split line back from the database, after asking. True when its row is to go, too: at
 /// once for one that is not stored yet. Else the operator has been told why, or has said no.

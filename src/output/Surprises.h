@@ -9,6 +9,8 @@
 #include <map>
 #include <unordered_set>
 
+class bDAO;
+
 /// What a run would send or overwrite without the operator having seen it, found by reading the
 /// orders at work once more and asked about in one box, before anything is written.
 class Surprises

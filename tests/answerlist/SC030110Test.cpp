@@ -3,6 +3,7 @@
 #include "grid/GridView.h"
 #include "lines/LinesFixture.h"
 #include "output/AnswerCreation.h"
+#include "platform/Contrast.h"
 #include "support/WindowHands.h"
 
 #include <QLabel>
@@ -76,13 +77,15 @@ protected:
         return rows + QString(" %1,%2").arg(Grid().ActiveColumn()).arg(Grid().ActiveRow());
     }
 
-    /// A row's heading bears an error as a picture and a tooltip.
-    void ExpectMark(int row, const QString &error)
+    /// A row's heading bears what has become of its line as a picture, a tooltip and a word.
+    void ExpectMark(int row, const QString &mark)
     {
-        const auto &cells = *Grid().model();
-        EXPECT_EQ(cells.headerData(row - 1, Qt::Vertical, Qt::ToolTipRole).toString(), error);
-        EXPECT_EQ(cells.headerData(row - 1, Qt::Vertical, Qt::DecorationRole).isNull(),
-                  error.isEmpty());
+        const auto heading
+            = [&](int role) { return Grid().model()->headerData(row - 1, Qt::Vertical, role); };
+        EXPECT_EQ(heading(Qt::ToolTipRole).toString(), mark);
+        EXPECT_EQ(heading(Qt::AccessibleTextRole).toString(),
+                  QString("%1 %2").arg(row).arg(mark).trimmed());
+        EXPECT_EQ(heading(Qt::DecorationRole).isNull(), mark.isEmpty());
     }
 
     /// Plays in the detail dialog that Alt+I opens, until it is closed.
@@ -285,27 +288,38 @@ TEST_F(ListScreen, RowsLookAsTheirLinesAreUnderAnyPalette)
                       isOpen && (column == AnswerQuantity || column == AnswerDate));
     }
 
-    QPalette dark(Qt::white, QColor(40, 40, 40), QColor(90, 90, 90), Qt::black, Qt::darkGray,
-                  Qt::white, Qt::black);
-    for (const QPalette &palette : {QPalette(), dark}) {
+    const QPalette dark(Qt::white, QColor(40, 40, 40), QColor(90, 90, 90), Qt::black, Qt::darkGray,
+                        Qt::white, Qt::black);
+    QPalette strong(Qt::yellow, Qt::black, Qt::white, Qt::black, Qt::gray, Qt::yellow, Qt::black);
+    strong.setColor(QPalette::Highlight, Qt::cyan);
+    strong.setColor(QPalette::HighlightedText, Qt::black);
+    for (const QPalette &palette : {QPalette(), dark, strong}) {
         window->setPalette(palette);
-        Grid().clearSelection();
         Grid().Activate(AnswerDate, 1);
-        const QImage picture = Grid().viewport()->grab().toImage();
-        const auto contrast = [&](const QRect &place, const QPoint &empty) {
-            const int background = qGray(picture.pixel(empty));
-            int most = 0;
-            for (int y = place.top(); y < place.bottom(); ++y)
-                for (int x = place.left(); x < place.right(); ++x)
-                    most = std::max(most, std::abs(qGray(picture.pixel(x, y)) - background));
-            return most;
-        };
-        for (const int row : {1, 2, 5, 6}) {
-            const QRect place = Grid().visualRect(cell(row, Order)).adjusted(2, 2, -2, -2);
-            EXPECT_GT(contrast(place, place.bottomRight()), 75) << row;
+        // Selected or not: how well the texts, and the frame of the empty cell, can be made out.
+        for (const bool isSelected : {false, true}) {
+            if (isSelected)
+                Grid().selectAll();
+            else
+                Grid().clearSelection();
+            const QImage picture = Grid().viewport()->grab().toImage();
+            const auto contrast = [&](const QRect &place, const QPoint &empty) {
+                double most = 1;
+                for (int y = place.top(); y < place.bottom(); ++y)
+                    for (int x = place.left(); x < place.right(); ++x)
+                        most = std::max(most, ContrastRatio(picture.pixelColor(x, y),
+                                                            picture.pixelColor(empty)));
+                return most;
+            };
+            for (const int row : {1, 2, 5, 6})
+                for (const int column : {Order, AnswerQuantity}) {
+                    const QRect place = Grid().visualRect(cell(row, column)).adjusted(2, 2, -2, -2);
+                    EXPECT_GE(contrast(place, place.bottomRight()), LeastContrast)
+                        << row << ' ' << column << ' ' << isSelected;
+                }
+            const QRect frame = Grid().visualRect(cell(1, AnswerDate));
+            EXPECT_GE(contrast(frame, frame.center()), LeastContrast) << "the frame";
         }
-        const QRect frame = Grid().visualRect(cell(1, AnswerDate));
-        EXPECT_GT(contrast(frame, frame.center()), 75) << "the frame of the empty cell";
     }
 }
 
@@ -333,7 +347,7 @@ TEST_F(ListScreen, MakeLeadsToTheCellInErrorUntilItIsMended)
         EXPECT_TRUE(Grid().viewport()->rect().contains(Grid().visualRect(Grid().currentIndex())));
         EXPECT_EQ(Status(), error);
         ExpectMark(3, error);
-        ExpectMark(1, "");
+        ExpectMark(1, "変更あり（未登録）");
         Key(Qt::Key_Up);
         EXPECT_EQ(Status(), ShippedHint);
         EXPECT_EQ(Stored("DISTINCT UpdPGName"), "") << "nothing has been written";
@@ -341,7 +355,7 @@ TEST_F(ListScreen, MakeLeadsToTheCellInErrorUntilItIsMended)
         EXPECT_EQ(Status(), error);
         Keys(mended);
         Key(Qt::Key_Backtab, Qt::ShiftModifier);
-        ExpectMark(3, "");
+        ExpectMark(3, "変更あり（未登録）");
         EXPECT_EQ(Status(), "");
     }
     Select({1, 3});
@@ -380,7 +394,7 @@ TEST_F(ListScreen, KeyboardAloneThroughTheWholeScreen)
     for (int tabs = 0; tabs < 3 && Focus() == "spdList"; ++tabs)
         Key(Qt::Key_Tab);
     for (const char *next : {"cmdLimSet", "cmbLimDef", "cmdCopy", "cmdDelete", "cmdDetail",
-                             "cmdMake", "cmdExit", "spdList"}) {
+                             "cmdMake", "cmdExit", "chkOpenOnly", "spdList"}) {
         EXPECT_EQ(Focus(), next);
         Key(Qt::Key_Tab);
     }

@@ -128,9 +128,9 @@ TEST_F(LineListTest, RowsOfAnOrderAreThoseOfAWalkAfterAnySequenceOfChanges)
     for (int step = 0; step < 600 && list.Count() > 0; ++step) {
         const int row = 1 + int(random() % unsigned(list.Count()));
         if (random() % 10 < (step < 200 ? 7 : 3))
-            list.InsertBelow(row, list.At(row).Split(1));
+            list.InsertBelow({{row, list.At(row).Split(1)}});
         else
-            list.Remove(row);
+            list.Remove({row});
         for (qint64 order = 0; order <= 9; ++order) {
             std::vector<int> walk;
             for (int row = 1; row <= list.Count(); ++row)

@@ -16,7 +16,7 @@ TEST_F(LineSplitTest, ACopyTakesTheOrderAndIsOpen)
     Load();
     list.At(1).SetError(LineError::MoreThanOpen);
     const QString source = RowText(list.At(1));
-    CopyLine(list, 1);
+    CopyLine(edits, 1);
     EXPECT_EQ(RowText(list.At(1)), source);
     EXPECT_EQ(RowText(list.At(2)), "*/ |PO-1/HIN-1/抵抗器/SUS|100.000/100.000|0.000/0.000|70.000||"
                                    "26/05/20/P1|　/　|A 確定注文１型取引/SEC");
@@ -24,8 +24,8 @@ TEST_F(LineSplitTest, ACopyTakesTheOrderAndIsOpen)
     EXPECT_EQ(list.At(2).Error(), LineError::None);
     EXPECT_EQ(list.UnregisteredCount(), 1);
     // Of a defective and shipped line, and of copies.
-    CopyLine(list, 3);
-    CopyLine(list, 2);
+    CopyLine(edits, 3);
+    CopyLine(edits, 2);
     EXPECT_TRUE(list.At(5).IsDefective()) << "a copy has the colour of its source";
     EXPECT_FALSE(list.At(5).IsShipped());
     EXPECT_EQ(list.At(3).Source().shpSubNo, 1) << "of the copy's own source";
@@ -46,7 +46,7 @@ TEST_F(LineSplitTest, WhatIsLeftIsThatOfTheSubLine)
         AddLine(1, 1, 2, QString("AnsVal = ") + second);
         AddLine(1, 2, 3, "AnsVal = 50"); // another sub-line
         Load();
-        CopyLine(list, 1);
+        CopyLine(edits, 1);
         EXPECT_EQ(Cell(2, AnswerQuantity), left) << second;
     }
 }
@@ -91,7 +91,7 @@ TEST_F(LineSplitTest, ASplitIsTakenBackWhenNothingSpeaksAgainstIt)
         EXPECT_EQ(boxes.TakeTexts(), std::vector(texts.begin(), texts.end()));
         EXPECT_EQ(Stored("SUM(ShpSubNo)"), isDeleted ? "1" : "3");
     }
-    CopyLine(list, 1);
+    CopyLine(edits, 1);
     boxes.Press(BoxButton::Yes);
     EXPECT_TRUE(DeleteLine(state.db, list.At(2))) << "one that was not stored yet";
     EXPECT_EQ(Stored("SUM(ShpSubNo)"), "3");

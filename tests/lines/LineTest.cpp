@@ -118,8 +118,8 @@ TEST_F(LineTest, OnlySelectedOpenRowsGetADate)
     AddLine(1, 1, 3, "AnsLimDate = '20260513'");
     AddLine(1, 1, 4, "LimDate = ''");
     Load();
-    SetAnswerDates(list, Rows({2, 3}), "20260601");
-    SetSpecifiedDates(list, Rows({1, 2, 4}));
+    SetAnswerDates(edits, Rows({2, 3}), "20260601");
+    SetSpecifiedDates(edits, Rows({1, 2, 4}));
     QString dates;
     for (int row = 1; row <= 4; ++row)
         dates += Cell(row, AnswerDate) + '|';

@@ -2,6 +2,7 @@
 
 #include "answerlist/ListColumns.h"
 #include "data/ProgramState.h"
+#include "lines/LineEdits.h"
 #include "lines/ListLoading.h"
 #include "lines/RowSelection.h"
 #include "support/FixedClock.h"
@@ -151,4 +152,5 @@ protected:
 
     ScriptedBoxes boxes;
     LineList list;
+    LineEdits edits{list};
 };

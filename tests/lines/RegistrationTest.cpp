@@ -32,7 +32,7 @@ protected:
         Load();
         for (int row = 1; row <= 3; ++row)
             list.At(row).SetDate("20260601");
-        CopyLine(list, 2);
+        CopyLine(edits, 2);
         list.At(3).SetQuantity(40);
     }
 
@@ -87,8 +87,8 @@ TEST_F(RegistrationTest, SplitsTakeOverTheLineThatWasCopied)
             "AnsLimDate = '20260404', AnsMark = '2', LimDate = '20260603', PayNo = 'P2'");
     AddLine(1, 2, 5, "PayKeyNo = 'KEYX0011', Biko = 'not this sub-line'");
     Load();
-    CopyLine(list, 2);
-    CopyLine(list, 3); // of the copy
+    CopyLine(edits, 2);
+    CopyLine(edits, 3); // of the copy
     list.At(3).SetDate("20260603");
     list.At(3).SetQuantity(Decimal::FromText(u"12.5"));
     EXPECT_TRUE(Register());
@@ -118,7 +118,7 @@ TEST_F(RegistrationTest, AWrittenRowCountsAsUnchangedAndShowsWhatAReloadShows)
     };
     const QString before = rest();
     Load();
-    CopyLine(list, 1);
+    CopyLine(edits, 1);
     list.At(1).SetQuantity(41);
     list.At(3).SetDate("20260520");
     EXPECT_TRUE(Register({1, 2, 3, 4}));

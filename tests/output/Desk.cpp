@@ -42,6 +42,7 @@ Decimal Left(const LineList &list, int row)
 /// Sets dates in all orders or most, and splits some of their lines. Returns their rows.
 RowSelection ChangeOrders(LineList &list, bool isAll, QRandomGenerator &random)
 {
+    LineEdits edits(list);
     std::vector<RowSelection::Range> changed;
     for (int row = 1; row <= list.Count(); ++row) {
         const int first = row;
@@ -58,7 +59,7 @@ RowSelection ChangeOrders(LineList &list, bool isAll, QRandomGenerator &random)
             if (random.bounded(3) > 0 || !(quantity > part))
                 continue;
             list.At(row).SetQuantity(part);
-            CopyLine(list, row);
+            CopyLine(edits, row);
             list.At(++row).SetDate(SomeDate(random));
             list.At(row).SetQuantity(quantity - part);
             ++last;

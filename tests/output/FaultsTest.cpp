@@ -22,11 +22,12 @@ protected:
     void AnswerAll()
     {
         Load();
+        LineEdits edits(list);
         for (int row = 1; row <= list.Count(); ++row)
-            list.At(row).SetDate("20261210");
+            edits.SetDate(row, "20261210");
         if (list.RowsOfOrder(2).size() == 1) {
             const int row = list.RowOf({2, 1, 1});
-            CopyLine(list, row);
+            CopyLine(edits, row);
             list.At(row + 1).SetDate("20261211");
             list.At(row + 1).SetQuantity(Decimal(40));
         }
