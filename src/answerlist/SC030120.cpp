@@ -1,5 +1,6 @@
 #include "answerlist/SC030120.h"
 
+#include "forms/DecimalAlignment.h"
 #include "forms/FieldInput.h"
 #include "messages/bMessage.h"
 #include "platform/MsgBox.h"
@@ -54,6 +55,11 @@ SC030120::SC030120(ProgramState &state, QWidget *parent)
         text->Show({}); // until there is a line
     MakeRoom();
     SetEscapeButton(m_ui->cmdExit);
+    SetThemeIcon(*m_ui->cmdRegister, "document-save");
+    SetThemeIcon(*m_ui->cmdExit, "go-previous");
+    for (QLineEdit *box : {m_ui->txtAccVal, m_ui->txtZanVal, m_ui->txtIndVal, m_ui->txtAnsVal})
+        new DecimalAlignment(*box, DigitSpec::Quantity);
+    new DecimalAlignment(*m_ui->txtAccTan, DigitSpec::LargeQuantity);
     AddStatusPanels(*m_ui->stbMain, {"MSG", "DATE"});
     SetPanelText(*m_ui->stbMain, "DATE", NowDateText());
     FieldInput::AttachDate(*m_ui->txtAnsLimDate);

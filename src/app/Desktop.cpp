@@ -34,7 +34,7 @@ void TakeJapaneseFont(QApplication &application)
 void PrepareDesktop(QApplication &application)
 {
     application.setApplicationName("TL030101");
-    application.setApplicationDisplayName("納期回答入力");
+    // Without a display name: the titles name the program themselves.
     application.setQuitOnLastWindowClosed(false); // the screens take turns
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
 

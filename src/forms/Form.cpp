@@ -1,34 +1,21 @@
 #include "forms/Form.h"
 
 #include "forms/WindowMemory.h"
-#include "platform/System.h"
+#include "platform/Contrast.h"
 
 #include <QAbstractButton>
-#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QFocusEvent>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QStatusBar>
+#include <QRegularExpression>
 #include <QStatusTipEvent>
-#include <QTableView>
-
-namespace {
-
-/// Has a screen reader read the panel at once.
-void Alert(QLabel *panel)
-{
-    QAccessibleEvent alert(panel, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
-}
-
-} // namespace
 
 Form::Form(QWidget *parent)
     : QDialog(parent)
+    , m_arrangement(*this)
 {
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
                    | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
@@ -70,7 +57,7 @@ void Form::ShowWord(const QString &word)
     if (isHidden)
         m_textBehindWord = panel->text();
     panel->setText(word);
-    Alert(panel);
+    AlertOf(*panel);
 }
 
 void Form::keyPressEvent(QKeyEvent *event)
@@ -79,8 +66,10 @@ void Form::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (auto *button = qobject_cast<QAbstractButton *>(focusWidget());
-            button && !button->isCheckable())
+        if (m_mainButton && event->modifiers() & Qt::ControlModifier)
+            m_mainButton->click();
+        else if (auto *button = qobject_cast<QAbstractButton *>(focusWidget());
+                 button && !button->isCheckable())
             button->click();
         else
             MoveFocus(!isBack);
@@ -105,14 +94,27 @@ void Form::MoveFocus(bool isForward)
     while (m_helperButtons.contains(focusWidget()));
 }
 
+void Form::setVisible(bool isVisible)
+{
+    const bool isFirst = isVisible && !m_isPlaced;
+    QDialog::setVisible(isVisible);
+    if (isFirst && !focusWidget())
+        focusNextPrevChild(true);
+    auto *box = qobject_cast<QLineEdit *>(focusWidget());
+    if (isFirst && box)
+        box->selectAll(); // as when he comes to it by a key
+}
+
 void Form::showEvent(QShowEvent *event)
 {
     if (!m_isPlaced) {
-        Place();
-        // No button is pressed by Enter in another field, and none may look like it.
-        for (QPushButton *button : findChildren<QPushButton *>())
-            button->setAutoDefault(false);
+        m_arrangement.Place();
         ColorReadOnlyBoxes();
+        for (QPushButton *button : findChildren<QPushButton *>()) {
+            // No button is pressed by Enter in another field, and none may look like it.
+            button->setAutoDefault(false);
+            TellKeys(*button);
+        }
     }
     m_isPlaced = true;
     QDialog::showEvent(event);
@@ -121,83 +123,53 @@ void Form::showEvent(QShowEvent *event)
 void Form::hideEvent(QHideEvent *event)
 {
     if (!event->spontaneous())
-        KeepArrangement();
+        m_arrangement.Keep();
     QDialog::hideEvent(event);
-}
-
-/// In the middle of the work area, and no larger than it: there has to be room for the frame too.
-void Form::Place()
-{
-    constexpr QSize Frame(20, 50);
-    const QRect area = WorkArea();
-    const QSize room
-        = area.isEmpty() ? QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX) : area.size() - Frame;
-    m_ownSize = size().boundedTo(room);
-    const WindowMemory memory(*this);
-    const QSize kept = memory.Size();
-    resize(kept.isEmpty() ? m_ownSize : kept.boundedTo(room));
-    CenterForm(*this);
-    if (memory.IsMaximized())
-        setWindowState(windowState() | Qt::WindowMaximized);
-}
-
-void Form::KeepColumns(QTableView &grid)
-{
-    const QHeaderView *header = grid.horizontalHeader();
-    std::vector<int> &own = m_ownWidths[&grid];
-    own.clear();
-    for (int column = 0; column < header->count(); ++column)
-        own.push_back(header->isSectionHidden(column) ? 0 : header->sectionSize(column));
-    const std::vector<int> kept = WindowMemory(*this).Widths(grid.objectName());
-    for (size_t column = 0; column < std::min(own.size(), kept.size()); ++column)
-        if (own[column] > 0 && kept[column] > 0)
-            grid.setColumnWidth(int(column), kept[column]);
-}
-
-/// Only what the operator has changed is kept.
-void Form::KeepArrangement() const
-{
-    WindowMemory memory(*this);
-    const QSize size = isMaximized() ? normalGeometry().size() : this->size();
-    memory.SetSize(size == m_ownSize.expandedTo(minimumSize()) ? QSize() : size);
-    memory.SetMaximized(isMaximized());
-    for (const auto &[grid, own] : m_ownWidths) {
-        const QHeaderView *header = grid->horizontalHeader();
-        std::vector<int> widths(own.size());
-        for (size_t column = 0; column < own.size(); ++column)
-            if (const int width = header->sectionSize(int(column)); width != own[column])
-                widths[column] = width;
-        if (header->stretchLastSection() && !widths.empty())
-            widths.back() = 0; // it is as wide as the grid leaves it
-        memory.SetWidths(grid->objectName(), widths);
-    }
-}
-
-void Form::TakeOwnArrangement()
-{
-    setWindowState(windowState() & ~Qt::WindowMaximized);
-    resize(m_ownSize);
-    CenterForm(*this);
-    for (const auto &[grid, own] : m_ownWidths)
-        for (size_t column = 0; column < own.size(); ++column)
-            if (own[column] > 0)
-                grid->setColumnWidth(int(column), own[column]);
-    emit ArrangementForgotten();
 }
 
 void Form::ForgetArrangement()
 {
     WindowMemory::ForgetAll();
-    for (QWidget *window : QApplication::topLevelWidgets())
-        if (auto *form = qobject_cast<Form *>(window); form && form->m_isPlaced)
-            form->TakeOwnArrangement();
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        auto *form = qobject_cast<Form *>(window);
+        if (!form || !form->m_isPlaced)
+            continue;
+        form->m_arrangement.TakeOwn();
+        emit form->ArrangementForgotten();
+    }
+}
+
+/// A button's tip is what it does and the keys that press it.
+void Form::TellKeys(QAbstractButton &button) const
+{
+    static const QRegularExpression mark("\\(&.\\)|…");
+    QStringList keys;
+    if (!button.shortcut().isEmpty())
+        keys += button.shortcut().toString(QKeySequence::NativeText);
+    if (&button == m_mainButton)
+        keys += "Ctrl+Enter";
+    if (&button == m_escapeButton)
+        keys += "Esc";
+    if (keys.isEmpty())
+        return;
+    QString what = button.toolTip();
+    if (what.isEmpty())
+        what = button.accessibleName();
+    if (what.isEmpty())
+        what = QString(button.text()).remove(mark);
+    button.setToolTip(what + "（" + keys.join("、") + "）");
 }
 
 void Form::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && m_isPlaced)
+    if (!m_isPlaced)
+        return;
+    if (event->type() == QEvent::PaletteChange)
         ColorReadOnlyBoxes();
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        QMetaObject::invokeMethod(
+            this, [this] { m_arrangement.MakeFit(); }, Qt::QueuedConnection);
 }
 
 /// Boxes that only show look like the form, so that those to type in stand out.
@@ -206,9 +178,11 @@ void Form::ColorReadOnlyBoxes()
     for (QLineEdit *box : findChildren<QLineEdit *>()) {
         if (!box->isReadOnly())
             continue;
-        QPalette onlyBase;
-        onlyBase.setColor(QPalette::Base, palette().color(QPalette::Window));
-        box->setPalette(onlyBase);
+        const QColor background = palette().color(QPalette::Window);
+        QPalette look;
+        look.setColor(QPalette::Base, background);
+        look.setColor(QPalette::Text, Readable(palette().color(QPalette::Text), background));
+        box->setPalette(look);
     }
 }
 
@@ -245,46 +219,8 @@ void Form::LoseClickOn(QWidget *target)
         this, [this] { m_lostClickTarget = nullptr; }, Qt::QueuedConnection);
 }
 
-void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
+void SetThemeIcon(QAbstractButton &button, const QString &name)
 {
-    for (const QString &key : keys) {
-        auto *panel = new QLabel(&bar);
-        panel->setObjectName(key); // a screen reader reads its text
-        bar.addWidget(panel, key == keys.front() ? 1 : 0);
-    }
-}
-
-QString PanelText(const QStatusBar &bar, const QString &key)
-{
-    return bar.findChild<QLabel *>(key)->text();
-}
-
-namespace {
-
-void Show(QLabel *panel, const QString &text, const QPalette &colors)
-{
-    panel->setPalette(colors);
-    panel->setAutoFillBackground(colors.isBrushSet(QPalette::Active, QPalette::Window));
-    panel->setText(text);
-    panel->repaint();
-}
-
-} // namespace
-
-void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
-{
-    Show(bar.findChild<QLabel *>(key), text, {});
-}
-
-void SetPanelWarning(QStatusBar &bar, const QString &key, const QString &text)
-{
-    constexpr QRgb Amber = qRgb(0xFF, 0xC8, 0x30);
-    auto *panel = bar.findChild<QLabel *>(key);
-    const bool isNew = panel->text() != text;
-    QPalette colors;
-    colors.setColor(QPalette::Window, QColor(Amber));
-    colors.setColor(QPalette::WindowText, Qt::black);
-    Show(panel, text, colors);
-    if (isNew)
-        Alert(panel);
+    if (QIcon::hasThemeIcon(name))
+        button.setIcon(QIcon::fromTheme(name));
 }

@@ -1,15 +1,16 @@
 #pragma once
 
+#include "forms/Arrangement.h"
+#include "forms/StatusPanels.h"
+
 #include <QDialog>
 #include <QPointer>
 #include <functional>
 #include <map>
 #include <set>
-#include <vector>
 
 class QAbstractButton;
 class QAction;
-class QStatusBar;
 class QTableView;
 
 /// What every screen shares: it stands in the middle of the desktop when it appears, Enter and the
@@ -35,6 +36,9 @@ public:
     /// Esc presses this button. Without one, Esc does nothing.
     void SetEscapeButton(QAbstractButton *button) { m_escapeButton = button; }
 
+    /// Ctrl+Enter presses this button, from any field.
+    void SetMainButton(QAbstractButton *button) { m_mainButton = button; }
+
     /// Enter and the arrow keys pass this button over.
     void SetHelperButton(QWidget *button) { m_helperButtons.insert(button); }
 
@@ -43,6 +47,8 @@ public:
 
     /// ForgetArrangement as an entry for menus, with its key.
     QAction *ForgetAction() const { return m_forgetAction; }
+
+    void setVisible(bool isVisible) override;
 
 signals:
     /// Whatever else the form keeps in a WindowMemory goes back to what it is without one.
@@ -58,7 +64,7 @@ protected:
 
     /// Gives the grid's columns the widths that the operator gave them last. To be called whenever
     /// they have been laid out anew; the widths that they have then are the form's own.
-    void KeepColumns(QTableView &grid);
+    void KeepColumns(QTableView &grid) { m_arrangement.KeepColumns(grid); }
 
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -74,10 +80,8 @@ private:
         LeaveHandler leave;
     };
 
-    void Place();
-    void KeepArrangement() const;
-    void TakeOwnArrangement();
     void ColorReadOnlyBoxes();
+    void TellKeys(QAbstractButton &button) const;
     void MoveFocus(bool isForward);
     void LoseClickOn(QWidget *target);
     void ShowWord(const QString &word);
@@ -86,23 +90,13 @@ private:
     std::set<QWidget *> m_helperButtons;
     QPointer<QWidget> m_lostClickTarget;
     QAbstractButton *m_escapeButton = nullptr;
+    QAbstractButton *m_mainButton = nullptr;
     QString m_word; ///< of a control, in the panel
     QString m_textBehindWord;
+    Arrangement m_arrangement;
     QAction *m_forgetAction;
-    QSize m_ownSize; ///< as far as the screen has room for it
-    std::map<QTableView *, std::vector<int>> m_ownWidths;
     bool m_isPlaced = false;
 };
 
-/// Gives a status bar its panels: the first takes the free width, the others are as wide as their
-/// texts. Each panel is a label whose object name is its key.
-void AddStatusPanels(QStatusBar &bar, const QStringList &keys);
-
-QString PanelText(const QStatusBar &bar, const QString &key);
-
-/// Shows a text in a panel of the status bar and paints it at once, even within a long run.
-void SetPanelText(QStatusBar &bar, const QString &key, const QString &text);
-
-/// The same in the colours of a warning, which a screen reader reads at once. The next text in the
-/// panel ends it.
-void SetPanelWarning(QStatusBar &bar, const QString &key, const QString &text);
+/// Gives a button the desktop theme's icon of this name; without one it shows its text alone.
+void SetThemeIcon(QAbstractButton &button, const QString &name);

@@ -28,7 +28,8 @@ template <typename DateOf>
 void SetDates(LineEdits &edits, const RowSelection &selected, const ShowStatusText &showStatus,
               DateOf &&dateOf)
 {
-    LongWork work(showStatus, "回答納期を設定しています…", selected.Count());
+    LongWork work(showStatus, "回答納期を設定しています…", selected.Count(),
+                  LongWork::Pieces::Small, LongWork::Stop::Never);
     const LineEdits::Step step(edits);
     selected.ForEach([&](int row) {
         const Line &line = edits.List().At(row);

@@ -4,11 +4,13 @@
 #include <QKeyEvent>
 #include <QLocale>
 
-LongWork::LongWork(ShowStatusText showStatus, const QString &text, qint64 total, Pieces pieces)
+LongWork::LongWork(ShowStatusText showStatus, const QString &text, qint64 total, Pieces pieces,
+                   Stop stop)
     : m_showStatus(std::move(showStatus))
     , m_text(text)
     , m_total(total)
     , m_stepsToLook(pieces == Pieces::Long ? 1 : 16)
+    , m_stop(stop)
 {
     m_sinceLook.start();
     m_sinceStart.start();
@@ -32,7 +34,7 @@ QString LongWork::Progress() const
 void LongWork::Look()
 {
     if (m_showStatus)
-        m_showStatus(m_text + Progress());
+        m_showStatus(m_text + Progress() + (m_stop == Stop::ByEsc ? "　Esc で中断" : ""));
     qApp->installEventFilter(this);
     QCoreApplication::processEvents();
     qApp->removeEventFilter(this);
@@ -43,7 +45,7 @@ bool LongWork::eventFilter(QObject *, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::KeyPress:
-        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape)
+        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape && m_stop == Stop::ByEsc)
             m_isStopped = true;
         return true;
     case QEvent::KeyRelease:

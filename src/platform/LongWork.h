@@ -9,7 +9,7 @@ using ShowStatusText = std::function<void(const QString &text)>;
 
 /// Long work with many pieces. While it lives, the window stays alive: it is painted and can be
 /// moved, and the status bar shows how far the work is. Keys and mouse do nothing meanwhile, but
-/// for Esc, which asks to stop.
+/// for Esc, which asks work that can be stopped to stop; the status bar says so.
 class LongWork : private QObject
 {
 public:
@@ -17,15 +17,16 @@ public:
     /// longer than they do.
     enum class Pieces { Small, Long };
 
+    enum class Stop { ByEsc, Never };
+
     /// `text` is the status text of the work, `total` the number of pieces (0: not known).
     LongWork(ShowStatusText showStatus, const QString &text, qint64 total = 0,
-             Pieces pieces = Pieces::Small);
+             Pieces pieces = Pieces::Small, Stop stop = Stop::ByEsc);
 
     /// Keys pressed to stop it are not for the box that comes next.
     ~LongWork() override;
 
-    /// To be called for each piece. False once the operator has asked to stop; whoever can't stop
-    /// goes on all the same.
+    /// To be called for each piece. False once the operator has asked to stop.
     bool Step()
     {
         if (++m_done % m_stepsToLook == 0 && m_sinceLook.elapsed() >= LookMs)
@@ -46,6 +47,7 @@ private:
     const QString m_text;
     const qint64 m_total;
     const int m_stepsToLook;
+    const Stop m_stop;
     qint64 m_done = 0;
     bool m_isStopped = false;
     QElapsedTimer m_sinceLook;

@@ -1,7 +1,14 @@
 #include "platform/MsgBox.h"
 
+#include "platform/ScrollPane.h"
+#include "platform/System.h"
+
 #include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
+#include <QScrollBar>
+#include <algorithm>
 
 namespace {
 
@@ -48,6 +55,32 @@ QMessageBox::StandardButton SecondButtonOf(QMessageBox::StandardButtons buttons)
     return buttons.testFlag(QMessageBox::Cancel) ? QMessageBox::Cancel : QMessageBox::Ok;
 }
 
+/// Where the screen has no room for all of the text, makes it scroll: the buttons stay in view.
+void MakeFit(QMessageBox &box)
+{
+    constexpr QSize Frame(20, 50);
+    auto *text = box.findChild<QLabel *>("qt_msgbox_label");
+    auto *grid = qobject_cast<QGridLayout *>(box.layout());
+    if (!text || !grid || WorkArea().isEmpty())
+        return;
+    const QSize rest = grid->totalMinimumSize() - text->minimumSizeHint();
+    const QSize room = WorkArea().size() - Frame - rest;
+    const int width = std::min(text->sizeHint().width(), room.width());
+    text->setWordWrap(true);
+    const bool fits = text->heightForWidth(width) <= room.height();
+    text->setWordWrap(false);
+    if (fits)
+        return; // the box itself wraps what is too wide
+    text->setWordWrap(true);
+    auto *pane = new ScrollPane;
+    pane->setFocusPolicy(Qt::StrongFocus);
+    delete grid->replaceWidget(text, pane);
+    pane->setWidget(text);
+    pane->setMinimumSize(
+        std::min(width + pane->verticalScrollBar()->sizeHint().width(), room.width()),
+        room.height());
+}
+
 } // namespace
 
 int MsgBox(const QString &text, int style, const QString &title)
@@ -68,6 +101,8 @@ int MsgBox(const QString &text, int style, const QString &title)
         box.setDefaultButton(SecondButtonOf(box.standardButtons()));
     if (!box.standardButtons().testFlag(QMessageBox::Cancel))
         box.setEscapeButton(SecondButtonOf(box.standardButtons()));
+
+    MakeFit(box);
 
     // The hourglass of a long run does not hang over a question to the operator.
     if (QApplication::overrideCursor())

@@ -19,19 +19,49 @@ void Picker::Bind(SpreadGrid *grid, QAbstractButton *confirm, QAbstractButton *c
                   const std::vector<Column> &columns)
 {
     SetEscapeButton(close);
+    SetThemeIcon(*confirm, "dialog-ok");
+    SetThemeIcon(*close, "window-close");
+    m_columns = columns;
     grid->SetColumnCount(int(columns.size()));
     QStringList headings;
-    for (const Column &column : columns) {
+    for (const Column &column : columns)
         headings += column.heading;
-        grid->SetColumnLook(int(headings.size()), column.width, Qt::AlignLeft | Qt::AlignVCenter);
-    }
     grid->SetRowMode();
     grid->installEventFilter(this);
     m_grid.Create(grid);
     m_grid.InitRowLayout(headings.join('\t'));
+    LayOutColumns();
     connect(confirm, &QAbstractButton::clicked, this, &Picker::Confirm);
     connect(close, &QAbstractButton::clicked, this, &QDialog::reject);
     connect(grid, &SpreadGrid::CellDoubleClicked, this, &Picker::Confirm);
+}
+
+/// Each column shows the longest text of its field, in whatever font, and the window all of them.
+void Picker::LayOutColumns()
+{
+    constexpr int CellMargins = 18;
+    SpreadGrid *grid = m_grid.Client();
+    int number = 0;
+    int sum = 0;
+    for (const Column &column : m_columns) {
+        const int width
+            = std::max(grid->fontMetrics().horizontalAdvance(QString(column.halfWidths, '0')),
+                       grid->fontMetrics().horizontalAdvance(column.heading))
+              + CellMargins;
+        grid->SetColumnLook(++number, width, Qt::AlignLeft | Qt::AlignVCenter);
+        sum += width;
+    }
+    KeepColumns(*grid);
+    constexpr int Rest = 90; // row numbers, scroll bar and margins
+    resize(std::max(width(), sum + Rest), height());
+}
+
+void Picker::changeEvent(QEvent *event)
+{
+    Form::changeEvent(event);
+    const bool isLook = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+    if (isLook && m_grid.Client())
+        LayOutColumns();
 }
 
 bool Picker::Pick()
@@ -64,6 +94,11 @@ bool Picker::eventFilter(QObject *object, QEvent *event)
 {
     if (object == m_grid.Client() && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
+        const bool isEnd = key->key() == Qt::Key_End;
+        if ((isEnd || key->key() == Qt::Key_Home) && key->modifiers() == Qt::NoModifier) {
+            m_grid.ActiveCell(isEnd ? m_grid.ItemCount() : 1, m_grid.Client()->ActiveColumn());
+            return true;
+        }
         const bool isCommand = key->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
         if (!isCommand && !key->text().isEmpty() && key->text()[0].isPrint()) {
             JumpTo(key->text());

@@ -11,7 +11,7 @@ class SpreadGrid;
 
 /// A list to pick a code and its name from. They come in through the program's state and the picked
 /// ones go back through it; closing without a pick leaves them as they came. Typing goes to the
-/// first row that begins with what is typed.
+/// first row that begins with what is typed; Home and End to the first and the last one.
 class Picker : public Form
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ protected:
     struct Column
     {
         QString heading;
-        int width;
+        int halfWidths; ///< of its longest text
     };
 
     Picker(ProgramState &state, PickedCode &picked, QWidget *parent);
@@ -39,13 +39,17 @@ protected:
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
+    void changeEvent(QEvent *event) override;
+
 private:
+    void LayOutColumns();
     void Confirm();
     void JumpTo(const QString &typed);
 
     ProgramState &m_state;
     PickedCode &m_picked;
     SpreadX m_grid;
+    std::vector<Column> m_columns;
     QString m_typed; ///< the keys that came quickly one after the other
     QElapsedTimer m_sinceKey;
 };

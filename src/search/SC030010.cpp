@@ -74,13 +74,15 @@ SC030010::SC030010(ProgramState &state, QWidget *parent)
     OnFocus(m_ui->txtAccHinCD, nullptr,
             [this](QWidget *, Qt::FocusReason) { txtAccHinCD_LostFocus(); });
 
+    SetMainButton(m_ui->cmdList);
+    SetThemeIcon(*m_ui->cmdList, "edit-find");
+    SetThemeIcon(*m_ui->cmdExit, "application-exit");
     SetHelperButton(m_ui->cmdTSansho);
     SetHelperButton(m_ui->cmdSSansho);
     // A name belongs to the code it was found for.
     connect(m_ui->txtCustCD, &QLineEdit::textEdited, m_ui->txtCustName, &QLineEdit::clear);
     connect(m_ui->txtAccHinCD, &QLineEdit::textEdited, m_ui->txtAccHinName, &QLineEdit::clear);
-    connect(m_ui->tabDate, &QTabBar::currentChanged, this,
-            [this](int tab) { m_ui->lblDate->setText(m_ui->tabDate->tabText(tab)); });
+    connect(m_ui->tabDate, &QTabBar::currentChanged, this, &SC030010::ShowDateTab);
     connect(m_ui->cmdList, &QPushButton::clicked, this, &SC030010::cmdList_Click);
     connect(m_ui->cmdExit, &QPushButton::clicked, this, &SC030010::cmdExit_Click);
     connect(m_ui->cmdTSansho, &QPushButton::clicked, this, &SC030010::cmdTSansho_Click);
@@ -143,9 +145,17 @@ void SC030010::ShowConditions()
     for (int tab = 0; tab < m_ui->tabDate->count(); ++tab)
         if (m_ui->tabDate->tabData(tab) == conditions.dateBasis)
             m_ui->tabDate->setCurrentIndex(tab);
-    m_ui->lblDate->setText(m_ui->tabDate->tabText(m_ui->tabDate->currentIndex()));
+    ShowDateTab();
     m_sortKeys = ValidSortKeys(conditions.sortKeys);
     ShowSortKeys();
+}
+
+void SC030010::ShowDateTab()
+{
+    const QString basis = m_ui->tabDate->tabText(m_ui->tabDate->currentIndex());
+    m_ui->lblDate->setText(basis);
+    m_ui->txtFromDate->setAccessibleName(basis + " 開始日");
+    m_ui->txtToDate->setAccessibleName(basis + " 終了日");
 }
 
 void SC030010::TakeConditions()
@@ -170,6 +180,8 @@ void SC030010::cmdList_Click()
 {
     // A value typed and not yet left is looked up and checked now.
     txtCustCD_LostFocus();
+    if (m_ui->txtAccHinCD->hasFocus())
+        txtAccHinCD_LostFocus();
     if (!CheckDateBox(m_ui->txtFromDate) || !CheckDateBox(m_ui->txtToDate))
         return;
     TakeConditions();

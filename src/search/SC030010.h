@@ -27,6 +27,7 @@ public:
 
 private:
     void ShowConditions();
+    void ShowDateTab();
     void TakeConditions();
     void cmdList_Click();
     void cmdExit_Click();

@@ -8,7 +8,7 @@ SC040220R::SC040220R(ProgramState &state, QWidget *parent)
     , m_ui(std::make_unique<Ui::SC040220R>())
 {
     m_ui->setupUi(this);
-    Bind(m_ui->spdPrdt, m_ui->cmdSure, m_ui->cmdEnd, {{"商品ｺｰﾄﾞ", 220}, {"商品名", 360}});
+    Bind(m_ui->spdPrdt, m_ui->cmdSure, m_ui->cmdEnd, {{"商品ｺｰﾄﾞ", 25}, {"商品名", 40}});
 }
 
 SC040220R::~SC040220R() = default;

@@ -9,7 +9,7 @@ SC040230R::SC040230R(ProgramState &state, QWidget *parent)
 {
     m_ui->setupUi(this);
     Bind(m_ui->spdTokui, m_ui->cmdKakute, m_ui->cmdEnd,
-         {{"得意先ｺｰﾄﾞ", 120}, {"得意先名", 320}, {"TEL", 130}});
+         {{"得意先ｺｰﾄﾞ", 12}, {"得意先名", 40}, {"TEL", 12}});
 }
 
 SC040230R::~SC040230R() = default;

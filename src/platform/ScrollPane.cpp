@@ -1,0 +1,30 @@
+#include "platform/ScrollPane.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+
+ScrollPane::ScrollPane(QWidget *parent)
+    : QScrollArea(parent)
+{
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+        if (now && widget() && widget()->isAncestorOf(now))
+            ensureWidgetVisible(now);
+    });
+}
+
+QSize ScrollPane::sizeHint() const
+{
+    return widget() ? widget()->sizeHint() : QScrollArea::sizeHint();
+}
+
+void ScrollPane::keyPressEvent(QKeyEvent *event)
+{
+    const bool isPage = event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown;
+    if (isPage || hasFocus())
+        QScrollArea::keyPressEvent(event);
+    else
+        event->ignore();
+}
