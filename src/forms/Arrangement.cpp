@@ -60,6 +60,7 @@ void Arrangement::MakeFit()
         buttons = nullptr;
     if (buttons) {
         buttons->setContentsMargins(inner->contentsMargins());
+        buttons->setSpacing(inner->spacing());
         inner->removeItem(buttons);
         buttons->setParent(nullptr);
     }
@@ -75,6 +76,8 @@ void Arrangement::MakeFit()
         outer->addLayout(buttons);
     if (bar)
         outer->addWidget(bar);
+    m_window.setMinimumSize(0, 0); // which the old layout has set
+    outer->activate();
 }
 
 void Arrangement::KeepColumns(QTableView &grid)

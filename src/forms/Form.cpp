@@ -97,27 +97,29 @@ void Form::MoveFocus(bool isForward)
 void Form::setVisible(bool isVisible)
 {
     const bool isFirst = isVisible && !m_isPlaced;
+    if (isFirst)
+        Prepare();
     QDialog::setVisible(isVisible);
-    if (isFirst && !focusWidget())
+    if (!isFirst)
+        return;
+    if (!focusWidget())
         focusNextPrevChild(true);
-    auto *box = qobject_cast<QLineEdit *>(focusWidget());
-    if (isFirst && box)
+    if (auto *box = qobject_cast<QLineEdit *>(focusWidget()))
         box->selectAll(); // as when he comes to it by a key
 }
 
-void Form::showEvent(QShowEvent *event)
+/// Gives the form its look before it is seen for the first time.
+void Form::Prepare()
 {
-    if (!m_isPlaced) {
-        m_arrangement.Place();
-        ColorReadOnlyBoxes();
-        for (QPushButton *button : findChildren<QPushButton *>()) {
-            // No button is pressed by Enter in another field, and none may look like it.
-            button->setAutoDefault(false);
-            TellKeys(*button);
-        }
-    }
     m_isPlaced = true;
-    QDialog::showEvent(event);
+    ensurePolished();
+    ColorReadOnlyBoxes();
+    for (QPushButton *button : findChildren<QPushButton *>()) {
+        // No button is pressed by Enter in another field, and none may look like it.
+        button->setAutoDefault(false);
+        TellKeys(*button);
+    }
+    m_arrangement.Place();
 }
 
 void Form::hideEvent(QHideEvent *event)

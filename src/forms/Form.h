@@ -68,7 +68,6 @@ protected:
 
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
@@ -80,6 +79,7 @@ private:
         LeaveHandler leave;
     };
 
+    void Prepare();
     void ColorReadOnlyBoxes();
     void TellKeys(QAbstractButton &button) const;
     void MoveFocus(bool isForward);

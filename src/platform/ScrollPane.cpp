@@ -11,8 +11,17 @@ ScrollPane::ScrollPane(QWidget *parent)
     setWidgetResizable(true);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
         if (now && widget() && widget()->isAncestorOf(now))
-            ensureWidgetVisible(now);
+            BringIntoView(*now);
     });
+}
+
+/// Of what is larger than the pane the beginning.
+void ScrollPane::BringIntoView(const QWidget &control)
+{
+    const QRect part(control.mapTo(widget(), QPoint()),
+                     control.size().boundedTo(viewport()->size()));
+    ensureVisible(part.center().x(), part.center().y(), part.width() / 2 + 1,
+                  part.height() / 2 + 1);
 }
 
 QSize ScrollPane::sizeHint() const

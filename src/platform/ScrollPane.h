@@ -14,4 +14,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void BringIntoView(const QWidget &control);
 };
