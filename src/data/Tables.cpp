@@ -165,6 +165,26 @@ constexpr ColumnDefinition Destinations[] = {
     COMMON_COLUMNS,
 };
 
+constexpr ColumnDefinition AnswerHistory[] = {
+    {"AccNo", Integer, 0, Key},
+    {"AccSubNo", Integer, 0, Key},
+    {"ShpSubNo", Integer, 0, Key},
+    {"AnsNo", Integer, 0, Key}, // counts the answers of the line: whose clock is right matters not
+    {"CustCD", Text, 12},
+    {"OdrNo", Text, 23},
+    {"PayNo", Text, 8},
+    {"LimDate", Date, 8},
+    {"AnsLimDate", Date, 8},
+    {"AnsVal", Quantity},
+    {"AnsMark", Text, 1},
+    {"AnsKBN", Text, 1}, // answer kind
+    {"RecNo", Text, 5},  // as the record has it; blank where none was written
+    {"RecPath", Text, 128},
+    {"UserName", Text, 32},
+    {"MachineName", Text, 64},
+    COMMON_COLUMNS,
+};
+
 #undef COMMON_COLUMNS
 
 QString SqlTypeOf(const ColumnDefinition &column)
@@ -206,6 +226,7 @@ std::span<const TableDefinition> Tables()
         {"TLMT0030", "商品変換マスタ", ProductConversions, {}},
         {"TLMT0040", "得意先マスタ", Customers, {}},
         {"TLMT0050", "納入先マスタ", Destinations, {}},
+        {HistoryTable, "納期回答履歴", AnswerHistory, {}, true},
     };
     return tables;
 }
@@ -238,15 +259,18 @@ std::optional<QString> SqlLiteralOf(const ColumnDefinition &column, const QStrin
     return Decimal::FromText(text).ToText();
 }
 
+void CreateTable(Database &database, const TableDefinition &table)
+{
+    database.ExecuteNative(CreateStatement(table));
+    for (const char *column : table.indexes)
+        database.ExecuteNative(QString("CREATE INDEX %1_%2 ON %1 (%2)").arg(table.name, column));
+}
+
 void CreateTables(Database &database)
 {
     database.ExecuteNative("BEGIN");
-    for (const TableDefinition &table : Tables()) {
-        database.ExecuteNative(CreateStatement(table));
-        for (const char *column : table.indexes)
-            database.ExecuteNative(
-                QString("CREATE INDEX %1_%2 ON %1 (%2)").arg(table.name, column));
-    }
+    for (const TableDefinition &table : Tables())
+        CreateTable(database, table);
     database.SetProperty("AccessVersion", CurrentAccessVersion);
     database.SetProperty("SchemaVersion", QString::number(SchemaVersion));
     database.ExecuteNative("COMMIT");

@@ -34,7 +34,13 @@ struct TableDefinition
     const char *title; ///< the table's Japanese name
     std::span<const ColumnDefinition> columns;
     std::vector<const char *> indexes; ///< the columns of each index besides the key
+    bool isOptional = false;           ///< a database may be without it
 };
+
+/// What was answered when: a row for each line of each answer, added when the line is answered and
+/// never changed. The one table that only this program knows; a database that was made before it is
+/// without it until "tldb upgrade".
+inline constexpr auto HistoryTable = "TLAH0010";
 
 /// All tables.
 std::span<const TableDefinition> Tables();
@@ -63,6 +69,9 @@ inline constexpr double OldestAccessVersion = 8.0;
 
 /// The connect text with the suite's password.
 inline constexpr auto ConnectText = ";PWD=velmo";
+
+/// Makes a table that the database does not have, with its indexes. Throws DaoError.
+void CreateTable(Database &database, const TableDefinition &table);
 
 /// Makes every table and index in an empty database and sets its properties. Throws DaoError.
 void CreateTables(Database &database);

@@ -57,11 +57,37 @@ bool bDAO::CloseDB()
 
 std::unique_ptr<Recordset> bDAO::OpenRS(const QString &sql, bool)
 {
-    return Guarded(std::unique_ptr<Recordset>(), [&] {
-        if (!m_database)
-            throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
-        return m_database->OpenRecordset(sql);
+    return Guarded(std::unique_ptr<Recordset>(), [&] { return OpenRows(sql); });
+}
+
+std::unique_ptr<Recordset> bDAO::TryOpenRS(const QString &sql)
+{
+    try {
+        return OpenRows(sql);
+    } catch (const DaoError &) {
+        return nullptr;
+    }
+}
+
+bool bDAO::HasTable(const QString &name)
+{
+    return Guarded(true, [&] {
+        try {
+            OpenRows("SELECT 1 FROM " + name + " WHERE 1 = 0");
+            return true;
+        } catch (const DaoError &error) {
+            if (error.number == DaoErrors::SyntaxError || error.number == DaoErrors::ItemNotFound)
+                return false;
+            throw;
+        }
     });
+}
+
+std::unique_ptr<Recordset> bDAO::OpenRows(const QString &sql)
+{
+    if (!m_database)
+        throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
+    return m_database->OpenRecordset(sql);
 }
 
 void bDAO::SetProgress(std::function<bool()> goOn)

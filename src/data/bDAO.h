@@ -28,6 +28,14 @@ public:
     /// edited.
     std::unique_ptr<Recordset> OpenRS(const QString &sql, bool isSnapshot = true);
 
+    /// The same without a box after an error: for what the operator has not asked for.
+    std::unique_ptr<Recordset> TryOpenRS(const QString &sql);
+
+    /// Whether the database has a table. Not within a transaction, which a server ends when the
+    /// answer is No. True after an error, which has been shown: whatever needs the table fails then
+    /// rather than going without.
+    bool HasTable(const QString &name);
+
     /// Called again and again while OpenRS runs: False cancels it, which shows no error. It must
     /// not use the database. An empty one ends that.
     void SetProgress(std::function<bool()> goOn);
@@ -90,6 +98,7 @@ public:
     void ShowDBErrors();
 
 private:
+    std::unique_ptr<Recordset> OpenRows(const QString &sql); ///< throws DaoError
     template <typename Result, typename Operation>
     Result Guarded(Result onError, Operation &&operation);
     int FieldOrError(const Recordset &rows, QStringView column);

@@ -1,11 +1,13 @@
 #include "output/AnswerCreation.h"
 
+#include "data/Tables.h"
 #include "lines/ListLoading.h"
 #include "messages/bMessage.h"
 #include "output/AnswerFile.h"
-#include "output/AnswerSql.h"
+#include "output/RecordLayout.h"
 #include "platform/MsgBox.h"
 #include "platform/RuntimeError.h"
+#include "platform/System.h"
 #include "util/VbText.h"
 
 namespace {
@@ -68,6 +70,8 @@ int AnswerCreation::MakeAnswers()
 
 bool AnswerCreation::RunAnswerCreation()
 {
+    if (m_db.HasTable(HistoryTable))
+        m_trace = {UserName(), MachineName(), {}, {}, {}};
     qint64 lastAccNo = 0;
     LongWork work(m_showStatus, CreationText, m_list.Count(), LongWork::Pieces::Long);
     for (int row = 1; row <= m_list.Count() && !m_isStopped; ++row) {
@@ -159,6 +163,8 @@ AnswerCreation::Outcome AnswerCreation::AnswerInTransaction(const Line &line, An
         path = storedPath;
         return Outcome::PathChanged;
     }
+    ClearAnswerRecord(m_record);
+    m_record.answerKind = AnswerKind(*lines);
     if (file) {
         const QString settings = m_db.NullToRTrim(*lines, u"HenpVerPath");
         Outcome outcome = FillRecord(*lines, line.IsEdi());
@@ -168,7 +174,17 @@ AnswerCreation::Outcome AnswerCreation::AnswerInTransaction(const Line &line, An
             return outcome; // a record that can't be written leaves the order unanswered
         written = true;
     }
-    return MarkAnswered(accNo);
+    return KeepInHistory(accNo, path) ? MarkAnswered(accNo) : Outcome::NotMarked;
+}
+
+/// "2" for an order of which a line has been answered before. The first line is current again.
+QString AnswerCreation::AnswerKind(Recordset &lines)
+{
+    bool isAnsweredBefore = false;
+    for (; !m_db.IsEOF(&lines); m_db.MoveNext(lines))
+        isAnsweredBefore |= m_db.NullToZero(lines, u"AnsLimUmu") == AnswerOutput;
+    m_db.MoveFirst(lines);
+    return isAnsweredBefore ? "2" : "1";
 }
 
 AnswerCreation::Outcome AnswerCreation::FillRecord(Recordset &lines, bool isEdi)
@@ -177,7 +193,6 @@ AnswerCreation::Outcome AnswerCreation::FillRecord(Recordset &lines, bool isEdi)
     const auto exact = [&](QStringView column) { return lines.Text(lines.FieldIndex(column)); };
     const auto quantity
         = [&](QStringView column) { return Decimal::FromDouble(m_db.NullToZero(lines, column)); };
-    ClearAnswerRecord(m_record);
     m_record.infoKind = AnswerInfoKind;
     m_record.processingDate = m_stamp.date;
     m_record.vanCode = text(u"VanCD");
@@ -199,7 +214,6 @@ AnswerCreation::Outcome AnswerCreation::FillRecord(Recordset &lines, bool isEdi)
     m_record.reserve3 = ToWideText({}, 60);
     m_record.reserve4 = ToWideText({}, 40);
 
-    m_record.answerKind = "1";
     for (size_t slot = 0; !m_db.IsEOF(&lines); ++slot, m_db.MoveNext(lines)) {
         if (slot == m_record.lines.size())
             return Outcome::TooManyLines;
@@ -207,8 +221,6 @@ AnswerCreation::Outcome AnswerCreation::FillRecord(Recordset &lines, bool isEdi)
         m_record.lines[slot] = {exact(u"LimDate"), exact(u"PayNo"),
                                 Trim(answeredDate).isEmpty() ? NoDate : answeredDate,
                                 quantity(u"AnsVal"), exact(u"AnsMark")};
-        if (m_db.NullToZero(lines, u"AnsLimUmu") == AnswerOutput)
-            m_record.answerKind = "2";
     }
     return Outcome::Answered;
 }
@@ -228,6 +240,19 @@ AnswerCreation::Outcome AnswerCreation::WriteRecord(AnswerFile &file, const QStr
     if (!isComplete)
         m_incompleteOrders += orderNo;
     return Outcome::Answered;
+}
+
+/// Every line that is answered has its row, marked or not. `path` is of the file that the record
+/// was written to; nothing: there is none.
+bool AnswerCreation::KeepInHistory(qint64 accNo, const std::optional<QString> &path)
+{
+    if (!m_trace)
+        return true;
+    constexpr int NumberLength = RecordFields::Head[0].length;
+    m_trace->answerKind = m_record.answerKind;
+    m_trace->recordNumber = path ? QString::fromLatin1(m_buffer.data(), NumberLength) : QString();
+    m_trace->path = path.value_or(QString());
+    return m_db.DBExecute(BuildHistorySql(accNo, *m_trace, WriteStamp::Now()));
 }
 
 /// Where all lines that the record holds are on their way already, none is to be marked.

@@ -3,6 +3,7 @@
 #include "data/ProgramState.h"
 #include "lines/Registration.h"
 #include "output/AnswerRecord.h"
+#include "output/AnswerSql.h"
 #include "output/OutputFiles.h"
 #include "output/PreOutputChecks.h"
 #include "output/Surprises.h"
@@ -56,9 +57,11 @@ private:
     Outcome MakeOrderAnswer(int row, bool &written);
     Outcome AnswerInTransaction(const Line &line, AnswerFile *file, std::optional<QString> &path,
                                 bool &written);
+    QString AnswerKind(Recordset &lines);
     Outcome FillRecord(Recordset &lines, bool isEdi);
     Outcome WriteRecord(AnswerFile &file, const QString &layoutSettings, const QString &orderNo);
     Outcome MarkAnswered(qint64 accNo);
+    bool KeepInHistory(qint64 accNo, const std::optional<QString> &path);
     void TellWhy(Outcome outcome, const QString &path) const;
     void MarkRowsAnswered(qint64 accNo);
     void ShowSummary() const;
@@ -74,6 +77,7 @@ private:
     Surprises m_surprises;
     AnswerRecord m_record;
     AnswerBuffer m_buffer = {};
+    std::optional<AnswerTrace> m_trace; ///< for the history; nothing: the database keeps none
     int m_fileError = 0;
     QStringList m_incompleteOrders;  ///< whose records have "?" for characters without a code
     std::set<qint64> m_leftOut;      ///< orders that somebody else has changed

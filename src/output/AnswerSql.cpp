@@ -1,7 +1,11 @@
 #include "output/AnswerSql.h"
 
 #include "data/ProgramState.h"
+#include "data/Tables.h"
 #include "data/bDAO.h"
+#include "util/VbText.h"
+
+#include <QStringList>
 
 namespace {
 
@@ -40,4 +44,45 @@ QString BuildMarkAnsweredSql(qint64 accNo, const WriteStamp &stamp)
            + stamp.date + "'" + ",TLSP0010.UpdTime = '" + stamp.time + "' " + " WHERE "
            + " TLSP0010.AccNo = " + QString::number(accNo) + " AND " + " TLSP0010.ShpSts = 1 AND "
            + AnswerableRule + " TLSP0010.DpoFlg = 0 AND TLMT0040.DpoFlg = 0 " + ";";
+}
+
+QString BuildHistorySql(qint64 accNo, const AnswerTrace &trace, const WriteStamp &stamp)
+{
+    const auto fitted = [](const char *column, const QString &text) {
+        return SqlQuoted(RTrim(text.left(FindColumn(*FindTable(HistoryTable), column)->width)));
+    };
+    const std::pair<const char *, QString> values[] = {
+        {"AccNo", "TLSP0010.AccNo"},
+        {"AccSubNo", "TLSP0010.AccSubNo"},
+        {"ShpSubNo", "TLSP0010.ShpSubNo"},
+        {"AnsNo", "(SELECT COALESCE(MAX(H.AnsNo), 0) + 1 FROM TLAH0010 H"
+                  " WHERE H.AccNo = TLSP0010.AccNo AND H.AccSubNo = TLSP0010.AccSubNo"
+                  " AND H.ShpSubNo = TLSP0010.ShpSubNo)"},
+        {"CustCD", "RTRIM(TLSP0010.CustCD)"},
+        {"OdrNo", "RTRIM(TLSP0010.OdrNo)"},
+        {"PayNo", "RTRIM(TLSP0010.PayNo)"},
+        {"LimDate", "RTRIM(TLSP0010.LimDate)"},
+        {"AnsLimDate", "RTRIM(TLSP0010.AnsLimDate)"},
+        {"AnsVal", "TLSP0010.AnsVal"},
+        {"AnsMark", "RTRIM(TLSP0010.AnsMark)"},
+        {"AnsKBN", fitted("AnsKBN", trace.answerKind)},
+        {"RecNo", fitted("RecNo", trace.recordNumber)},
+        {"RecPath", fitted("RecPath", trace.path)},
+        {"UserName", fitted("UserName", trace.userName)},
+        {"MachineName", fitted("MachineName", trace.machineName)},
+        {"DpoFlg", "0"},
+        {"UpdPGName", SqlQuoted(ProgramId)},
+        {"UpdDate", SqlQuoted(stamp.date)},
+        {"UpdTime", SqlQuoted(stamp.time)},
+    };
+    QStringList columns;
+    QStringList sources;
+    for (const auto &[column, source] : values) {
+        columns += column;
+        sources += source;
+    }
+    return QString("INSERT INTO %1 (%2) SELECT %3 FROM TLSP0010, TLMT0040 WHERE TLSP0010.AccNo = %4"
+                   " AND TLSP0010.CustCD = TLMT0040.CustCD AND TLSP0010.ShpSts < 3 AND")
+               .arg(HistoryTable, columns.join(", "), sources.join(", "), QString::number(accNo))
+           + AnswerableRule + "TLSP0010.DpoFlg = 0 AND TLMT0040.DpoFlg = 0;";
 }

@@ -11,7 +11,9 @@
 #include <QStandardPaths>
 #include <QSysInfo>
 #include <QWidget>
+#include <array>
 #include <csignal>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -74,6 +76,22 @@ QStringList PreviousInstance::Folders()
 }
 
 PreviousInstance::~PreviousInstance() = default;
+
+QString UserName()
+{
+    std::array<char, 16'384> texts;
+    passwd entry = {};
+    passwd *found = nullptr;
+    ::getpwuid_r(::geteuid(), &entry, texts.data(), texts.size(), &found);
+    // Where users are kept elsewhere, the machine may know no more than a number.
+    return found ? QString::fromLocal8Bit(found->pw_name)
+                 : qEnvironmentVariable("USER", QString::number(::geteuid()));
+}
+
+QString MachineName()
+{
+    return QSysInfo::machineHostName();
+}
 
 void TakeFileSizeLimitAsFullDisk()
 {

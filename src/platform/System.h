@@ -33,6 +33,12 @@ private:
     State m_state = Unknown;
 };
 
+/// Who is logged in: the name of the user that the program runs as.
+QString UserName();
+
+/// The machine's name in its network.
+QString MachineName();
+
 /// A file that grows over the limit set for the process counts as a full disk from now on; before,
 /// the machine ends the process.
 void TakeFileSizeLimitAsFullDisk();

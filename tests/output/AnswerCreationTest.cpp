@@ -181,6 +181,12 @@ TEST_F(AnswerCreationTest, AFailingOrderEndsTheRun)
          },
          {"ｴﾗｰｺｰﾄﾞ：", "更新されませんでした\r", notMade},
          "PO-2"},
+        {[&] {
+             file.Run("DROP TRIGGER Refuse; CREATE TRIGGER RefuseHistory BEFORE INSERT ON TLAH0010 "
+                      "WHEN NEW.AccNo = 2 BEGIN SELECT RAISE(ABORT, 'refused'); END");
+         },
+         {"ｴﾗｰｺｰﾄﾞ：", "更新されませんでした\r", notMade},
+         "PO-2"},
     };
     AddCustomer("C1");
     AddCustomer("C2");
@@ -203,6 +209,7 @@ TEST_F(AnswerCreationTest, AFailingOrderEndsTheRun)
         EXPECT_EQ(Orders("C1.TXT"), "PO-1") << "before the failing order, not after it";
         EXPECT_EQ(Orders("C2.TXT"), failed);
         EXPECT_EQ(Marked(), "1|1");
+        EXPECT_EQ(file.Rows("SELECT AccNo FROM TLAH0010"), "1");
         EXPECT_EQ(States(), "済-" + QString(" --").repeated(list.Count() - 1));
         EXPECT_EQ(selected.First(), 2) << "the rows that are still to be answered";
         EXPECT_EQ(counts.records, 1);

@@ -71,7 +71,8 @@ protected:
     /// Deletes all orders and empties the answer files.
     void Clear()
     {
-        file.Run("DELETE FROM TLSP0010; DELETE FROM TLAC0010; DELETE FROM TLEI0010");
+        file.Run("DELETE FROM TLSP0010; DELETE FROM TLAC0010; DELETE FROM TLEI0010;"
+                 "DELETE FROM TLAH0010");
         for (const QString &name : AnswerFiles())
             QFile::remove(file.folder.Path(name));
     }

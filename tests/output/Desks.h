@@ -57,6 +57,7 @@ protected:
     /// call itself the first; a piece at a file's end is passed over when `isTornAllowed`.
     void CheckOrders(const QStringList &said, int mostRepeated = 0, bool isTornAllowed = false)
     {
+        const bool mayRepeat = mostRepeated > 0;
         const auto isMoreAgreed = [&](const QString &orderNo) {
             const QRegularExpression asked("注残数を超える注文： \\d+ 件[|]　 注文№ [^|]*"
                                            + orderNo);
@@ -88,6 +89,7 @@ protected:
         for (const auto &[orderNo, count] : firstAnswers)
             mostRepeated -= std::max(count - 1, 0);
         EXPECT_GE(mostRepeated, 0);
+        CheckHistory(sent, isTornAllowed || mayRepeat);
 
         EXPECT_EQ(file.Rows("PRAGMA integrity_check"), "ok");
         const QString marked = file.Rows("SELECT OdrNo, PayNo, CAST(AnsVal AS INTEGER), AnsLimDate "
@@ -102,5 +104,22 @@ protected:
                                         + QString::number(Open));
         for (const QString &orderNo : above.split(' ', Qt::SkipEmptyParts))
             EXPECT_TRUE(isMoreAgreed(orderNo)) << orderNo.toStdString();
+    }
+
+private:
+    /// The history has what was sent, line by line, and nothing else; a record may be without its
+    /// marks and rows when `mayLack`.
+    void CheckHistory(QStringList sent, bool mayLack)
+    {
+        const QString kept = file.Rows("SELECT OdrNo, PayNo, CAST(AnsVal AS INTEGER), AnsLimDate "
+                                       "FROM TLAH0010");
+        for (const QString &row : kept.split(' ', Qt::SkipEmptyParts))
+            EXPECT_TRUE(sent.removeOne(row)) << row.toStdString() << " never went out";
+        EXPECT_TRUE(sent.isEmpty() || mayLack) << sent.join(' ').toStdString();
+        EXPECT_EQ(file.Rows("SELECT AccNo FROM TLSP0010 WHERE AnsLimUmu = 3 AND NOT EXISTS ("
+                            "SELECT 1 FROM TLAH0010 H WHERE H.AccNo = TLSP0010.AccNo "
+                            "AND H.ShpSubNo = TLSP0010.ShpSubNo)"),
+                  "")
+            << "marked without a trace";
     }
 };

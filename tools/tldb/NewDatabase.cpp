@@ -18,6 +18,12 @@ QString DatabasePath(const QString &folder)
     return QDir(folder).filePath("TLDB0010.MDB");
 }
 
+Database OpenToRead(const QString &path)
+{
+    const bool isInterrupted = QFile::exists(path + "-journal");
+    return Database(path, !isInterrupted, ConnectText);
+}
+
 QString ErrorText(const DaoError &error)
 {
     static constexpr struct

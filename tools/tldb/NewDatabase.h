@@ -10,6 +10,10 @@ struct DaoError;
 /// The database file's path in a folder.
 QString DatabasePath(const QString &folder);
 
+/// Opens a database that is only to be read. What a crash has interrupted is rolled back, though,
+/// which is the work of the next one who opens the file for writing. Throws DaoError.
+Database OpenToRead(const QString &path);
+
 /// A database error in one English line.
 QString ErrorText(const DaoError &error);
 

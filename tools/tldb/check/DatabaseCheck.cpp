@@ -166,19 +166,25 @@ FindingReport::FindingReport(QTextStream &out)
 {
 }
 
-qint64 CheckDatabase(Database &database, const FindingSink &found, const FindingSink &noted)
+CheckedAmount CheckDatabase(Database &database, const FindingSink &found, const FindingSink &noted)
 {
     Guarded({}, found, [&] { CheckIntegrity(database, found); });
     Guarded({}, found, [&] { CheckProperties(database, found); });
     Guarded({}, found, [&] { CheckSchema(database, found, noted); });
-    qint64 rowCount = 0;
+    CheckedAmount amount;
     for (const TableDefinition &table : Tables())
-        Guarded(table.name, found, [&] { rowCount += CheckValues(database, table, found); });
+        Guarded(table.name, found, [&] {
+            if (const auto rows = CheckValues(database, table, found)) {
+                ++amount.tables;
+                amount.rows += *rows;
+            }
+        });
     Guarded({}, found, [&] { CheckRelations(database, found); });
-    return rowCount;
+    return amount;
 }
 
-qint64 CheckValues(Database &database, const TableDefinition &table, const FindingSink &found)
+std::optional<qint64> CheckValues(Database &database, const TableDefinition &table,
+                                  const FindingSink &found)
 {
     const QStringList inFile = ColumnsInFile(database, table.name);
     std::vector<const ColumnDefinition *> columns;
@@ -190,7 +196,7 @@ qint64 CheckValues(Database &database, const TableDefinition &table, const Findi
         names += column.name;
     }
     if (columns.empty())
-        return 0;
+        return std::nullopt;
     const QStringList keys = KeyColumns(table, inFile);
     RowReader rows(database,
                    QString("SELECT %1 FROM %2").arg((names + keys).join(", "), table.name));

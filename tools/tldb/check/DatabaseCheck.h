@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QTextStream>
 #include <functional>
+#include <optional>
 
 struct TableDefinition;
 
@@ -38,9 +39,16 @@ public:
     qint64 notes = 0;
 };
 
+/// How much was read.
+struct CheckedAmount
+{
+    int tables = 0;
+    qint64 rows = 0;
+};
+
 /// Runs every check below; a part that can't be read further is a finding, and the next check has
-/// its turn. Returns the number of rows that were read.
-qint64 CheckDatabase(Database &database, const FindingSink &found, const FindingSink &noted);
+/// its turn.
+CheckedAmount CheckDatabase(Database &database, const FindingSink &found, const FindingSink &noted);
 
 // The checks of a database. Each only reads, hands every finding to `found`, and throws DaoError
 // when the file can't be read further.
@@ -51,12 +59,14 @@ void CheckIntegrity(Database &database, const FindingSink &found);
 /// The properties that tell the format.
 void CheckProperties(Database &database, const FindingSink &found);
 
-/// Tables, columns, keys and indexes. What the definition does not know is handed to `noted`.
+/// Tables (an optional one may be missing), columns, keys and indexes. What the definition does not
+/// know is handed to `noted`.
 void CheckSchema(Database &database, const FindingSink &found, const FindingSink &noted);
 
-/// The values of every row of a table. Returns the number of rows. Columns that are missing are
-/// passed over.
-qint64 CheckValues(Database &database, const TableDefinition &table, const FindingSink &found);
+/// The values of every row of a table. Returns the number of rows; nothing when there is no such
+/// table. Columns that are missing are passed over.
+std::optional<qint64> CheckValues(Database &database, const TableDefinition &table,
+                                  const FindingSink &found);
 
 /// Equal keys, rows without the row that they belong to, and the number of company rows. Tables and
 /// columns that are missing are passed over.

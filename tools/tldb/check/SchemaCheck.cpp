@@ -73,7 +73,8 @@ void CheckTable(Database &database, const TableDefinition &table, const FindingS
 {
     QStringList columns = ColumnsInFile(database, table.name);
     if (columns.isEmpty()) {
-        found({table.name, {}, {}, "the table is missing"});
+        if (!table.isOptional)
+            found({table.name, {}, {}, "the table is missing"});
         return;
     }
     for (const ColumnDefinition &column : table.columns) {

@@ -52,7 +52,7 @@ void ImportTables(OldDatabase &old, Database &database, QTextStream &out,
                    .arg(count.written);
     }
     for (const TableDefinition &table : Tables())
-        if (!names.contains(QLatin1String(table.name), Qt::CaseInsensitive))
+        if (!table.isOptional && !names.contains(QLatin1String(table.name), Qt::CaseInsensitive))
             report.found({table.name, {}, {}, "the old database lacks the table"});
     if (const auto version = old.AccessVersion())
         database.SetProperty("AccessVersion", *version);
