@@ -12,6 +12,7 @@ TEST(ToolCommands, WrongUseIsOneLineAndExitCode2)
     const std::pair<QStringList, const char *> cases[] = {
         {{}, "no command given"},
         {{"import", "x", folder.Path("a"), "y"}, "OLD.MDB and DIR are wanted"},
+        {{"history"}, "one DIR and perhaps [ORDER] is wanted"},
         {{"show-answers", "--lines", "3", folder.Path("a")}, "lines"},
         {{"demo", folder.Path("a"), "--lines", "0"}, "--lines wants"},
         {{"demo", folder.Path("a"), "--seed", "18446744073709551616"}, "--seed wants"},
@@ -33,7 +34,8 @@ TEST(ToolCommands, HelpNamesWhatThereIs)
 {
     const ToolRun tool({"--help"});
     EXPECT_EQ(tool.exitCode, ExitCode::Ok);
-    for (const char *name : {"create", "demo", "check", "import", "show-answers"}) {
+    for (const char *name :
+         {"create", "demo", "check", "import", "upgrade", "history", "show-answers"}) {
         SCOPED_TRACE(name);
         EXPECT_TRUE(tool.out.contains(name));
         // Help is given even where the command could not run.

@@ -15,7 +15,8 @@ struct Option
 struct Command
 {
     const char *name;
-    const char *operands; ///< names, with blanks between them
+    const char
+        *operands; ///< names, with blanks between them; in [ ] the last if it may be left out
     const char *summary;
     const char *details;
     std::vector<Option> options;
@@ -60,6 +61,23 @@ const std::vector<Command> &Commands()
          "Then the new database is checked as by \"tldb check\".",
          {},
          RunImport},
+        {"upgrade",
+         "DIR",
+         "give DIR/TLDB0010.MDB the table of the answer history",
+         "The database is copied to DIR/TLDB0010-YYYYMMDD-HHMMSS.MDB first. Other programs may\n"
+         "have it open; their writing waits meanwhile. A database that has the table (TLAH0010)\n"
+         "already is left as it is.",
+         {},
+         RunUpgrade},
+        {"history",
+         "DIR [ORDER]",
+         "show what was answered when, from DIR/TLDB0010.MDB",
+         "One line for each line of each answer, the oldest answer first; \"-\" is a blank. "
+         "ORDER,\n"
+         "the customer's order number, shows the answers to that order alone. An answer of kind 2\n"
+         "changes an earlier one.",
+         {},
+         RunHistory},
         {"show-answers",
          "FILE",
          "show the records of a delivery-date answer file",
@@ -124,9 +142,10 @@ int RunCommand(const Command &command, const QStringList &arguments, QTextStream
     }
     const QStringList operands = QString(command.operands).split(' ');
     const QStringList given = parser.positionalArguments();
-    if (given.size() != operands.size() || given.contains(QString()))
-        return complain(operands.size() == 1 ? "one " + operands.first() + " is wanted"
-                                             : operands.join(" and ") + " are wanted");
+    const qsizetype needed = operands.size() - operands.last().startsWith('[');
+    if (given.size() < needed || given.size() > operands.size() || given.contains(QString()))
+        return complain(needed == 1 ? "one " + operands.join(" and perhaps ") + " is wanted"
+                                    : operands.join(" and ") + " are wanted");
     return command.run(parser, out, err);
 }
 

@@ -27,4 +27,6 @@ int RunCreate(const QCommandLineParser &arguments, QTextStream &out, QTextStream
 int RunDemo(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunCheck(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunImport(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
+int RunUpgrade(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
+int RunHistory(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunShowAnswers(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
