@@ -53,6 +53,7 @@ public:
     RowSelection LineRows(const RowSelection &shownRows) const;
     RowSelection ShownRows(const RowSelection &lineRows) const; ///< without what is not shown
 
+    const LineList &List() const { return m_edits.List(); }
     const LineCounts &Counts() const { return m_counts; } ///< of all lines of the list
 
     int rowCount(const QModelIndex &parent = {}) const override;

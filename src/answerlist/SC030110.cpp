@@ -1,7 +1,7 @@
 #include "answerlist/SC030110.h"
 
-#include "answerlist/ColumnFit.h"
 #include "answerlist/ListColumns.h"
+#include "answerlist/ListTexts.h"
 #include "answerlist/SC030120.h"
 #include "forms/WindowMemory.h"
 #include "lines/AnswerDates.h"
@@ -17,60 +17,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QScopedValueRollback>
-#include <QScrollBar>
 #include <QTimer>
 #include <QWindow>
-#include <algorithm>
 
 namespace {
 
 constexpr auto OpenOnlyFlag = "openOnly";
-
-/// The name of the date that the search's range is about.
-QString DateBasisName(const QString &basis)
-{
-    static constexpr struct
-    {
-        const char *basis;
-        const char *name;
-    } names[] = {{"SHPDATE", "出荷（予定）"}, {"LIMDATE", "指定納期"}, {"ACCDATE", "受注日"}};
-    for (const auto &entry : names)
-        if (basis == QLatin1String(entry.basis))
-            return entry.name;
-    return {};
-}
-
-/// What stands beside 件数.
-QString CountsText(const LineCounts &counts, int selected, int shown)
-{
-    const auto shownCount = [](int count) { return Decimal(count).ToFixed(0, true); };
-    QString text = QString("選択 %1　　変更 %2　　未回答 %3　　納期超過 %4")
-                       .arg(shownCount(selected), shownCount(counts.changed),
-                            shownCount(counts.open), shownCount(counts.overdue));
-    if (shown < counts.lines)
-        text += "　　表示 " + shownCount(shown);
-    return text;
-}
-
-/// While an order is answered in parts: what its answers leave of what is open. Else empty.
-QString RemainderText(const LineList &list, int row)
-{
-    const Line &line = list.At(row);
-    Decimal answers;
-    bool isSplit = false;
-    for (const int other : list.RowsOfOrder(line.Key().accNo)) {
-        answers += list.At(other).Now().quantity;
-        isSplit = isSplit || !list.At(other).IsStored();
-    }
-    if (!isSplit)
-        return {};
-    const Decimal open = line.OpenQuantity();
-    return QString("注残 %1 － 回答計 %2 ＝ 残り %3")
-        .arg(open.ToText(), answers.ToText(), (open - answers).ToText());
-}
 
 } // namespace
 
@@ -87,12 +41,7 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     m_edits.SetSelection([this] { return Selected(); });
     m_model.ShowOpenOnly(WindowMemory(*this).Flag(OpenOnlyFlag));
     m_ui->chkOpenOnly->setChecked(m_model.ShowsOpenOnly());
-    m_ui->spdList->setModel(&m_model);
-    m_ui->spdList->horizontalHeader()->setStretchLastSection(false);
-    m_ui->spdList->SetColumnInput(ColumnTyped(CellTyping::Quantity),
-                                  std::make_unique<QuantityCellInput>());
-    m_ui->spdList->SetColumnInput(ColumnTyped(CellTyping::Date), std::make_unique<DateCellInput>());
-    LayOutColumns();
+    m_ui->spdList->SetLines(m_model);
     ClearScreen();
     AddCommands();
     Color();
@@ -104,8 +53,8 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     connect(m_ui->cmdDetail, &QPushButton::clicked, this, &SC030110::cmdDetail_Click);
     connect(m_ui->cmdMake, &QPushButton::clicked, this, &SC030110::cmdMake_Click);
     connect(m_ui->cmdExit, &QPushButton::clicked, this, &SC030110::reject);
-    connect(m_ui->spdList, &GridView::CellDoubleClicked, this, &SC030110::cmdDetail_Click);
-    connect(m_ui->spdList, &GridView::CellLeft, this,
+    connect(m_ui->spdList, &LineGrid::CellDoubleClicked, this, &SC030110::cmdDetail_Click);
+    connect(m_ui->spdList, &LineGrid::CellLeft, this,
             [this](int, int, int, int newRow) { ShowHint(m_model.LineRow(newRow)); });
     connect(m_ui->spdList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &SC030110::ShowCounts);
@@ -123,14 +72,12 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     connect(m_ui->chkOpenOnly, &QCheckBox::clicked, this, &SC030110::ShowOpenOnly);
     connect(m_ui->findBar, &FindBar::Wanted, this, &SC030110::Find);
     connect(m_ui->findBar, &FindBar::Closed, this, [this] { m_ui->spdList->setFocus(); });
+    connect(m_ui->spdList, &LineGrid::ColumnsFitted, this, [this] { KeepColumns(*m_ui->spdList); });
     connect(this, &Form::ArrangementForgotten, this, [this] {
-        m_areColumnsFitted = true;
-        FitColumns();
+        m_ui->spdList->FitColumnsAgain();
         if (m_model.ShowsOpenOnly())
             ShowOpenOnly(false);
     });
-    connect(m_ui->spdList->horizontalHeader(), &QHeaderView::sectionResized, this,
-            [this] { m_areColumnsFitted = m_areColumnsFitted && m_isFitting; });
 }
 
 SC030110::~SC030110() = default;
@@ -138,7 +85,7 @@ SC030110::~SC030110() = default;
 /// The commands of the grid: keys of their own, and what the menu of the right button offers.
 void SC030110::AddCommands()
 {
-    GridView *grid = m_ui->spdList;
+    LineGrid *grid = m_ui->spdList;
     grid->setContextMenuPolicy(Qt::ActionsContextMenu);
     const auto add = [&](const QString &text, const QList<QKeySequence> &keys, auto &&run,
                          Qt::ShortcutContext context = Qt::WindowShortcut) {
@@ -178,35 +125,15 @@ void SC030110::AddCommands()
     addButton(m_ui->cmdExit);
 }
 
-void SC030110::LayOutColumns()
-{
-    constexpr int LinesPerRow = 4;
-    m_ui->spdList->SetTextLines(LinesPerRow);
-    FitColumns();
-}
-
-/// Gives the columns the widths that their texts take, or those that the operator has kept.
-void SC030110::FitColumns()
-{
-    if (!m_areColumnsFitted)
-        return;
-    const QScopedValueRollback fitting(m_isFitting, true);
-    GridView *grid = m_ui->spdList;
-    const QFontMetrics metrics = grid->fontMetrics();
-    const std::vector<int> widths
-        = FitTo(NeededWidths(m_model, metrics, grid->horizontalHeader()->fontMetrics()),
-                grid->viewport()->width(), metrics);
-    for (size_t column = 0; column < widths.size(); ++column)
-        grid->SetColumnWidth(int(column) + 1, widths[column]);
-    KeepColumns(*grid);
-}
-
 /// Colours that the desktop's palette gives: the main command, and the legend.
 void SC030110::Color()
 {
     const QPalette colors = palette();
     QPalette main = colors;
-    main.setColor(QPalette::Button, colors.color(QPalette::Highlight));
+    constexpr int Darker = 130; // percent: the style brightens a button's upper half
+    main.setColor(QPalette::Button, Readable(colors.color(QPalette::Highlight),
+                                             colors.color(QPalette::HighlightedText))
+                                        .darker(Darker));
     main.setColor(QPalette::ButtonText, colors.color(QPalette::HighlightedText));
     m_ui->cmdMake->setPalette(main);
     QPalette legend = colors;
@@ -217,16 +144,8 @@ void SC030110::Color()
 void SC030110::changeEvent(QEvent *event)
 {
     Form::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        LayOutColumns();
     if (event->type() == QEvent::PaletteChange)
         Color();
-}
-
-void SC030110::resizeEvent(QResizeEvent *event)
-{
-    Form::resizeEvent(event);
-    FitColumns();
 }
 
 void SC030110::ClearScreen()
@@ -296,7 +215,7 @@ LoadedList SC030110::LoadLines()
     const LoadedList loaded = LoadList(m_state.db, conditions, m_list, StatusBar());
     m_edits.Clear();
     m_model.Filled();
-    FitColumns();
+    m_ui->spdList->FitColumns();
     ShowCounts();
     if (loaded.lineCount == 0) {
         for (QPushButton *button :
@@ -308,51 +227,14 @@ LoadedList SC030110::LoadLines()
     return loaded;
 }
 
-/// In rows of the list, as all the commands take them.
 RowSelection SC030110::Selected() const
 {
-    return m_model.LineRows(RowSelection(m_ui->spdList->SelectedRowRanges()));
+    return m_ui->spdList->Selected();
 }
 
 int SC030110::ActiveRow() const
 {
-    return m_model.LineRow(std::min(m_ui->spdList->ActiveRow(), m_model.rowCount()));
-}
-
-void SC030110::SelectShown(const RowSelection &lineRows)
-{
-    m_ui->spdList->SetSelectedRows(m_model.ShownRows(lineRows).Ranges());
-}
-
-template <typename Change>
-void SC030110::Rearrange(Change &&change)
-{
-    GridView *grid = m_ui->spdList;
-    const int column = std::max(1, grid->ActiveColumn());
-    const int shownRow = grid->ActiveRow();
-    const int top = grid->verticalScrollBar()->value();
-    const LineId active = ActiveRow() > 0 ? m_list.At(ActiveRow()).Id() : LineId();
-    std::vector<LineId> selected;
-    Selected().ForEach([&](int row) {
-        selected.push_back(m_list.At(row).Id());
-        return true;
-    });
-    change();
-    m_model.Filled();
-    const std::vector<int> rows = m_list.RowsById();
-    std::vector<RowSelection::Range> selectedRows;
-    for (const LineId line : selected)
-        if (rows[line] > 0)
-            selectedRows.emplace_back(rows[line], rows[line]);
-    SelectShown(RowSelection(std::move(selectedRows)));
-    grid->verticalScrollBar()->setValue(top);
-    int activeRow = m_model.ShownRow(rows[active]);
-    if (activeRow == 0)
-        activeRow = std::clamp(shownRow - 1, 1, std::max(1, m_model.rowCount()));
-    if (m_model.rowCount() > 0)
-        grid->Activate(column, activeRow);
-    ShowCounts();
-    ShowHint(ActiveRow());
+    return m_ui->spdList->ActiveLine();
 }
 
 void SC030110::ShowCounts()
@@ -434,7 +316,8 @@ void SC030110::cmdCopy_Click()
         return;
     m_model.InsertBelow(row, [&] { CopyLine(m_edits, row); });
     ShowCounts();
-    GoTo(ColumnTyped(CellTyping::Quantity), row + 1);
+    m_ui->spdList->GoTo(ColumnTyped(CellTyping::Quantity), row + 1);
+    m_ui->spdList->setFocus();
 }
 
 void SC030110::cmdDelete_Click()
@@ -494,19 +377,14 @@ void SC030110::cmdMake_Click()
         failedRow = m_makeAnswers(m_list, selected, m_stamp, StatusBar());
     }
     if (m_model.ShowsOpenOnly())
-        Rearrange([] {}); // answered lines are to be hidden
+        m_ui->spdList->Rearrange([] {}); // answered lines are to be hidden
     else
         m_model.Changed();
-    SelectShown(selected);
+    ShowCounts();
+    m_ui->spdList->Select(selected);
     if (failedRow > 0)
         GoToError(failedRow);
     ShowHint(ActiveRow());
-}
-
-void SC030110::GoTo(int column, int lineRow)
-{
-    m_ui->spdList->Activate(column, m_model.ShownRow(lineRow));
-    m_ui->spdList->setFocus();
 }
 
 /// Brings the operator to the cell that is to be mended.
@@ -515,7 +393,8 @@ void SC030110::GoToError(int lineRow)
     QApplication::beep();
     if (m_model.ShownRow(lineRow) == 0)
         ShowOpenOnly(false);
-    GoTo(ColumnToMend(m_list.At(lineRow).Error()), lineRow);
+    m_ui->spdList->GoTo(ColumnToMend(m_list.At(lineRow).Error()), lineRow);
+    m_ui->spdList->setFocus();
 }
 
 /// Gives the selected rows this answered date, or the active one when none is selected.
@@ -529,7 +408,7 @@ void SC030110::EditDates(const QString &storedForm)
     if (!CheckDateSelection(m_list, rows))
         return;
     SetDates([&] { SetAnswerDates(m_edits, rows, storedForm, StatusBar()); });
-    SelectShown(rows); // what has been changed is meant
+    m_ui->spdList->Select(rows); // what has been changed is meant
 }
 
 void SC030110::TakeBack()
@@ -537,14 +416,16 @@ void SC030110::TakeBack()
     if (!MayRun())
         return;
     LineEdits::TakenBack back;
-    Rearrange([&] { back = m_edits.TakeBack(); });
+    m_ui->spdList->Rearrange([&] { back = m_edits.TakeBack(); });
+    ShowCounts();
+    ShowHint(ActiveRow());
     if (!back.isAnything) {
         ShowStatus("元に戻す変更はありません");
         return;
     }
-    SelectShown(Selected().Without(back.unselected));
+    m_ui->spdList->Select(Selected().Without(back.unselected));
     if (!back.rows.empty() && m_model.ShownRow(back.rows.front()) > 0)
-        GoTo(std::max(1, m_ui->spdList->ActiveColumn()), back.rows.front());
+        m_ui->spdList->GoTo(0, back.rows.front());
     ShowStatus("変更を元に戻しました");
 }
 
@@ -565,20 +446,15 @@ void SC030110::Find(bool isForward)
         return;
     }
     const QScopedValueRollback busy(m_isBusy, true);
-    const int count = m_model.rowCount();
-    const int start = m_ui->spdList->ActiveRow();
-    LongWork work(StatusBar(), "検索しています…", count);
-    for (int step = 1; step <= count && work.Step(); ++step) {
-        const int row = (start - 1 + (isForward ? step : count - step) + count) % count + 1;
-        if (!wanted.IsIn(m_list.At(m_model.LineRow(row))))
-            continue;
-        m_ui->spdList->Activate(std::max(1, m_ui->spdList->ActiveColumn()), row);
-        const bool isRound = isForward ? row <= start : row >= start;
-        ShowStatus(isRound ? "一覧の端まで検索したので、反対の端から続けました" : "");
-        return;
+    const LineGrid::Found found = m_ui->spdList->Find(wanted, isForward, StatusBar());
+    if (found == LineGrid::Found::No) {
+        QApplication::beep();
+        ShowStatus("「" + m_ui->findBar->Text() + "」は、一覧にありません");
+    } else {
+        ShowStatus(found == LineGrid::Found::Yes
+                       ? ""
+                       : "一覧の端まで検索したので、反対の端から続けました");
     }
-    QApplication::beep();
-    ShowStatus("「" + m_ui->findBar->Text() + "」は、一覧にありません");
 }
 
 void SC030110::ShowOpenOnly(bool isOn)
@@ -588,7 +464,10 @@ void SC030110::ShowOpenOnly(bool isOn)
         return;
     }
     const Hourglass hourglass;
-    Rearrange([&] { m_model.ShowOpenOnly(isOn); });
+    m_ui->spdList->Rearrange([&] { m_model.ShowOpenOnly(isOn); });
+    ShowCounts();
+    ShowHint(ActiveRow());
+    m_ui->spdList->setFocus();
     m_ui->chkOpenOnly->setChecked(isOn);
     WindowMemory(*this).SetFlag(OpenOnlyFlag, isOn);
 }

@@ -42,24 +42,15 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void AddCommands();
-    void LayOutColumns();
-    void FitColumns();
     void Color();
     void ClearScreen();
     void Activate();
     LoadedList LoadLines();
     RowSelection Selected() const;
     int ActiveRow() const;
-    void SelectShown(const RowSelection &lineRows);
-
-    /// Shows the list as `change` leaves it, with the same lines selected and active as far as they
-    /// are shown then.
-    template <typename Change>
-    void Rearrange(Change &&change);
     void ShowCounts();
     void ShowHint(int lineRow);
     void ShowStatus(const QString &text);
@@ -67,7 +58,6 @@ private:
     template <typename Command>
     void SetDates(Command &&command);
     bool MayRun(); ///< a cell in edit is finished first
-    void GoTo(int column, int lineRow);
     void GoToError(int lineRow);
     void EditDates(const QString &storedForm);
     void TakeBack();
@@ -90,8 +80,6 @@ private:
     LineEdits m_edits{m_list};
     LineModel m_model{m_edits};
     WriteStamp m_stamp;
-    bool m_isFitting = false; ///< the columns; who else resizes one is the operator
-    bool m_areColumnsFitted = true;
     bool m_isBusy = false; ///< with a load or a run, which may let events through
     int m_waits = 0;       ///< for the window to come to the screen
 };

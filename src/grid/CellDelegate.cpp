@@ -19,6 +19,12 @@ QColor Mixed(const QColor &background, const QColor &other)
                             mixed(background.blueF(), other.blueF()));
 }
 
+QColor BackgroundOf(const QStyleOptionViewItem &option)
+{
+    return option.backgroundBrush.style() == Qt::NoBrush ? option.palette.color(QPalette::Base)
+                                                         : option.backgroundBrush.color();
+}
+
 } // namespace
 
 CellDelegate::CellDelegate(GridView *grid)
@@ -35,13 +41,12 @@ void CellDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInd
     if (option->backgroundBrush.style() == Qt::NoBrush
         && index.flags().testFlag(Qt::ItemIsEditable))
         option->backgroundBrush = Mixed(base, option->palette.color(QPalette::Highlight));
-    const QColor background
-        = option->backgroundBrush.style() == Qt::NoBrush ? base : option->backgroundBrush.color();
+    const QColor background = BackgroundOf(*option);
     option->palette.setColor(QPalette::Text,
                              Readable(option->palette.color(QPalette::Text), background));
-    option->palette.setColor(QPalette::HighlightedText,
-                             Readable(option->palette.color(QPalette::HighlightedText),
-                                      option->palette.color(QPalette::Highlight)));
+    option->palette.setColor(QPalette::Highlight,
+                             Readable(option->palette.color(QPalette::Highlight),
+                                      option->palette.color(QPalette::HighlightedText)));
 }
 
 void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -50,11 +55,14 @@ void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     QStyledItemDelegate::paint(painter, option, index);
     if (index != m_grid->currentIndex())
         return;
+    QStyleOptionViewItem shown = option;
+    initStyleOption(&shown, index);
+    const bool isSelected = shown.state & QStyle::State_Selected;
     painter->save();
-    const bool isSelected = option.state & QStyle::State_Selected;
-    const auto role = isSelected ? QPalette::Highlight : QPalette::Base;
     painter->setPen(
-        QPen(Readable(option.palette.color(QPalette::WindowText), option.palette.color(role)), 2));
+        QPen(Readable(shown.palette.color(QPalette::WindowText),
+                      isSelected ? shown.palette.color(QPalette::Highlight) : BackgroundOf(shown)),
+             2));
     painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
     painter->restore();
 }

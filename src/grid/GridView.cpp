@@ -328,6 +328,12 @@ void GridView::keyPressEvent(QKeyEvent *event)
         QApplication::clipboard()->setText(SelectedText());
         return;
     }
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        const QPoint place = visualRect(currentIndex()).center();
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, place, viewport()->mapToGlobal(place));
+        QApplication::sendEvent(this, &menu);
+        return;
+    }
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::ShiftModifier) {
         selectionModel()->select(currentIndex(),
                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);

@@ -53,9 +53,10 @@ protected:
     void Alt(Qt::Key key)
     {
         Key(key, Qt::AltModifier);
-        const auto isDown = [](const QPushButton *button) { return button->isDown(); };
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] { return std::ranges::none_of(window->findChildren<QPushButton *>(), isDown); }));
+        const auto isDown = [](const QAbstractButton *button) { return button->isDown(); };
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            return std::ranges::none_of(window->findChildren<QAbstractButton *>(), isDown);
+        }));
         QApplication::processEvents();
     }
 

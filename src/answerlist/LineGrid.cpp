@@ -1,0 +1,135 @@
+#include "answerlist/LineGrid.h"
+
+#include "answerlist/ColumnFit.h"
+#include "answerlist/ListColumns.h"
+#include "lines/LineFind.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <algorithm>
+
+LineGrid::LineGrid(QWidget *parent)
+    : GridView(parent)
+{
+    horizontalHeader()->setStretchLastSection(false);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this] { m_areColumnsFitted = m_areColumnsFitted && m_isFitting; });
+}
+
+void LineGrid::SetLines(LineModel &lines)
+{
+    m_lines = &lines;
+    setModel(m_lines);
+    SetColumnInput(ColumnTyped(CellTyping::Quantity), std::make_unique<QuantityCellInput>());
+    SetColumnInput(ColumnTyped(CellTyping::Date), std::make_unique<DateCellInput>());
+    TakeFont();
+}
+
+void LineGrid::TakeFont()
+{
+    constexpr int LinesPerRow = 4;
+    SetTextLines(LinesPerRow);
+    FitColumns();
+}
+
+RowSelection LineGrid::Selected() const
+{
+    return m_lines->LineRows(RowSelection(SelectedRowRanges()));
+}
+
+void LineGrid::Select(const RowSelection &lineRows)
+{
+    SetSelectedRows(m_lines->ShownRows(lineRows).Ranges());
+}
+
+int LineGrid::ActiveLine() const
+{
+    return m_lines->LineRow(std::min(ActiveRow(), m_lines->rowCount()));
+}
+
+void LineGrid::GoTo(int column, int lineRow)
+{
+    Activate(column > 0 ? column : std::max(1, ActiveColumn()), m_lines->ShownRow(lineRow));
+}
+
+LineGrid::Place LineGrid::KeepPlace() const
+{
+    const LineList &list = m_lines->List();
+    Place place;
+    place.active = ActiveLine() > 0 ? list.At(ActiveLine()).Id() : LineId();
+    place.activeRow = ActiveRow();
+    place.column = std::max(1, ActiveColumn());
+    place.top = verticalScrollBar()->value();
+    Selected().ForEach([&](int row) {
+        place.selected.push_back(list.At(row).Id());
+        return true;
+    });
+    return place;
+}
+
+void LineGrid::RestorePlace(const Place &place)
+{
+    const std::vector<int> rows = m_lines->List().RowsById();
+    std::vector<RowSelection::Range> selected;
+    for (const LineId line : place.selected)
+        if (rows[line] > 0)
+            selected.emplace_back(rows[line], rows[line]);
+    Select(RowSelection(std::move(selected)));
+    verticalScrollBar()->setValue(place.top);
+    const int count = m_lines->rowCount();
+    int active = m_lines->ShownRow(rows[place.active]);
+    if (active == 0)
+        active = std::clamp(place.activeRow - 1, 1, std::max(1, count));
+    if (count > 0)
+        Activate(place.column, active);
+}
+
+LineGrid::Found LineGrid::Find(const LineFind &wanted, bool isForward,
+                               const ShowStatusText &showStatus)
+{
+    const int count = m_lines->rowCount();
+    const int start = ActiveRow();
+    LongWork work(showStatus, "検索しています…", count);
+    for (int step = 1; step <= count && work.Step(); ++step) {
+        const int row = (start - 1 + (isForward ? step : count - step) + count) % count + 1;
+        if (!wanted.IsIn(m_lines->List().At(m_lines->LineRow(row))))
+            continue;
+        Activate(std::max(1, ActiveColumn()), row);
+        return (isForward ? row > start : row < start) ? Found::Yes : Found::AfterTheEnd;
+    }
+    return Found::No;
+}
+
+void LineGrid::FitColumns()
+{
+    if (!m_lines || !m_areColumnsFitted)
+        return;
+    const QScopedValueRollback fitting(m_isFitting, true);
+    const std::vector<int> widths
+        = FitTo(NeededWidths(*m_lines, fontMetrics(), horizontalHeader()->fontMetrics()),
+                viewport()->width(), fontMetrics());
+    for (size_t column = 0; column < widths.size(); ++column)
+        SetColumnWidth(int(column) + 1, widths[column]);
+    emit ColumnsFitted();
+}
+
+void LineGrid::FitColumnsAgain()
+{
+    m_areColumnsFitted = true;
+    FitColumns();
+}
+
+void LineGrid::changeEvent(QEvent *event)
+{
+    GridView::changeEvent(event);
+    if (m_lines && (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange))
+        TakeFont();
+}
+
+void LineGrid::resizeEvent(QResizeEvent *event)
+{
+    GridView::resizeEvent(event);
+    FitColumns();
+}
