@@ -55,8 +55,8 @@ SC030120::SC030120(ProgramState &state, QWidget *parent)
         text->Show({}); // until there is a line
     MakeRoom();
     SetEscapeButton(m_ui->cmdExit);
-    SetThemeIcon(*m_ui->cmdRegister, "document-save");
-    SetThemeIcon(*m_ui->cmdExit, "go-previous");
+    SetThemeIcon(*m_ui->cmdRegister, {"document-save"});
+    SetThemeIcon(*m_ui->cmdExit, {"go-previous"});
     for (QLineEdit *box : {m_ui->txtAccVal, m_ui->txtZanVal, m_ui->txtIndVal, m_ui->txtAnsVal})
         new DecimalAlignment(*box, DigitSpec::Quantity);
     new DecimalAlignment(*m_ui->txtAccTan, DigitSpec::LargeQuantity);

@@ -31,11 +31,8 @@ bool IsWithin(const QSize &size, const QSize &room)
 void Arrangement::Place()
 {
     const QSize room = Room();
-    const int bar = m_window.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    const QSize needed = m_window.layout()->totalMinimumSize();
     MakeFit();
-    const QSize bars = m_isScrolling ? QSize(bar, bar) : QSize();
-    m_ownSize = m_window.size().expandedTo(needed + bars).boundedTo(room);
+    m_ownSize = m_window.size().boundedTo(room);
     const WindowMemory memory(m_window);
     const QSize kept = memory.Size();
     m_window.resize(kept.isEmpty() ? m_ownSize : kept.boundedTo(room));
@@ -48,7 +45,8 @@ void Arrangement::MakeFit()
 {
     const QSize room = Room();
     auto *inner = qobject_cast<QVBoxLayout *>(m_window.layout());
-    if (m_isScrolling || !inner || IsWithin(inner->totalMinimumSize(), room))
+    const QSize needed = inner ? inner->totalMinimumSize() : QSize();
+    if (m_isScrolling || !inner || IsWithin(needed, room))
         return;
     m_isScrolling = true;
     auto *bar = m_window.findChild<QStatusBar *>();
@@ -64,9 +62,10 @@ void Arrangement::MakeFit()
         inner->removeItem(buttons);
         buttons->setParent(nullptr);
     }
-    auto *content = new QWidget;
+    // Of the window from the start: what changes windows loses its place in the tab order.
+    auto *content = new QWidget(&m_window);
     content->setLayout(inner); // takes its controls along
-    auto *pane = new ScrollPane;
+    auto *pane = new ScrollPane(&m_window);
     pane->setWidget(content);
     auto *outer = new QVBoxLayout(&m_window);
     outer->setContentsMargins({});
@@ -78,6 +77,8 @@ void Arrangement::MakeFit()
         outer->addWidget(bar);
     m_window.setMinimumSize(0, 0); // which the old layout has set
     outer->activate();
+    const int extent = m_window.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    m_window.resize(m_window.size().expandedTo(needed + QSize(extent, extent)).boundedTo(room));
 }
 
 void Arrangement::KeepColumns(QTableView &grid)

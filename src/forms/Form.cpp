@@ -113,7 +113,7 @@ void Form::Prepare()
 {
     m_isPlaced = true;
     ensurePolished();
-    ColorReadOnlyBoxes();
+    ColorControls();
     for (QPushButton *button : findChildren<QPushButton *>()) {
         // No button is pressed by Enter in another field, and none may look like it.
         button->setAutoDefault(false);
@@ -168,24 +168,29 @@ void Form::changeEvent(QEvent *event)
     if (!m_isPlaced)
         return;
     if (event->type() == QEvent::PaletteChange)
-        ColorReadOnlyBoxes();
+        ColorControls();
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         QMetaObject::invokeMethod(
             this, [this] { m_arrangement.MakeFit(); }, Qt::QueuedConnection);
 }
 
-/// Boxes that only show look like the form, so that those to type in stand out.
-void Form::ColorReadOnlyBoxes()
+/// Boxes that only show look like the form, so that those to type in stand out. Where the style
+/// draws outlines in a darker shade of the form, and there is none, they get one that is seen.
+void Form::ColorControls()
 {
-    for (QLineEdit *box : findChildren<QLineEdit *>()) {
-        if (!box->isReadOnly())
-            continue;
-        const QColor background = palette().color(QPalette::Window);
-        QPalette look;
-        look.setColor(QPalette::Base, background);
-        look.setColor(QPalette::Text, Readable(palette().color(QPalette::Text), background));
-        box->setPalette(look);
-    }
+    constexpr int Shade = 140;
+    constexpr double LeastOutline = 1.05;
+    const QColor background = palette().color(QPalette::Window);
+    QPalette outlined;
+    if (ContrastRatio(background, background.darker(Shade)) < LeastOutline)
+        outlined.setColor(QPalette::Window, QColor(Qt::gray));
+    QPalette readOnly = outlined;
+    readOnly.setColor(QPalette::Base, background);
+    readOnly.setColor(QPalette::Text, Readable(palette().color(QPalette::Text), background));
+    for (QLineEdit *box : findChildren<QLineEdit *>())
+        box->setPalette(box->isReadOnly() ? readOnly : outlined);
+    for (QAbstractButton *button : findChildren<QAbstractButton *>())
+        button->setPalette(outlined);
 }
 
 bool Form::eventFilter(QObject *object, QEvent *event)
@@ -221,8 +226,9 @@ void Form::LoseClickOn(QWidget *target)
         this, [this] { m_lostClickTarget = nullptr; }, Qt::QueuedConnection);
 }
 
-void SetThemeIcon(QAbstractButton &button, const QString &name)
+void SetThemeIcon(QAbstractButton &button, const QStringList &names)
 {
-    if (QIcon::hasThemeIcon(name))
-        button.setIcon(QIcon::fromTheme(name));
+    for (const QString &name : names)
+        if (button.icon().isNull() && QIcon::hasThemeIcon(name))
+            button.setIcon(QIcon::fromTheme(name));
 }

@@ -80,7 +80,7 @@ private:
     };
 
     void Prepare();
-    void ColorReadOnlyBoxes();
+    void ColorControls();
     void TellKeys(QAbstractButton &button) const;
     void MoveFocus(bool isForward);
     void LoseClickOn(QWidget *target);
@@ -98,5 +98,6 @@ private:
     bool m_isPlaced = false;
 };
 
-/// Gives a button the desktop theme's icon of this name; without one it shows its text alone.
-void SetThemeIcon(QAbstractButton &button, const QString &name);
+/// Gives a button the first of these icons that the desktop's theme has; without any it shows its
+/// text alone.
+void SetThemeIcon(QAbstractButton &button, const QStringList &names);

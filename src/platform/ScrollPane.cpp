@@ -18,10 +18,11 @@ ScrollPane::ScrollPane(QWidget *parent)
 /// Of what is larger than the pane the beginning.
 void ScrollPane::BringIntoView(const QWidget &control)
 {
+    constexpr int Around = 30;
     const QRect part(control.mapTo(widget(), QPoint()),
                      control.size().boundedTo(viewport()->size()));
-    ensureVisible(part.center().x(), part.center().y(), part.width() / 2 + 1,
-                  part.height() / 2 + 1);
+    ensureVisible(part.center().x(), part.center().y(), part.width() / 2 + Around,
+                  part.height() / 2 + Around);
 }
 
 QSize ScrollPane::sizeHint() const

@@ -19,8 +19,8 @@ void Picker::Bind(SpreadGrid *grid, QAbstractButton *confirm, QAbstractButton *c
                   const std::vector<Column> &columns)
 {
     SetEscapeButton(close);
-    SetThemeIcon(*confirm, "dialog-ok");
-    SetThemeIcon(*close, "window-close");
+    SetThemeIcon(*confirm, {"dialog-ok", "emblem-default"});
+    SetThemeIcon(*close, {"window-close"});
     m_columns = columns;
     grid->SetColumnCount(int(columns.size()));
     QStringList headings;

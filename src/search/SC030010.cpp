@@ -75,8 +75,8 @@ SC030010::SC030010(ProgramState &state, QWidget *parent)
             [this](QWidget *, Qt::FocusReason) { txtAccHinCD_LostFocus(); });
 
     SetMainButton(m_ui->cmdList);
-    SetThemeIcon(*m_ui->cmdList, "edit-find");
-    SetThemeIcon(*m_ui->cmdExit, "application-exit");
+    SetThemeIcon(*m_ui->cmdList, {"edit-find"});
+    SetThemeIcon(*m_ui->cmdExit, {"application-exit"});
     SetHelperButton(m_ui->cmdTSansho);
     SetHelperButton(m_ui->cmdSSansho);
     // A name belongs to the code it was found for.

@@ -35,3 +35,21 @@ TEST(LongWorkTest, TheWindowLivesAndItsKeysWait)
     QTest::keyClicks(&box, "typed");
     EXPECT_EQ(box.text(), "typed") << "afterwards keys work again";
 }
+
+TEST(LongWorkTest, EscStopsWhatCanBeStoppedAndNoOtherIsSaidToBe)
+{
+    for (const auto stop : {LongWork::Stop::ByEsc, LongWork::Stop::Never}) {
+        QLineEdit box;
+        box.show();
+        QTimer::singleShot(0, &box, [&] { QTest::keyClick(&box, Qt::Key_Escape); });
+        QString told;
+        LongWork work([&](const QString &text) { told = text; }, "しています…", 0,
+                      LongWork::Pieces::Long, stop);
+        const QDeadlineTimer deadline(10'000);
+        bool goesOn = true;
+        while (goesOn && !deadline.hasExpired() && told.isEmpty())
+            goesOn = work.Step();
+        EXPECT_EQ(goesOn, stop == LongWork::Stop::Never);
+        EXPECT_EQ(told.contains("Esc"), stop == LongWork::Stop::ByEsc) << told.toStdString();
+    }
+}

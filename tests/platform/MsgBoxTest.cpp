@@ -9,6 +9,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <gtest/gtest.h>
 
 namespace {
@@ -88,4 +89,29 @@ TEST(InputBox, GivesTheTypedTextOrNothing)
         const auto show = [] { return InputBox("一行目\r二行目", "納期設定"); };
         EXPECT_EQ(Play("InputBox", type, show), key == Qt::Key_Return ? "970528" : "");
     }
+}
+
+TEST(MsgBox, ALongTextScrollsAndLeavesTheButtonsInView)
+{
+    QStringList lines;
+    for (int line = 0; line < 200; ++line)
+        lines += QString("注文№ %1").arg(line);
+    const auto look = [](Operator &hand) {
+        QWidget *box = Operator::Front("MsgBox");
+        EXPECT_TRUE(WorkArea().contains(box->frameGeometry()));
+        const auto *button = box->findChild<QPushButton *>();
+        EXPECT_EQ(button->visibleRegion().boundingRect(), button->rect());
+        const auto *label = box->findChild<QLabel *>("qt_msgbox_label");
+        const auto lastIsSeen
+            = [&] { return label->visibleRegion().boundingRect().bottom() >= label->height() - 2; };
+        EXPECT_FALSE(lastIsSeen());
+        hand.Key(Qt::Key_Tab); // to the text
+        hand.Key(Qt::Key_End);
+        for (int page = 0; page < 50; ++page)
+            hand.Key(Qt::Key_PageDown);
+        EXPECT_TRUE(lastIsSeen());
+        hand.Key(Qt::Key_Escape);
+    };
+    EXPECT_EQ(Play("MsgBox", look, [&] { return MsgBox(lines.join('\r'), 0, "注意"); }),
+              BoxButton::Ok);
 }

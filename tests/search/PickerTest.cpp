@@ -107,6 +107,9 @@ TEST_F(PickerTest, WhatIsChosenComesBackAndAClosedPickerChangesNothing)
         picks[]
         = {{"txtAccHin", "AB2", [](Operator &player) { player.Click("cmdSure"); }, "AB2 歯車"},
            {"txtAccHin", "AB2", keys({Qt::Key_Down, Qt::Key_Return, Qt::Key_Return}), "AB2 歯車大"},
+           {"txtAccHin", "AB", keys({Qt::Key_End, Qt::Key_Return, Qt::Key_Return}), "AB2 歯車大"},
+           {"txtAccHin", "AB", keys({Qt::Key_End, Qt::Key_Home, Qt::Key_Return, Qt::Key_Return}),
+            "AB1 軸受"},
            {"txtAccHin", "AB2", doubleClick, "AB2 歯車大"},
            {"txtAccHin", "AB2", [](Operator &player) { player.Click("cmdEnd"); }, "AB2 "},
            {"txtAccHin", "AB2", keys({Qt::Key_Escape}), "AB2 "},

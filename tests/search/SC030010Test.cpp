@@ -146,6 +146,56 @@ TEST_F(SearchScreen, ConditionsComeBackAsTheyWereEntered)
     EXPECT_EQ(state.conditions.fromDate, "19970528");
 }
 
+TEST_F(SearchScreen, CtrlEnterOpensTheListFromAnyBoxWithWhatHasJustBeenTyped)
+{
+    const std::tuple<const char *, const char *, QString> boxes[] = {
+        {"txtCustCD", "C0001", "C0001 神田電機"},
+        {"txtAccHinCD", "P1", "P1 軸受"},
+        {"txtPayKeyNo", "K1", "K1"},
+        {"txtToDate", "970528", "19970528"},
+        {"optSortKey1_0", "", ""},
+        {"cmdTSansho", "", ""},
+    };
+    for (const auto &[box, typed, taken] : boxes) {
+        state.conditions = {};
+        state.isListRequested = false;
+        Show();
+        Find(box)->setFocus();
+        Keys(typed);
+        Key(Qt::Key_Return, Qt::ControlModifier);
+        EXPECT_FALSE(screen->isVisible()) << box;
+        EXPECT_TRUE(state.isListRequested) << box;
+        const SearchConditions &conditions = state.conditions;
+        const QString all
+            = QStringList{conditions.customerCode, conditions.customerName, conditions.productCode,
+                          conditions.productName,  conditions.payKeyNo,     conditions.toDate}
+                  .join(' ')
+                  .simplified();
+        EXPECT_EQ(all, taken) << box;
+    }
+}
+
+TEST_F(SearchScreen, EveryBoxHasANameForAScreenReader)
+{
+    Show();
+    ClickSecondTab();
+    for (const QWidget *control : screen->findChildren<QWidget *>()) {
+        const bool isEntry = qobject_cast<const QLineEdit *>(control)
+                             || qobject_cast<const QRadioButton *>(control);
+        EXPECT_TRUE(!isEntry || !control->accessibleName().isEmpty())
+            << control->objectName().toStdString();
+    }
+    EXPECT_EQ(Box("txtFromDate")->accessibleName(), "受注日 開始日");
+}
+
+TEST_F(SearchScreen, ATextTypedAfterTheReturnTakesThePlaceOfTheOldOne)
+{
+    state.conditions.customerCode = "A001";
+    Show();
+    Keys("A002");
+    EXPECT_EQ(Text("txtCustCD"), "A002");
+}
+
 TEST_F(SearchScreen, SortGroupsExchangeTheirKeys)
 {
     state.isSearchMode = false;
@@ -260,6 +310,7 @@ TEST_F(SearchScreen, ABadDateIsShownOnceAndKeepsTheFocus)
         {"the other tab", [&] { ClickSecondTab(); }},
         {"list by mouse", [&] { Click("cmdList"); }},
         {"list by Alt+L", [&] { Alt(Qt::Key_L); }},
+        {"list by Ctrl+Enter", [&] { Key(Qt::Key_Return, Qt::ControlModifier); }},
     };
     ScriptedBoxes boxes;
     for (const char *box : {"txtFromDate", "txtToDate"}) {
