@@ -30,19 +30,35 @@ TEST(ToolCommands, WrongUseIsOneLineAndExitCode2)
     EXPECT_FALSE(QFileInfo::exists(folder.Path("a")));
 }
 
-TEST(ToolCommands, HelpNamesWhatThereIs)
+TEST(ToolCommands, HelpNamesWhatThereIsWithAnExampleThatWorks)
 {
     const ToolRun tool({"--help"});
     EXPECT_EQ(tool.exitCode, ExitCode::Ok);
-    for (const char *name :
-         {"create", "demo", "check", "import", "upgrade", "history", "show-answers"}) {
-        SCOPED_TRACE(name);
-        EXPECT_TRUE(tool.out.contains(name));
+    const QString list = tool.out.section("Commands:\n", 1).section("\n\n", 0, 0);
+    const QStringList lines = list.split('\n');
+    EXPECT_GE(lines.size(), 5);
+    for (const QString &line : lines) {
+        const QString name = line.simplified().section(' ', 0, 0);
+        SCOPED_TRACE(name.toStdString());
         // Help is given even where the command could not run.
         const ToolRun command({name, "--help"});
         EXPECT_EQ(command.exitCode, ExitCode::Ok);
         EXPECT_TRUE(command.out.startsWith(QString("Usage: tldb %1 ").arg(name)));
+        const QString example = command.out.section("\nExample: tldb ", 1).section('\n', 0, 0);
+        EXPECT_TRUE(example.startsWith(name + ' ')) << example.toStdString();
+        // Options that the command doesn't have would be told of before the help.
+        EXPECT_EQ(ToolRun(example.split(' ') + QStringList{"--help"}).out, command.out);
     }
+}
+
+TEST(ToolCommands, SpeaksEnglishOfEveryDatabaseError)
+{
+    const TestFolder folder;
+    folder.Write("TLDB0010.MDB", QByteArray(4096, 'x'));
+    const ToolRun run({"check", folder.Path()});
+    EXPECT_EQ(run.exitCode, ExitCode::Found);
+    EXPECT_EQ(run.err, QString("tldb: %1/TLDB0010.MDB: database error 3049: file is not a database\n")
+                           .arg(folder.Path()));
 }
 
 TEST(CreateCommand, AFolderThatCanNotTakeTheDatabase)

@@ -1,5 +1,7 @@
 #include "tldb/Commands.h"
 
+#include "platform/Version.h"
+
 #include <QCommandLineParser>
 #include <vector>
 
@@ -19,6 +21,7 @@ struct Command
         *operands; ///< names, with blanks between them; in [ ] the last if it may be left out
     const char *summary;
     const char *details;
+    const char *example; ///< what is typed after "tldb"
     std::vector<Option> options;
     int (*run)(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 };
@@ -30,6 +33,7 @@ const std::vector<Command> &Commands()
          "DIR",
          "make an empty TLDB0010.MDB in DIR",
          "DIR is made when it is missing. A database that is there already is left as it is.",
+         "create /srv/talven/db",
          {},
          RunCreate},
         {"demo",
@@ -37,6 +41,7 @@ const std::vector<Command> &Commands()
          "make a TLDB0010.MDB with demonstration data in DIR",
          "Also writes DIR/TALVEN.INI and the folders that its drives stand for. The same lines,\n"
          "seed and date give the same data.",
+         "demo --lines 500 build/demo",
          {{"lines", "N", "number of delivery lines, 1 to 10000000 (default 2000)"},
           {"seed", "S", "start of the random numbers (default 1)"},
           {"date", "YYYYMMDD", "day that the data is made for (default today)"}},
@@ -46,6 +51,7 @@ const std::vector<Command> &Commands()
          "check DIR/TLDB0010.MDB and list what is wrong",
          "One line per finding: table, key, column, what is wrong. Nothing is written to the\n"
          "database, but a write that a crash interrupted is rolled back.",
+         "check /srv/talven/db",
          {},
          RunCheck},
         {"import",
@@ -59,6 +65,7 @@ const std::vector<Command> &Commands()
          "can't be written and are left out, and values that can't be what was written; a damage\n"
          "that makes one good value another can't be seen, as the old format has no checksums.\n"
          "Then the new database is checked as by \"tldb check\".",
+         "import TLDB0010-OLD.MDB /srv/talven/db",
          {},
          RunImport},
         {"upgrade",
@@ -67,6 +74,7 @@ const std::vector<Command> &Commands()
          "The database is copied to DIR/TLDB0010-YYYYMMDD-HHMMSS.MDB first. Other programs may\n"
          "have it open; their writing waits meanwhile. A database that has the table (TLAH0010)\n"
          "already is left as it is.",
+         "upgrade /srv/talven/db",
          {},
          RunUpgrade},
         {"history",
@@ -76,12 +84,14 @@ const std::vector<Command> &Commands()
          "ORDER,\n"
          "the customer's order number, shows the answers to that order alone. An answer of kind 2\n"
          "changes an earlier one.",
+         "history /srv/talven/db 2609-00010093",
          {},
          RunHistory},
         {"show-answers",
          "FILE",
          "show the records of a delivery-date answer file",
          "Bytes of the file are counted from 1. An answered date of 99999999 stands for none.",
+         "show-answers --json /srv/talven/c/EDI/OUT/ANS.TXT",
          {{"json", nullptr, "write a JSON array of records"}},
          RunShowAnswers},
     };
@@ -97,7 +107,10 @@ void ShowToolHelp(QTextStream &out)
     for (const Command &command : Commands())
         out << "  " << QString("%1 %2").arg(command.name, command.operands).leftJustified(20)
             << command.summary << '\n';
-    out << "\n" << ExitCodeHelp << "\n\"tldb COMMAND --help\" tells more about a command.\n";
+    out << "\n"
+        << ExitCodeHelp
+        << "\n\"tldb COMMAND --help\" tells more about a command, with an example;\n"
+           "\"tldb --version\" tells which tldb this is.\n";
 }
 
 QString SyntaxOf(const Option &option)
@@ -116,6 +129,7 @@ void ShowCommandHelp(const Command &command, QTextStream &out)
     for (const Option &option : command.options)
         out << "  " << SyntaxOf(option).leftJustified(18) << option.help << '\n';
     out << "  " << QString("--help").leftJustified(18) << "show this text\n\n"
+        << "Example: tldb " << command.example << "\n\n"
         << ExitCodeHelp << '\n';
 }
 
@@ -156,6 +170,10 @@ int RunTool(const QStringList &arguments, QTextStream &out, QTextStream &err)
     const QString name = arguments.value(0);
     if (name == "--help" || name == "-h") {
         ShowToolHelp(out);
+        return ExitCode::Ok;
+    }
+    if (name == "--version") {
+        out << "tldb " << ProgramVersion() << '\n';
         return ExitCode::Ok;
     }
     for (const Command &command : Commands())

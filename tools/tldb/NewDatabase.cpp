@@ -38,11 +38,13 @@ QString ErrorText(const DaoError &error)
         {DaoErrors::NullNotAllowed, "a column of the key is null"},
         {DaoErrors::UnrecognizedFormat, "the file is not a database of the system"},
         {DaoErrors::CannotUpdate, "the database can't be written"},
+        {DaoErrors::Locked, "another program keeps the database locked"},
     };
     for (const auto &entry : texts)
         if (entry.number == error.number)
             return entry.text;
-    return QString("database error %1: %2").arg(error.number).arg(error.description);
+    // The library's own words are English; the description is in the operator's language.
+    return QString("database error %1: %2").arg(error.number).arg(error.detail);
 }
 
 NewDatabase::NewDatabase(const QString &folder)

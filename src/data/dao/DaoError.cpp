@@ -96,7 +96,8 @@ int NumberOf(int extendedCode)
 DaoError DaoErrors::Make(int number, const QString &source, const QString &detail)
 {
     const QString description = DescriptionOf(number);
-    return {number, detail.isEmpty() ? description : description + " (" + detail + ')', source};
+    return {number, detail.isEmpty() ? description : description + " (" + detail + ')', source,
+            detail};
 }
 
 DaoError DaoErrors::FromSqlite(sqlite3 *connection, const QString &source)

@@ -3,12 +3,14 @@
 #include <QString>
 
 /// What the engine throws, and what its error collection holds: the engine's error number, its
-/// description in the operator's language, and the object that failed.
+/// description in the operator's language, the object that failed, and the name, path or library's
+/// own text that the description ends with, which may be empty.
 struct DaoError
 {
     int number = 0;
     QString description;
     QString source;
+    QString detail = {};
 };
 
 struct sqlite3;

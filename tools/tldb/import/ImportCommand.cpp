@@ -32,7 +32,7 @@ ImportCount ImportNamedTable(OldDatabase &old, Database &database, const QString
         if (error.number != DaoErrors::SyntaxError)
             throw;
         database.ExecuteNative("ROLLBACK TO OldTable");
-        report.found({name, {}, {}, "the table can't be made: " + error.description});
+        report.found({name, {}, {}, "the table can't be made: " + ErrorText(error)});
     }
     database.ExecuteNative("RELEASE OldTable");
     return count;

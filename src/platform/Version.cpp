@@ -1,0 +1,8 @@
+#include "platform/Version.h"
+
+#include "VersionText.h"
+
+QString ProgramVersion()
+{
+    return QStringLiteral(VERSION_TEXT);
+}
