@@ -1,6 +1,7 @@
 #include "data/bDAO.h"
 
 #include "data/Tables.h"
+#include "platform/Log.h"
 #include "util/VbText.h"
 
 namespace {
@@ -29,6 +30,10 @@ Result bDAO::Guarded(Result onError, Operation &&operation)
         return operation();
     } catch (const DaoError &error) {
         if (error.number != DaoErrors::Cancelled) {
+            // At once: the box may have to wait for the end of a transaction.
+            qCWarning(LogDatabase).noquote()
+                << QString("エラー %1: %2（%3）")
+                       .arg(QString::number(error.number), error.description, error.source);
             m_engine.Errors = {error};
             ShowDBErrors();
         }
@@ -42,6 +47,7 @@ bool bDAO::OpenDB(const Files &files, const QString &path, bool isReadOnly, cons
     return Guarded(false, [&] {
         m_database = &m_workspace->OpenDatabase(files.LocalPath(path), isReadOnly, connect);
         m_isOpen = true;
+        qCInfo(LogDatabase).noquote() << "データベースを開きました: " + files.LocalPath(path);
         return true;
     });
 }

@@ -3,6 +3,7 @@
 #include "data/bDAO.h"
 #include "lines/ListLoading.h"
 #include "messages/bMessage.h"
+#include "platform/Log.h"
 #include "util/bDate.h"
 
 #include <algorithm>
@@ -89,6 +90,10 @@ bool Registration::RegisterOrder(const std::vector<int> &rows, RegistrationCount
         counts.changed += written.kind == RowKind::Changed;
         m_list.At(written.row).Registered(written.shpSubNo);
     }
+    qCInfo(LogAnswer).noquote() << QString("登録 注文№ %1（AccNo %2） %3 明細")
+                                       .arg(m_list.At(rows.front()).OrderNo())
+                                       .arg(m_list.At(rows.front()).Key().accNo)
+                                       .arg(m_written.size());
     return true;
 }
 

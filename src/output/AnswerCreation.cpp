@@ -5,6 +5,7 @@
 #include "messages/bMessage.h"
 #include "output/AnswerFile.h"
 #include "output/RecordLayout.h"
+#include "platform/Log.h"
 #include "platform/MsgBox.h"
 #include "platform/RuntimeError.h"
 #include "platform/System.h"
@@ -107,8 +108,22 @@ bool AnswerCreation::AnswerOrder(int row)
     }
     m_counts.records += written;
     ++m_ordersDone;
+    LogAnswered(row, written);
     MarkRowsAnswered(accNo);
     return true;
+}
+
+void AnswerCreation::LogAnswered(int row, bool written) const
+{
+    const Line &line = m_list.At(row);
+    const QString record
+        = written ? QString("レコード %1（区分 %2） %3")
+                        .arg(m_record.recordNumber.ToText(), m_record.answerKind, m_answeredFile)
+                  : QString("レコードなし");
+    qCInfo(LogAnswer).noquote() << QString("回答 注文№ %1（AccNo %2） %3")
+                                       .arg(line.OrderNo())
+                                       .arg(line.Key().accNo)
+                                       .arg(record);
 }
 
 /// One order, from its file's lock to the mark of its lines. The file comes first, so that nobody
@@ -138,7 +153,8 @@ AnswerCreation::Outcome AnswerCreation::MakeOrderAnswer(int row, bool &written)
         if (outcome != Outcome::Answered)
             m_db.Rollback();
     }
-    TellWhy(outcome, path.value_or(QString()));
+    m_answeredFile = path.value_or(QString());
+    TellWhy(outcome, m_answeredFile);
     return outcome;
 }
 

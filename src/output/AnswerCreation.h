@@ -63,6 +63,7 @@ private:
     Outcome MarkAnswered(qint64 accNo);
     bool KeepInHistory(qint64 accNo, const std::optional<QString> &path);
     void TellWhy(Outcome outcome, const QString &path) const;
+    void LogAnswered(int row, bool written) const;
     void MarkRowsAnswered(qint64 accNo);
     void ShowSummary() const;
     QString SummaryNotes() const;
@@ -79,6 +80,7 @@ private:
     AnswerBuffer m_buffer = {};
     std::optional<AnswerTrace> m_trace; ///< for the history; nothing: the database keeps none
     int m_fileError = 0;
+    QString m_answeredFile;          ///< of the last order; empty: none
     QStringList m_incompleteOrders;  ///< whose records have "?" for characters without a code
     std::set<qint64> m_leftOut;      ///< orders that somebody else has changed
     LineList m_stored;               ///< the order at work, as its transaction has read it

@@ -1,5 +1,7 @@
 #include "platform/InputBox.h"
 
+#include "platform/Log.h"
+
 #include <QApplication>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -16,6 +18,7 @@ std::function<QString(const QString &, const QString &)> &Handler()
 
 QString InputBox(const QString &prompt, const QString &title)
 {
+    qCInfo(LogBox).noquote() << QString("「%1」 %2").arg(title, OneLine(prompt));
     if (Handler())
         return Handler()(prompt, title);
 

@@ -1,5 +1,6 @@
 #include "platform/MsgBox.h"
 
+#include "platform/Log.h"
 #include "platform/ScrollPane.h"
 #include "platform/System.h"
 
@@ -48,6 +49,20 @@ QMessageBox::StandardButtons ButtonsOf(int style)
     }
 }
 
+QString NameOf(int button)
+{
+    switch (button) {
+    case BoxButton::Yes:
+        return "はい";
+    case BoxButton::No:
+        return "いいえ";
+    case BoxButton::Cancel:
+        return "キャンセル";
+    default:
+        return "OK";
+    }
+}
+
 QMessageBox::StandardButton SecondButtonOf(QMessageBox::StandardButtons buttons)
 {
     if (buttons.testFlag(QMessageBox::No))
@@ -81,13 +96,29 @@ void MakeFit(QMessageBox &box)
         room.height());
 }
 
-} // namespace
-
-int MsgBox(const QString &text, int style, const QString &title)
+/// Writes the box to the log, as grave as its icon.
+void LogRequest(const MessageBoxRequest &box)
 {
-    if (Handler())
-        return Handler()({text, style, title});
+    // The values of a row are in the database; a log has more readers.
+    const QString shown = box.text.startsWith("INSERT ")
+                              ? box.text.section(" VALUES ", 0, 0) + " VALUES (…)"
+                              : box.text;
+    const QString line = QString("「%1」 %2").arg(box.title, OneLine(shown));
+    switch (box.style & 0x70) {
+    case BoxStyle::Critical:
+        qCCritical(LogBox).noquote() << line;
+        break;
+    case BoxStyle::Exclamation:
+        qCWarning(LogBox).noquote() << line;
+        break;
+    default:
+        qCInfo(LogBox).noquote() << line;
+    }
+}
 
+/// Shows the box and gives the button pressed.
+int Ask(const QString &text, int style, const QString &title)
+{
     QMessageBox box(QApplication::activeWindow());
     box.setObjectName("MsgBox");
     box.setTextFormat(Qt::PlainText);
@@ -121,6 +152,18 @@ int MsgBox(const QString &text, int style, const QString &title)
     default:
         return BoxButton::Ok;
     }
+}
+
+} // namespace
+
+int MsgBox(const QString &text, int style, const QString &title)
+{
+    const MessageBoxRequest box{text, style, title};
+    LogRequest(box);
+    const int button = Handler() ? Handler()(box) : Ask(text, style, title);
+    if (ButtonsOf(style) != QMessageBox::Ok)
+        qCInfo(LogBox).noquote() << "応答 " + NameOf(button);
+    return button;
 }
 
 void SetMsgBoxHandler(std::function<int(const MessageBoxRequest &)> handler)

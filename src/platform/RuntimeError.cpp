@@ -1,5 +1,7 @@
 #include "platform/RuntimeError.h"
 
+#include "platform/Log.h"
+
 #include <cerrno>
 
 namespace RuntimeError {
@@ -29,8 +31,25 @@ QString Description(int number)
     return QString("アプリケーション定義またはオブジェクト定義のエラーです。");
 }
 
+namespace {
+
+/// The machine's own cause, for the log: the operator gets the run-time's number.
+void LogCause(int error)
+{
+    const QString cause = QString("errno %1: %2").arg(error).arg(qt_error_string(error));
+    const bool isExpected = error == ENOENT || error == EEXIST || error == EAGAIN;
+    if (isExpected)
+        qCDebug(LogFile).noquote() << cause;
+    else
+        qCWarning(LogFile).noquote() << cause;
+}
+
+} // namespace
+
 int FromErrno(int error)
 {
+    if (error != 0)
+        LogCause(error);
     switch (error) {
     case 0:
         return None;

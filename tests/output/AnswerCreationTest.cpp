@@ -1,5 +1,6 @@
 #include "output/AnswerRun.h"
 #include "output/ExpectedRecord.h"
+#include "support/LogLines.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -263,4 +264,28 @@ TEST_F(AnswerCreationTest, EscapeStopsBetweenTwoOrders)
     EXPECT_EQ(Marked().count('|'), done);
     EXPECT_EQ(selected.First(), done + 1) << "the rest can be answered at once";
     EXPECT_EQ(selected.Count(), OrderCount - done);
+}
+
+TEST_F(AnswerCreationTest, TheLogTellsWhatBecameOfEachOrder)
+{
+    AddCustomer("C1");
+    AddCustomer("C2", "NokiInfKBN = 0");
+    for (const int accNo : {1, 2})
+        AddOrder(accNo, "C1"), AddLine(accNo, 1);
+    AddOrder(3, "C2");
+    AddLine(3, 1);
+    const LogLines log;
+    Load();
+    SelectAll();
+    list.At(2).SetDate("20261203");
+    Make();
+    const QStringList loaded = log.Of("talven.list");
+    ASSERT_EQ(loaded.size(), 1);
+    EXPECT_TRUE(loaded[0].startsWith("一覧を表示 条件: 、3 行、")) << loaded[0].toStdString();
+    EXPECT_EQ(log.Of("talven.answer"),
+              (QStringList{"登録 注文№ PO-1（AccNo 1） 1 明細", "登録 注文№ PO-2（AccNo 2） 1 明細",
+                           "登録 注文№ PO-3（AccNo 3） 1 明細",
+                           "回答 注文№ PO-1（AccNo 1） レコード 1（区分 1） C:\\C1.TXT",
+                           "回答 注文№ PO-2（AccNo 2） レコード 2（区分 1） C:\\C1.TXT",
+                           "回答 注文№ PO-3（AccNo 3） レコードなし"}));
 }
