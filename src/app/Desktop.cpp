@@ -1,10 +1,9 @@
 #include "app/Desktop.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
-#include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -35,6 +34,9 @@ void PrepareDesktop(QApplication &application)
 {
     application.setApplicationName("TL030101");
     // Without a display name: the titles name the program themselves.
+    // By these a desktop finds the program's entry, and with it its icon and its place in the bar.
+    application.setDesktopFileName("TL030101");
+    application.setWindowIcon(QIcon::fromTheme("TL030101"));
     application.setQuitOnLastWindowClosed(false); // the screens take turns
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
 
@@ -43,17 +45,4 @@ void PrepareDesktop(QApplication &application)
     auto *translator = new QTranslator(&application);
     if (translator->load("qtbase_ja", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         application.installTranslator(translator);
-}
-
-QString ProgramDir(const QApplication &application)
-{
-    QCommandLineParser parser;
-    parser.setApplicationDescription("納期回答入力");
-    parser.addHelpOption();
-    const QCommandLineOption home("home", "The program's own folder, in place of the executable's.",
-                                  "DIR");
-    parser.addOption(home);
-    parser.process(application);
-    return parser.isSet(home) ? QFileInfo(parser.value(home)).absoluteFilePath()
-                              : QCoreApplication::applicationDirPath();
 }

@@ -8,6 +8,7 @@
 #include "forms/WindowMemory.h"
 #include "output/AnswerCreation.h"
 #include "output/OutputFolders.h"
+#include "platform/Log.h"
 #include "platform/MsgBox.h"
 #include "platform/System.h"
 #include "search/SC030010.h"
@@ -30,6 +31,7 @@ QString WithoutTrailingBackslash(const QString &path)
 
 void ShowStartError(const QString &text)
 {
+    qCCritical(LogStart).noquote() << OneLine(text);
     MsgBox(text, BoxStyle::Information, "初期設定エラー");
 }
 
@@ -42,6 +44,8 @@ bool IsOnlyCopy(const PreviousInstance &instance)
                        "\r"
                        "次のいずれかを、本人だけが使えるフォルダ（属性0700）にしてください。\r"
                        + PreviousInstance::Folders().join('\r'));
+    if (instance.Is() == PreviousInstance::Second)
+        qCCritical(LogStart) << "既に起動しています。同じ利用者が二つ起動することはできません";
     return instance.Is() == PreviousInstance::First;
 }
 
@@ -55,15 +59,20 @@ QString FindIniDir(const QString &programDir)
 /// The folder that holds the database; empty when there is none.
 QString FindDatabaseDir(const Files &files, const IniFile &ini, const QString &programDir)
 {
-    const auto hasDatabase = [&](const QString &dir) {
-        return !Trim(dir).isEmpty() && files.FileExists(dir + DatabaseName);
-    };
-    if (files.FileExists(programDir + DatabaseName))
-        return programDir;
-    QString dir = WithoutTrailingBackslash(ini.Value("PATH", "DBPATH_V4.1"));
-    if (!hasDatabase(dir))
-        dir = ini.Value("PATH", "DBPATH");
-    return hasDatabase(dir) ? dir : QString();
+    const QString folders[]
+        = {programDir, WithoutTrailingBackslash(ini.Value("PATH", "DBPATH_V4.1")),
+           ini.Value("PATH", "DBPATH")};
+    QStringList tried;
+    for (const QString &folder : folders) {
+        if (Trim(folder).isEmpty())
+            continue;
+        if (files.FileExists(folder + DatabaseName))
+            return folder;
+        tried += files.LocalPath(folder + DatabaseName);
+    }
+    qCCritical(LogStart).noquote()
+        << "データベースが見つかりません。探した場所: " + tried.join("、");
+    return {};
 }
 
 /// Tells of damage in the database in the status bar of whatever screen is open.
@@ -89,6 +98,9 @@ bool InitApp(ProgramState &state, const QString &programDir)
                        + iniPath);
         return false;
     }
+    qCInfo(LogStart).noquote() << (QFileInfo::exists(iniPath) ? "設定ファイル: "
+                                                              : "設定ファイルはありません: ")
+                                      + iniPath;
     state.files = Files(DrivePaths(ini));
     const QString databaseDir = FindDatabaseDir(state.files, ini, programDir);
     if (databaseDir.isEmpty())
@@ -98,6 +110,7 @@ bool InitApp(ProgramState &state, const QString &programDir)
     if (!state.db.OpenDB(state.files, state.dbPath + DatabaseName, false, ConnectText))
         return false;
     if (!state.db.CheckAccessVersion()) {
+        qCCritical(LogStart) << "データベースが以前のバージョンです";
         EndApp(state);
         return false;
     }
@@ -141,14 +154,15 @@ void RunScreens(ProgramState &state)
     }
 }
 
-void Main(const QString &programDir)
+bool Main(const QString &programDir)
 {
     TakeFileSizeLimitAsFullDisk();
     const PreviousInstance instance(ProgramId);
     ProgramState state;
     if (!IsOnlyCopy(instance) || !InitApp(state, programDir))
-        return;
-    if (CheckAnswerOutputPaths(state.db, state.files)) {
+        return false;
+    const bool isReady = CheckAnswerOutputPaths(state.db, state.files);
+    if (isReady) {
         state.isSearchMode = true;
         SetSearchDefaults(state);
         const DailyCheck check(
@@ -163,6 +177,10 @@ void Main(const QString &programDir)
                 ShowWarning(state.databaseWarning);
             });
         RunScreens(state);
+    } else {
+        qCCritical(LogStart) << "回答ファイルを出力できないため、開始できません";
     }
     EndApp(state);
+    qCInfo(LogStart) << "終了しました";
+    return isReady;
 }

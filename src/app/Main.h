@@ -21,5 +21,6 @@ void SetSearchDefaults(ProgramState &state);
 void RunScreens(ProgramState &state);
 
 /// The whole run. `programDir` is the program's own folder. A second copy of the same user ends at
-/// once.
-void Main(const QString &programDir);
+/// once. False when the program could not be started: the log and the standard error say why, also
+/// where the operator is shown nothing.
+bool Main(const QString &programDir);

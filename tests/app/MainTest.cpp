@@ -1,6 +1,7 @@
 #include "app/Main.h"
 
 #include "platform/System.h"
+#include "support/LogLines.h"
 #include "support/Machine.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedBoxes.h"
@@ -22,14 +23,18 @@ protected:
     }
     ~MainTest() override { SetFileFault({}); }
 
-    void Run()
+    /// A start that fails; gives what the log says last of why.
+    QString Run()
     {
-        Main(file.folder.Path());
+        EXPECT_FALSE(Main(file.folder.Path()));
         // Nobody holds the database any more.
         SetLockTimeout(file.Other(), 0);
         EXPECT_NO_THROW(file.Run("BEGIN EXCLUSIVE; ROLLBACK"));
+        const QStringList reasons = log.Lines().filter("error talven.start: ");
+        return reasons.isEmpty() ? QString() : reasons.last();
     }
 
+    const LogLines log;
     ScriptedBoxes boxes;
     const Machine machine;
     TestDatabase file;
@@ -42,7 +47,8 @@ TEST_F(MainTest, AFolderThatCannotBeWrittenEndsTheProgram)
     SetFileFault([](FileOp op, const QString &path) {
         return op == FileOp::Open && path.contains("Writable") ? EACCES : 0;
     });
-    Run(); // without a window
+    // Without a window.
+    EXPECT_EQ(Run(), "error talven.start: 回答ファイルを出力できないため、開始できません");
     ASSERT_EQ(boxes.Shown().size(), 1u);
     EXPECT_TRUE(boxes.Shown()[0].text.startsWith("ファイルの書き込みが出来ません。\r\n"));
 }
@@ -51,15 +57,26 @@ TEST_F(MainTest, ASecondCopyEndsAtOnce)
 {
     const PreviousInstance running("TL030101");
     ASSERT_EQ(running.Is(), PreviousInstance::First);
-    Run();
+    EXPECT_TRUE(Run().contains("既に起動しています"));
     EXPECT_TRUE(boxes.Shown().empty());
     EXPECT_FALSE(QFile::exists(file.folder.Path("OUT"))) << "it does not even look around";
+}
+
+TEST_F(MainTest, WithoutADatabaseNothingIsShownButLogged)
+{
+    file.folder.Write("TALVEN.INI", "[PATH]\nDBPATH_V4.1=/nix/v4\nDBPATH=/nix\n");
+    ASSERT_TRUE(QFile::rename(file.LocalPath(), file.folder.Path("elsewhere.mdb")));
+    const QString reason = Run();
+    for (const QString &place : {file.LocalPath(), QString("/nix/v4/"), QString("/nix/TLDB")})
+        EXPECT_TRUE(reason.contains(place)) << reason.toStdString();
+    EXPECT_TRUE(boxes.Shown().empty());
+    QFile::rename(file.folder.Path("elsewhere.mdb"), file.LocalPath());
 }
 
 TEST_F(MainTest, WhatKeepsTheProgramFromStartingIsTold)
 {
     const auto toldAtStart = [this] {
-        Run();
+        EXPECT_FALSE(Run().isEmpty());
         const auto texts = boxes.TakeTexts();
         return texts.size() == 1 ? texts[0] : QString();
     };

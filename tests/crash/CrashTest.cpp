@@ -30,6 +30,7 @@ public:
         environment.insert("QT_PLUGIN_PATH", OPERATOR_PLUGIN_PATH);
         environment.insert("QT_QPA_GENERIC_PLUGINS", "operator");
         environment.insert("XDG_RUNTIME_DIR", m_runtime.Path()); // one copy for each user
+        environment.insert("XDG_STATE_HOME", m_runtime.Path());  // and a log
         for (const QString &variable : variables)
             environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
         m_process.setProcessEnvironment(environment);
