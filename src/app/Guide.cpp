@@ -28,7 +28,7 @@ protected:
         if (type != QTextDocument::ImageResource)
             return resource;
         const QImage picture = QImage::fromData(resource.toByteArray());
-        const int width = viewport()->width() - 2 * int(document()->documentMargin());
+        const int width = viewport()->width() * 9 / 10; // less the page's margins
         return picture.width() <= width ? picture
                                         : picture.scaledToWidth(width, Qt::SmoothTransformation);
     }
@@ -38,6 +38,7 @@ class GuideKey : public QObject
 {
 public:
     using QObject::QObject;
+    ~GuideKey() override { CloseGuide(); }
 
 private:
     bool eventFilter(QObject *object, QEvent *event) override
@@ -50,12 +51,17 @@ private:
         return isF1;
     }
 
+    void CloseGuide()
+    {
+        if (m_guide.state() == QProcess::NotRunning)
+            return;
+        m_guide.kill(); // it has nothing to lose
+        m_guide.waitForFinished();
+    }
+
     void OpenGuide()
     {
-        if (m_guide.state() != QProcess::NotRunning) {
-            m_guide.kill();
-            m_guide.waitForFinished();
-        }
+        CloseGuide();
         m_guide.setProcessChannelMode(QProcess::ForwardedChannels);
         m_guide.start(QCoreApplication::applicationDirPath() + "/TL030101", {"--guide"});
     }

@@ -34,12 +34,12 @@ public:
     explicit RotatingFile(QString path)
         : m_path(std::move(path))
     {
-        QDir().mkpath(QFileInfo(m_path).path());
-        Open();
     }
 
     bool Write(const QByteArray &line)
     {
+        if (!m_file.isOpen())
+            Open(); // not before there is something to tell
         if (m_file.size() + line.size() > MostBytes) {
             m_file.close();
             Rotate();
@@ -51,6 +51,7 @@ public:
 private:
     void Open()
     {
+        QDir().mkpath(QFileInfo(m_path).path());
         m_file.setFileName(m_path);
         m_file.open(QFile::Append | QFile::Unbuffered, QFile::ReadOwner | QFile::WriteOwner);
     }
