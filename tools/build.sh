@@ -2,7 +2,8 @@
 
 # mdbtools-dev, which brings pkg-config and glib, is for "tldb import"; mdbtools for a test of it.
 packages="g++ cmake ninja-build qt6-base-dev libsqlite3-dev qt6-translations-l10n
-          libgtest-dev sqlite3 python3 cmark-gfm librsvg2-bin xvfb xauth fonts-ipaexfont-gothic mdbtools-dev mdbtools"
+          libgtest-dev sqlite3 python3 cmark-gfm librsvg2-bin xvfb xauth openbox
+          fonts-ipaexfont-gothic mdbtools-dev mdbtools"
 
 say() { printf '== %s\n' "$*"; }
 

@@ -36,6 +36,8 @@ void PrepareDesktop(QApplication &application)
     // Without a display name: the titles name the program themselves.
     // By these a desktop finds the program's entry, and with it its icon and its place in the bar.
     application.setDesktopFileName("TL030101");
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()
+                               << QCoreApplication::applicationDirPath() + "/../share/icons");
     application.setWindowIcon(QIcon::fromTheme("TL030101"));
     application.setQuitOnLastWindowClosed(false); // the screens take turns
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));

@@ -1,5 +1,6 @@
 #include "app/Main.h"
 #include "app/Desktop.h"
+#include "platform/System.h"
 #include "support/Operator.h"
 #include "tldb/Commands.h"
 
@@ -12,6 +13,7 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QTest>
+#include <algorithm>
 #include <cstdio>
 
 // The typical use of the program at its real windows: search, list, dates for several lines at
@@ -63,17 +65,48 @@ public:
     }
 
 private:
-    /// Takes the picture of the whole screen, as the operator sees it.
+    /// Takes the picture of the program's windows with their frames, as the operator sees them.
     void Shoot(const QString &name)
     {
-        QApplication::processEvents();
+        const bool isFramed = QTest::qWaitFor([] {
+            return std::ranges::all_of(Windows(), [](const QWidget *window) {
+                return window->frameGeometry() != window->geometry();
+            });
+        });
+        if (!isFramed)
+            return Fail("there is no window manager");
+        const QImage screen = StillScreen();
+        QRect windows;
+        for (const QWidget *window : Windows())
+            windows |= window->frameGeometry();
         const QString file
             = QString("%1/%2-%3.png").arg(m_folder).arg(++m_picture, 2, 10, QChar('0')).arg(name);
-        QPixmap picture = QApplication::primaryScreen()->grabWindow(0);
-        if (picture.isNull())
-            picture = Front({})->grab();
-        if (!picture.save(file))
+        if (!screen.copy(windows & WorkArea()).save(file))
             Fail("can't write " + file);
+    }
+
+    /// What the window manager puts frames around.
+    static QWidgetList Windows()
+    {
+        QWidgetList windows = QApplication::topLevelWidgets();
+        windows.removeIf([](const QWidget *window) {
+            return !window->isVisible()
+                   || (window->windowType() != Qt::Window && window->windowType() != Qt::Dialog);
+        });
+        return windows;
+    }
+
+    /// The screen once it has come to rest: the window manager paints frames when it gets to it.
+    static QImage StillScreen()
+    {
+        const auto grab = [] {
+            return QApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
+                QImage::Format_RGB32);
+        };
+        QImage screen;
+        const bool isStill
+            = QTest::qWaitFor([&] { return screen == std::exchange(screen, grab()); });
+        return isStill ? screen : QImage();
     }
 
     /// A step that begins with a picture.
@@ -185,6 +218,7 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     PrepareDesktop(application);
+    QApplication::setCursorFlashTime(0); // pictures wait for a screen that keeps still
     if (application.arguments().size() != 2) {
         std::fprintf(stderr, "usage: tour FOLDER (emptied first)\n");
         return 2;
