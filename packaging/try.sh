@@ -5,10 +5,11 @@
 # The new Debian has nothing but what the package brings: display, window manager and hands are this
 # machine's. What was downloaded is kept in ~/.cache/tl030101-try for the next time.
 set -eu
-cd "$(dirname "$0")/.."
+package=$(realpath "$1")
+self=$(realpath "$0")
+cd "$(dirname "$self")/.."
 . tools/build.sh
 
-package=$(realpath "$1")
 name=tl030101
 work=$PWD/build/try
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/$name-try
@@ -73,18 +74,6 @@ make_older() {
     sed -i 's/^Version: .*/Version: 0.0.1/' "$work/older/DEBIAN/control"
     echo "; of the older version" >>"$work/older/etc/talven/TALVEN.INI"
     dpkg-deb --root-owner-group -b "$work/older" "$root/tmp/older.deb" >/dev/null
-}
-
-start_display() {
-    local number
-    Xvfb -displayfd 3 -ac -screen 0 1440x900x24 3>"$work/display" 2>"$work/xvfb.log" &
-    xvfb=$!
-    trap 'kill $xvfb 2>/dev/null' EXIT
-    wait_for "a display" test -s "$work/display"
-    number=$(cat "$work/display")
-    export DISPLAY=:$number
-    openbox >"$work/openbox.log" 2>&1 &
-    wait_for "the window manager" sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
 }
 
 # wait_for WHAT COMMAND...: until the command succeeds.
@@ -188,11 +177,10 @@ if [ "${2:-}" != --inside ]; then
     look_over
     [ "$(id -u)" -eq 0 ] || skip "that needs root"
     unshare --mount true 2>/dev/null || skip "this machine lets nobody mount"
-    exec unshare --mount --propagation private "$0" "$package" --inside
+    exec tools/on-desktop.sh unshare --mount --propagation private "$self" "$package" --inside
 fi
 : >"$work/apt.log"
 make_root
-start_display
 install_over_older
 start_by_entry
 fail_to_start

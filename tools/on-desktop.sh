@@ -1,12 +1,21 @@
 #!/bin/sh
-# Runs a command on a virtual display with a window manager: on-desktop.sh COMMAND...
-exec xvfb-run -a -s "-screen 0 1440x900x24" sh -c '
-    ready=$(mktemp -u)
-    mkfifo "$ready"
-    openbox --sm-disable --startup "sh -c \"echo >$ready\"" &
-    read -r _ <"$ready"
-    rm "$ready"
-    status=0
-    "$@" || status=$?
-    kill $! 2>/dev/null
-    exit $status' sh "$@"
+# Runs a command on a virtual display with a window manager, as a user who runs nothing else:
+# on-desktop.sh COMMAND...
+set -eu
+work=$(mktemp -d)
+display=
+trap 'kill $display 2>/dev/null || true; rm -rf "$work"' EXIT
+mkfifo "$work/number" "$work/managed"
+
+Xvfb -displayfd 3 -ac -screen 0 1440x900x24 3>"$work/number" 2>"$work/log" &
+display=$!
+read -r number <"$work/number"
+export DISPLAY=":$number" XDG_RUNTIME_DIR="$work"
+unset WAYLAND_DISPLAY
+
+openbox --sm-disable --startup "sh -c 'echo >$work/managed'" >>"$work/log" 2>&1 &
+read -r _ <"$work/managed"
+
+status=0
+"$@" || status=$?
+exit $status

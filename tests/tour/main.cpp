@@ -13,6 +13,7 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QTest>
+#include <QWindow>
 #include <algorithm>
 #include <cstdio>
 
@@ -69,7 +70,7 @@ private:
     void Shoot(const QString &name)
     {
         const bool isFramed = QTest::qWaitFor([] {
-            return std::ranges::all_of(Windows(), [](const QWidget *window) {
+            return std::ranges::all_of(Windows(), [](const QWindow *window) {
                 return window->frameGeometry() != window->geometry();
             });
         });
@@ -77,7 +78,7 @@ private:
             return Fail("there is no window manager");
         const QImage screen = StillScreen();
         QRect windows;
-        for (const QWidget *window : Windows())
+        for (const QWindow *window : Windows())
             windows |= window->frameGeometry();
         const QString file
             = QString("%1/%2-%3.png").arg(m_folder).arg(++m_picture, 2, 10, QChar('0')).arg(name);
@@ -86,12 +87,12 @@ private:
     }
 
     /// What the window manager puts frames around.
-    static QWidgetList Windows()
+    static QWindowList Windows()
     {
-        QWidgetList windows = QApplication::topLevelWidgets();
-        windows.removeIf([](const QWidget *window) {
+        QWindowList windows = QApplication::topLevelWindows();
+        windows.removeIf([](const QWindow *window) {
             return !window->isVisible()
-                   || (window->windowType() != Qt::Window && window->windowType() != Qt::Dialog);
+                   || (window->type() != Qt::Window && window->type() != Qt::Dialog);
         });
         return windows;
     }
