@@ -193,6 +193,9 @@ QVariant LineModel::data(const QModelIndex &index, int role) const
         return column.spoken ? column.spoken(line) : WithLineFeeds(column.text(line));
     case Qt::AccessibleDescriptionRole:
         return SpokenState(line);
+    case Qt::ToolTipRole:
+        return column.tellsLastAnswer && m_answerTip && line.IsStored() ? m_answerTip(line.Key())
+                                                                        : QVariant();
     case GridView::MendRole:
         return line.Error() != LineError::None && index.column() + 1 == ColumnToMend(line.Error());
     default:

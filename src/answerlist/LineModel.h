@@ -5,6 +5,7 @@
 
 #include <QAbstractTableModel>
 #include <QRgb>
+#include <functional>
 
 /// The colour of the texts of defective goods, on a light background.
 inline constexpr QRgb DefectiveColor = qRgb(0x80, 0x00, 0x80);
@@ -25,6 +26,10 @@ public:
         , m_edits(edits)
     {
     }
+
+    /// How a tooltip tells of a stored line's last answer. It is read when it is asked for.
+    using AnswerTip = std::function<QString(const LineKey &key)>;
+    void SetAnswerTip(AnswerTip tip) { m_answerTip = std::move(tip); }
 
     // What happens to the list, told to the views.
 
@@ -75,6 +80,7 @@ private:
     LineEdits &m_edits;
     bool m_showsOpenOnly = false;
     std::vector<int> m_lineRows; ///< that are shown, in order, when only open ones are
+    AnswerTip m_answerTip;
     int m_shownRows = 0;
     LineCounts m_counts;
 };

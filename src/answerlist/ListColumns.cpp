@@ -111,7 +111,7 @@ constexpr ListColumn Columns[] = {
     {"回答数量", "9,999,999.000", AnswerQuantity, true, CellTyping::Quantity},
     {"回答納期", "88/88/88", AnswerDate, false, CellTyping::Date},
     {"納期\r\n納入№", "", SpecifiedDate},
-    {"回答\r\n出荷", "", States, false, CellTyping::No, SpokenStates},
+    {"回答\r\n出荷", "", States, false, CellTyping::No, SpokenStates, true},
     {"契約条件区分\r\n部門ｺｰﾄﾞ", "", Contract},
 };
 

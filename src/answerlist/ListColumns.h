@@ -16,6 +16,7 @@ struct ListColumn
     bool isNumber = false;
     CellTyping typing = CellTyping::No;
     QString (*spoken)(const Line &line) = nullptr; ///< for a screen reader, in place of marks
+    bool tellsLastAnswer = false;                  ///< in a cell's tooltip
 };
 
 /// A line's colour in words: empty for a line like any other.

@@ -1,8 +1,10 @@
 #include "answerlist/SC030110.h"
 
+#include "answerlist/AnswerHistory.h"
 #include "answerlist/ListColumns.h"
 #include "answerlist/ListTexts.h"
 #include "answerlist/SC030120.h"
+#include "data/Tables.h"
 #include "forms/WindowMemory.h"
 #include "lines/AnswerDates.h"
 #include "lines/LineFind.h"
@@ -223,6 +225,11 @@ LoadedList SC030110::LoadLines()
             button->setEnabled(false);
         if (loaded.isRead && !loaded.isStopped)
             ShowMessage(Message::NoData);
+    } else if (m_state.db.HasTable(HistoryTable)) {
+        // Not while a run has the database.
+        m_model.SetAnswerTip([this](const LineKey &key) {
+            return m_isBusy ? QString() : LastAnswerTip(m_state.db, key);
+        });
     }
     return loaded;
 }

@@ -1,5 +1,7 @@
 #include "answerlist/SC030120.h"
 
+#include "answerlist/AnswerHistory.h"
+#include "data/Tables.h"
 #include "forms/DecimalAlignment.h"
 #include "forms/FieldInput.h"
 #include "messages/bMessage.h"
@@ -10,6 +12,7 @@
 #include "util/bDate.h"
 #include "util/bValue.h"
 
+#include <QHeaderView>
 #include <QRegularExpression>
 #include <QShowEvent>
 
@@ -53,6 +56,9 @@ SC030120::SC030120(ProgramState &state, QWidget *parent)
     m_quantity = new ShownText(*m_ui->txtAnsVal);
     for (ShownText *text : {m_date, m_quantity})
         text->Show({}); // until there is a line
+    QHeaderView *headings = m_ui->spdHistory->horizontalHeader();
+    headings->setSectionResizeMode(QHeaderView::ResizeToContents);
+    headings->setSectionResizeMode(headings->count() - 1, QHeaderView::Stretch);
     MakeRoom();
     SetEscapeButton(m_ui->cmdExit);
     SetThemeIcon(*m_ui->cmdRegister, {"document-save"});
@@ -103,6 +109,14 @@ void SC030120::MakeRoom()
     for (const auto &[box, halfWidths] : rooms)
         box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QString(halfWidths, '0'))
                              + Margins);
+    // Two answers at least; more where the form has room left.
+    constexpr int Answers = 2;
+    QTableWidget *history = m_ui->spdHistory;
+    const int rowHeight = history->fontMetrics().height() + 4;
+    history->verticalHeader()->setMinimumSectionSize(rowHeight);
+    history->verticalHeader()->setDefaultSectionSize(rowHeight);
+    history->setMinimumHeight(history->horizontalHeader()->sizeHint().height() + Answers * rowHeight
+                              + 2 * history->frameWidth());
 }
 
 void SC030120::changeEvent(QEvent *event)
@@ -168,8 +182,33 @@ void SC030120::ShowLine()
     // What the list holds, registered there or not, is what the operator goes on from.
     m_date->Show(ShownDate(line.answeredDate));
     m_quantity->Show(ShownQuantity(line.answeredQuantity));
+    ShowHistory({line.accNo, line.accSubNo, line.shpSubNo});
     m_ui->txtAnsLimDate->setFocus();
     EnterDate();
+}
+
+/// The line's earlier answers; a database that keeps none has no table to show them in.
+void SC030120::ShowHistory(const LineKey &key)
+{
+    const bool isKept = m_state.db.HasTable(HistoryTable);
+    m_ui->lblHistory->setVisible(isKept);
+    m_ui->spdHistory->setVisible(isKept);
+    if (!isKept)
+        return;
+    QTableWidget *table = m_ui->spdHistory;
+    constexpr int QuantityColumn = 2;
+    for (const PastAnswer &answer : ReadHistory(m_state.db, key)) {
+        const QStringList texts{answer.when, answer.date, answer.quantity, answer.who, answer.kind};
+        const int row = table->rowCount();
+        table->insertRow(row);
+        for (int column = 0; column < texts.size(); ++column) {
+            auto *cell = new QTableWidgetItem(texts[column]);
+            cell->setToolTip(answer.record);
+            if (column == QuantityColumn)
+                cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            table->setItem(row, column, cell);
+        }
+    }
 }
 
 /// Without a line there is nothing to answer; what is left is the way back.

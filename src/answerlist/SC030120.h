@@ -35,6 +35,7 @@ protected:
 private:
     void MakeRoom();
     void ShowLine();
+    void ShowHistory(const LineKey &key);
     void ShowNothing();
     void EnterDate();
     void EnterQuantity();

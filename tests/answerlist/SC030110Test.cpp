@@ -1,6 +1,8 @@
 #include "answerlist/ListScreen.h"
 
 #include "platform/Contrast.h"
+#include <QHelpEvent>
+#include <QToolTip>
 
 namespace {
 
@@ -327,4 +329,42 @@ TEST_F(ListScreen, KeyboardAloneThroughTheWholeScreen)
 
     Alt(Qt::Key_X);
     EXPECT_FALSE(screen->isVisible());
+}
+
+TEST_F(ListScreen, ATooltipTellsWhenAndByWhomALineWasAnswered)
+{
+    AddAnswer(1, 1, 1, 1, "UserName = 'sato'");
+    AddAnswer(1, 1, 1, 2, "AnsVal = 1234.5");
+    Show();
+    const auto tip = [this](int row, int column) {
+        return Grid().model()->index(row - 1, column - 1).data(Qt::ToolTipRole).toString();
+    };
+    EXPECT_EQ(tip(1, States), "26/05/01 09:08　tanaka（desk1）が回答\n"
+                              "回答納期 26/05/28　回答数量 1,234.500");
+    EXPECT_EQ(tip(2, States), "");
+    EXPECT_EQ(tip(1, SpecifiedDate), "");
+
+    // As it is now, whatever has happened since the list was loaded.
+    TypeInto(AnswerDate, 3, "260610\r");
+    Select({3});
+    Alt(Qt::Key_M);
+    EXPECT_TRUE(tip(3, States).startsWith("26/05/01 09:08　")) << tip(3, States).toStdString();
+    EXPECT_TRUE(tip(3, States).endsWith("\n回答納期 26/06/10　回答数量 100.000"));
+    boxes.TakeTexts();
+
+    // The pointer alone brings it, and it is no reason for a box.
+    const auto hover = [this] {
+        const QPoint at = CellPoint(Grid(), States, 1);
+        QHelpEvent help(QEvent::ToolTip, at, Grid().viewport()->mapToGlobal(at));
+        QApplication::sendEvent(Grid().viewport(), &help);
+        return QToolTip::text();
+    };
+    EXPECT_EQ(hover(), tip(1, States));
+    file.Run("DROP TABLE TLAH0010");
+    hover();
+    EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text().isEmpty(); }));
+    Select({3});
+    Click("cmdCopy"); // of the selected row: a split that is not stored has no answers
+    EXPECT_EQ(tip(4, States), "");
+    EXPECT_TRUE(boxes.Shown().empty());
 }

@@ -5,6 +5,7 @@
 
 #include <QInputMethodEvent>
 #include <QLabel>
+#include <QTableWidget>
 #include <optional>
 
 namespace {
@@ -86,6 +87,20 @@ protected:
             Alt(way);
         else
             Key(way);
+    }
+
+    /// The history's rows as they are shown, cells separated by "|".
+    QStringList History()
+    {
+        const QAbstractItemModel &cells = *Find<QTableWidget>("spdHistory")->model();
+        QStringList rows;
+        for (int row = 0; row < cells.rowCount(); ++row) {
+            QStringList texts;
+            for (int column = 0; column < cells.columnCount(); ++column)
+                texts += cells.index(row, column).data().toString();
+            rows += texts.join('|');
+        }
+        return rows;
     }
 
     QString Line() { return Stored("AnsLimDate, AnsVal, ShpDate, Biko, UpdPGName"); }
@@ -328,4 +343,64 @@ TEST_F(DetailDialog, WhatIsRefusedKeepsTheDialogOpen)
     Click("cmdRegister");
     EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
     EXPECT_EQ(Stored("AnsLimDate, AnsVal, Biko"), "20260610|1234.567|memo");
+}
+
+TEST_F(DetailDialog, ShowsEarlierAnswersTheLatestFirst)
+{
+    Show();
+    EXPECT_EQ(History(), QStringList());
+    EXPECT_TRUE(Find("spdHistory")->isVisible());
+    Key(Qt::Key_Escape);
+
+    AddAnswer(7, 1, 2, 1);
+    AddAnswer(7, 1, 2, 10, "AnsKBN = '2', AnsVal = 1234.5");
+    AddAnswer(7, 1, 2, 9,
+              "AnsLimDate = '', AnsKBN = '2', RecNo = '', RecPath = '', UpdTime = NULL");
+    AddAnswer(7, 1, 1, 1); // of other lines
+    AddAnswer(7, 2, 2, 1);
+    AddAnswer(8, 1, 2, 1);
+    Show();
+    EXPECT_EQ(History(), (QStringList{"26/05/01 09:08|26/05/28|1,234.500|tanaka（desk1）|2 変更",
+                                      "26/05/01||18.000|tanaka（desk1）|2 変更",
+                                      "26/05/01 09:08|26/05/28|2.000|tanaka（desk1）|1 新規"}));
+    EXPECT_EQ(Find<QTableWidget>("spdHistory")->item(0, 4)->toolTip(),
+              "レコード番号 00007　C:\\OUT\\C1.TXT");
+    auto *table = Find<QTableWidget>("spdHistory");
+    Key(Qt::Key_H, Qt::AltModifier);
+    EXPECT_EQ(Focus(), "spdHistory");
+    Key(Qt::Key_Down);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(table->currentRow(), 2);
+    Keys("9");
+    Key(Qt::Key_F2);
+    EXPECT_FALSE(table->findChild<QLineEdit *>()) << "it only shows";
+    Key(Qt::Key_Return);
+    EXPECT_NE(Focus(), "spdHistory");
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_TRUE(boxes.Shown().empty());
+}
+
+TEST_F(DetailDialog, FitsALowScreenWithItsHistory)
+{
+    constexpr int LowScreen = 768;
+    constexpr int FrameAndPanel = 68;
+    for (int number = 1; number <= 20; ++number)
+        AddAnswer(7, 1, 2, number);
+    Show();
+    EXPECT_LE(dialog->minimumSizeHint().height(), LowScreen - FrameAndPanel);
+    EXPECT_LE(dialog->sizeHint().height(), LowScreen - FrameAndPanel);
+    const auto *table = Find<QTableWidget>("spdHistory");
+    EXPECT_GE(table->viewport()->height(), 2 * table->rowHeight(0)) << "two answers at least";
+}
+
+TEST_F(DetailDialog, ADatabaseWithoutHistoryHasNoTableForIt)
+{
+    file.Run("DROP TABLE TLAH0010");
+    Show();
+    EXPECT_FALSE(Find("spdHistory")->isVisible());
+    EXPECT_FALSE(Find("lblHistory")->isVisible());
+    EXPECT_TRUE(boxes.Shown().empty());
+    Keys("260610\r\r\r\r");
+    EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
 }

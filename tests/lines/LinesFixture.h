@@ -53,6 +53,21 @@ protected:
                changes);
     }
 
+    /// An answer in the history of a line, the `number`-th: 2 pieces more each time.
+    void AddAnswer(int accNo, int accSubNo, int shpSubNo, int number, const QString &changes = {})
+    {
+        file.Insert("TLAH0010", {{"AccNo", accNo},
+                                 {"AccSubNo", accSubNo},
+                                 {"ShpSubNo", shpSubNo},
+                                 {"AnsNo", number},
+                                 {"AnsVal", 2 * number}});
+        Change("TLAH0010", "rowid = last_insert_rowid()",
+               "LimDate = '20260520', AnsLimDate = '20260528', AnsMark = '2', AnsKBN = AnsNo,"
+               "RecNo = '00007', RecPath = 'C:\\OUT\\C1.TXT', UserName = 'tanaka',"
+               "MachineName = 'desk1', UpdDate = '20260501', UpdTime = '090807'",
+               changes);
+    }
+
     QString Stored(const QString &columns, const QString &where = "1")
     {
         return file.Rows("SELECT " + columns + " FROM TLSP0010 WHERE " + where
