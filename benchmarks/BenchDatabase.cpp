@@ -62,9 +62,11 @@ BenchDatabase::BenchDatabase(const QString &folder, int lines,
     // Data that was made with other customers is of no use.
     for (const int size : customerSizes)
         m_folder += QString("-%1").arg(size);
-    if (QFile::exists(DatabasePath(m_folder)))
-        return;
     QTextStream out(stderr);
+    if (QFile::exists(DatabasePath(m_folder))) {
+        RunTool({"upgrade", m_folder}, out, out); // it may be from before there was a history
+        return;
+    }
     if (RunTool({"demo", m_folder, "--lines", QString::number(lines)}, out, out) != ExitCode::Ok)
         throw std::runtime_error("no demo data in " + m_folder.toStdString());
     Database database(DatabasePath(m_folder), false, ConnectText);

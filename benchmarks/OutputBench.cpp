@@ -32,22 +32,27 @@ std::vector<qint64> OrdersOf(const LineList &list)
     return orders;
 }
 
-/// One prepared statement and one commit per order; `before` runs ahead of each.
-void UpdateEach(
-    Database &database, const std::vector<qint64> &orders, const char *sql,
-    const std::function<void()> &before = [] {})
+/// Prepared statements and one commit per order; `before` runs ahead of each.
+void ChangeEach(
+    Database &database, const std::vector<qint64> &orders,
+    std::initializer_list<const char *> statements, const std::function<void()> &before = [] {})
 {
-    sqlite3_stmt *update = nullptr;
-    sqlite3_prepare_v2(database.Connection(), sql, -1, &update, nullptr);
+    std::vector<sqlite3_stmt *> prepared;
+    for (const char *sql : statements)
+        sqlite3_prepare_v2(database.Connection(), sql, -1, &prepared.emplace_back(), nullptr);
     for (const qint64 accNo : orders) {
         before();
         database.ExecuteNative("BEGIN IMMEDIATE");
-        sqlite3_bind_int64(update, 1, accNo);
-        sqlite3_step(update);
-        sqlite3_reset(update);
+        for (sqlite3_stmt *statement : prepared) {
+            sqlite3_bind_int64(statement, 1, accNo);
+            if (sqlite3_step(statement) != SQLITE_DONE)
+                throw std::runtime_error(sqlite3_errmsg(database.Connection()));
+            sqlite3_reset(statement);
+        }
         database.ExecuteNative("COMMIT");
     }
-    sqlite3_finalize(update);
+    for (sqlite3_stmt *statement : prepared)
+        sqlite3_finalize(statement);
 }
 
 /// Adds one long record to the file as the program must: open, append, onto the disk, close.
@@ -94,11 +99,12 @@ public:
             {.prepare = [this] { LoadAndSetDates(); },
              .run =
                  [this] {
-                     UpdateEach(m_bare, m_orders,
-                                "UPDATE TLSP0010 SET AnsLimDate = '20270115', ShpDate = '20270113',"
-                                " ArvExpDate = '20270115', AnsVal = 10, AnsMark = '2',"
-                                " UpdPGName = 'TL030101', UpdDate = '20260101', UpdTime = '090000'"
-                                " WHERE AccNo = ?");
+                     ChangeEach(
+                         m_bare, m_orders,
+                         {"UPDATE TLSP0010 SET AnsLimDate = '20270115', ShpDate = '20270113',"
+                          " ArvExpDate = '20270115', AnsVal = 10, AnsMark = '2',"
+                          " UpdPGName = 'TL030101', UpdDate = '20260101', UpdTime = '090000'"
+                          " WHERE AccNo = ?"});
                  }},
             DiskRounds));
     }
@@ -109,7 +115,8 @@ public:
         const QByteArray line = QByteArray(LongRecordLength, 'x') + "\r\n";
         SetMsgBoxHandler([](const MessageBoxRequest &) { return BoxButton::Yes; });
         results.push_back(CompareTimes(
-            QString("creation of %L1 orders, questions, records and marks").arg(m_orders.size()),
+            QString("creation of %L1 orders, questions, records, marks and history")
+                .arg(m_orders.size()),
             1.5,
             {.prepare = [this] { LoadAndRegister(); },
              .run =
@@ -126,9 +133,13 @@ public:
             {.prepare = [this] { LoadAndRegister(); },
              .run =
                  [&] {
-                     UpdateEach(m_bare, m_orders,
-                                "UPDATE TLSP0010 SET AnsLimUmu = 3, UpdPGName = 'TL030101',"
-                                " UpdDate = '20260101', UpdTime = '090000' WHERE AccNo = ?",
+                     ChangeEach(m_bare, m_orders,
+                                {"INSERT INTO TLAH0010 VALUES (?, 1, 1, 1, 'CUSTOMER',"
+                                 " '2609-00010093', '00373441', '20270115', '20270115', 10, '2',"
+                                 " '1', '00001', 'C:\\EDI\\OUT\\CUSTOMER\\ANS.TXT', 'user',"
+                                 " 'machine', 0, 'TL030101', '20260101', '090000')",
+                                 "UPDATE TLSP0010 SET AnsLimUmu = 3, UpdPGName = 'TL030101',"
+                                 " UpdDate = '20260101', UpdTime = '090000' WHERE AccNo = ?"},
                                 [&] { AppendRecord(path, line); });
                  }},
             DiskRounds));
@@ -139,6 +150,7 @@ private:
     /// Loads the customer's lines and gives each another date than it has.
     void LoadAndSetDates()
     {
+        m_bare.ExecuteNative(QString("DELETE FROM ") + HistoryTable);
         m_bare.ExecuteNative("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
                              + m_customer + "'");
         LoadList(m_state.db, BenchDatabase::CustomerOf(m_sizes.orders), m_list);
