@@ -57,6 +57,22 @@ TEST_F(bDAOTest, AnErrorOfTheEngineIsShown)
     EXPECT_EQ(boxes.Shown().size(), 1u) << "an error is shown once";
 }
 
+TEST_F(bDAOTest, WhetherThereIsATable)
+{
+    EXPECT_TRUE(db.HasTable("tlmt0020"));
+    EXPECT_FALSE(db.HasTable("TLMT0021"));
+    EXPECT_TRUE(boxes.Shown().empty());
+    EXPECT_EQ(db.TryOpenRS("SELECT * FROM TLMT0020")->RecordCount(), 2);
+
+    // Whatever can't be read now.
+    db.OpenRS("PRAGMA busy_timeout = 1");
+    file.Run("BEGIN EXCLUSIVE");
+    EXPECT_EQ(db.TryOpenRS("SELECT * FROM TLMT0020"), nullptr);
+    EXPECT_TRUE(boxes.Shown().empty());
+    EXPECT_TRUE(db.HasTable("TLMT0020"));
+    EXPECT_EQ(boxes.Shown().size(), 1u);
+}
+
 TEST_F(bDAOTest, EachFailureIsShownOnce)
 {
     bDAO closed;

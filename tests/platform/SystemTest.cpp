@@ -5,6 +5,7 @@
 #include "support/Variable.h"
 
 #include <QDir>
+#include <QProcess>
 #include <QWidget>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -53,6 +54,16 @@ TEST(PreviousInstance, TheLockLivesInAFolderOfTheUsersOwn)
     }
     EXPECT_EQ(PreviousInstance("TL030101").Is(), PreviousInstance::Unknown);
     EXPECT_FALSE(QFile::exists(machine.program.Path("TL030101.lock")));
+}
+
+TEST(UserName, IsWhoTheProgramRunsAs)
+{
+    const Variable user("USER", "somebody-else"); // anybody may set it
+    QProcess id;
+    id.start("id", {"-un"});
+    ASSERT_TRUE(id.waitForFinished());
+    EXPECT_EQ(UserName(), QString::fromLocal8Bit(id.readAllStandardOutput()).trimmed());
+    EXPECT_FALSE(MachineName().isEmpty());
 }
 
 TEST(Registry, ReadsTextsAndNumbers)

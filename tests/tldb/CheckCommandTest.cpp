@@ -109,6 +109,13 @@ TEST(CheckCommand, RowsOfOtherTablesSchemaAndProperties)
         {"DROP INDEX TLSP0010_OdrNo; CREATE INDEX x ON TLSP0010 (OdrNo) WHERE ShpSts = 1",
          {"TLSP0010 OdrNo: the index is missing"}},
         {"DROP INDEX TLSP0010_OdrNo; CREATE INDEX x ON TLSP0010 (OdrNo, AccNo)", {}},
+        {"DROP TABLE TLAH0010", {}},
+        {"ALTER TABLE TLAH0010 DROP COLUMN RecNo", {"TLAH0010 RecNo: the column is missing"}},
+        // What was answered to a line stays when the line has gone.
+        {"INSERT INTO TLAH0010 (AccNo, AccSubNo, ShpSubNo, AnsNo, AnsKBN, RecPath) VALUES "
+         "(9, 1, 1, 1, '1', NULL), (9, 1, 1, 2, '12', '')",
+         {"TLAH0010 AccNo=9 AccSubNo=1 ShpSubNo=1 AnsNo=2 AnsKBN: has 2 characters, 1 fit: "
+          "\"12\""}},
         // A table as another program might leave it: no key, a column short, types of its own.
         {"DROP TABLE TLMT0050; CREATE TABLE TLMT0050 (CustCoCD TEXT, PayDstCD TEXT "
          "COLLATE NOCASE, PayDstName INTEGER, DpoFlg INTEGER, UpdPGName TEXT "

@@ -103,6 +103,10 @@ TEST(DemoCommand, RowsAgreeWithEachOther)
          "SELECT 1 FROM TLSP0010 AS l, TLMT0040 AS c WHERE c.CustCD = l.CustCD AND "
          "(LENGTH(c.VanCD) >= 6) <> EXISTS (SELECT 1 FROM TLMT0050 AS d WHERE d.CustCoCD = "
          "Left$(c.VanCD, 6) AND d.PayDstCD = l.PayDstCD)"},
+        {"an answer without its history",
+         "SELECT 1 FROM TLSP0010 AS l WHERE (AnsLimUmu = 3) <> EXISTS (SELECT 1 FROM TLAH0010 AS h "
+         "WHERE h.AccNo = l.AccNo AND h.AccSubNo = l.AccSubNo AND h.ShpSubNo = l.ShpSubNo "
+         "AND h.AnsLimDate IS l.AnsLimDate AND h.AnsVal = l.AnsVal)"},
     };
     for (const auto &[what, rows] : cases)
         EXPECT_EQ(LargeDemo().Open(rows)->RecordCount(), 0) << what;

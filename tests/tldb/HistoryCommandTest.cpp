@@ -62,7 +62,8 @@ TEST_F(HistoryCommands, UpgradeMakesTheTableOnceAndKeepsACopy)
     bDAO program; // has it open and has read from it
     file.Open(program);
     EXPECT_FALSE(program.HasTable("TLAH0010"));
-    EXPECT_EQ(ToolRun({"check", file.folder.Path()}).exitCode, ExitCode::Ok);
+    EXPECT_EQ(ToolRun({"check", file.folder.Path()}).out,
+              Path() + ": 10 tables, 1 rows read, 0 findings, 0 notes\n");
     const QByteArray before = file.folder.Read("TLDB0010.MDB");
 
     const ToolRun first({"upgrade", file.folder.Path()});
@@ -74,7 +75,7 @@ TEST_F(HistoryCommands, UpgradeMakesTheTableOnceAndKeepsACopy)
     EXPECT_EQ(file.folder.Read(backup).mid(HeaderLength), before.mid(HeaderLength));
     EXPECT_EQ(QFile::permissions(file.folder.Path(backup)), QFile::permissions(Path()));
     EXPECT_TRUE(program.HasTable("TLAH0010"));
-    EXPECT_EQ(ToolRun({"check", file.folder.Path()}).exitCode, ExitCode::Ok);
+    EXPECT_TRUE(ToolRun({"check", file.folder.Path()}).out.contains(": 11 tables, "));
 
     const QByteArray after = file.folder.Read("TLDB0010.MDB");
     const ToolRun second({"upgrade", file.folder.Path()});
@@ -82,6 +83,19 @@ TEST_F(HistoryCommands, UpgradeMakesTheTableOnceAndKeepsACopy)
     EXPECT_EQ(second.out, Path() + ": nothing to do\n");
     EXPECT_EQ(file.folder.Read("TLDB0010.MDB"), after);
     EXPECT_EQ(Files(), (QStringList{backup, "TLDB0010.MDB"}));
+}
+
+TEST_F(HistoryCommands, ANewDatabaseHasTheTable)
+{
+    const QString sample = QString(QT_TESTCASE_SOURCEDIR) + "/tldb/existing-database.mdb";
+    for (const QStringList &make : {QStringList{"create"}, QStringList{"demo", "--lines", "10"},
+                                    QStringList{"import", sample}}) {
+        const QString dir = file.folder.Path(make[0]);
+        const ToolRun made(make + QStringList{dir});
+        EXPECT_FALSE(made.out.contains("TLAH0010")) << made.out.toStdString();
+        EXPECT_TRUE(ToolRun({"upgrade", dir}).out.endsWith(": nothing to do\n"))
+            << make[0].toStdString();
+    }
 }
 
 TEST_F(HistoryCommands, NobodyWritesBetweenTheCopyAndTheTable)

@@ -34,6 +34,7 @@ QString ErrorText(const DaoError &error)
         {DaoErrors::DuplicateKey, "another row has this key"},
         {DaoErrors::FileNotFound, "the database does not exist"},
         {DaoErrors::FileExists, "the database exists already"},
+        {DaoErrors::Locked, "another program has the database locked"},
         {DaoErrors::InvalidPassword, "the password does not open the database"},
         {DaoErrors::NullNotAllowed, "a column of the key is null"},
         {DaoErrors::UnrecognizedFormat, "the file is not a database of the system"},

@@ -1,5 +1,6 @@
 #include "tldb/demo/DemoData.h"
 
+#include "data/Tables.h"
 #include "platform/ShiftJis.h"
 #include "tldb/demo/DemoMasters.h"
 #include "tldb/demo/DemoOrders.h"
@@ -27,6 +28,19 @@ QStringList TakeIndexes(Database &database)
     return statements;
 }
 
+/// Every line whose answer is out was answered once, by a user of the demonstration; there is no
+/// record of it in the answer files, as there are none yet.
+void WriteDemoHistory(Database &database)
+{
+    database.ExecuteNative(
+        QString("INSERT INTO %1 (AccNo, AccSubNo, ShpSubNo, AnsNo, CustCD, OdrNo, PayNo, LimDate,"
+                " AnsLimDate, AnsVal, AnsMark, AnsKBN, RecNo, RecPath, UserName, MachineName,"
+                " DpoFlg, UpdPGName, UpdDate, UpdTime) SELECT AccNo, AccSubNo, ShpSubNo, 1, CustCD,"
+                " OdrNo, PayNo, LimDate, AnsLimDate, AnsVal, AnsMark, '1', '', '', 'demo', 'demo',"
+                " 0, UpdPGName, UpdDate, UpdTime FROM TLSP0010 WHERE AnsLimUmu = 3")
+            .arg(HistoryTable));
+}
+
 } // namespace
 
 void FillWithDemoData(Database &database, const DemoOptions &options)
@@ -40,6 +54,7 @@ void FillWithDemoData(Database &database, const DemoOptions &options)
     const DemoMasters masters = MakeDemoMasters(options.lineCount, random);
     WriteDemoMasters(database, masters, stamp);
     WriteDemoOrders(database, masters, options.lineCount, options.day, random, stamp);
+    WriteDemoHistory(database);
     for (const QString &index : indexes)
         database.ExecuteNative(index);
     database.ExecuteNative("COMMIT");
