@@ -2,6 +2,7 @@
 
 #include "data/bDAO.h"
 #include "messages/bMessage.h"
+#include "platform/Log.h"
 #include "platform/MsgBox.h"
 #include "util/VbText.h"
 #include "util/bDate.h"
@@ -208,7 +209,9 @@ bool SaveDetail(bDAO &db, const LineKey &key, const DetailEntry &entry, StoredDe
     do
         outcome = TrySave(db, key, entry, known, stamp);
     while (outcome == Outcome::ChangedElsewhere && MayOverwrite());
-    if (outcome == Outcome::LineMissing)
+    if (outcome == Outcome::Saved)
+        qCInfo(LogAnswer).noquote() << "詳細で登録 " + key.ToText();
+    else if (outcome == Outcome::LineMissing)
         ShowMessage(Message::NoData);
     else if (outcome == Outcome::NotWritten)
         ShowMessage(Message::NotRegistered);

@@ -91,6 +91,7 @@ bool bDAO::HasTable(const QString &name)
 
 std::unique_ptr<Recordset> bDAO::OpenRows(const QString &sql)
 {
+    qCDebug(LogDatabase).noquote() << sql;
     if (!m_database)
         throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");
     return m_database->OpenRecordset(sql);
@@ -104,6 +105,7 @@ void bDAO::SetProgress(std::function<bool()> goOn)
 
 bool bDAO::DBExecute(const QString &sql)
 {
+    qCDebug(LogDatabase).noquote() << WithoutValues(sql);
     return Guarded(false, [&] {
         if (!m_database)
             throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Database");

@@ -3,6 +3,7 @@
 #include "data/bDAO.h"
 #include "lines/ListLoading.h"
 #include "messages/bMessage.h"
+#include "platform/Log.h"
 #include "platform/MsgBox.h"
 
 bool CheckSingleRow(const RowSelection &selected)
@@ -75,8 +76,10 @@ bool DeleteStoredLine(bDAO &db, const Line &line)
                            && db.DBExecute("DELETE FROM TLSP0010 " + subLine + " AND "
                                            + "ShpSubNo = " + QString::number(key.shpSubNo) + ";")
                            && db.CommitTrans();
-    if (isDeleted)
+    if (isDeleted) {
+        qCInfo(LogAnswer).noquote() << "分納を削除 " + key.ToText();
         return true;
+    }
     db.Rollback();
     if (isGone)
         ShowMessage(Message::NoData);

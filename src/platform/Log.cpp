@@ -179,6 +179,11 @@ void StartLog(LogLevel level)
     qInstallMessageHandler(Handle);
 }
 
+QString WithoutValues(const QString &text)
+{
+    return text.startsWith("INSERT ") ? text.section(" VALUES ", 0, 0) + " VALUES (…)" : text;
+}
+
 QString OneLine(QString text)
 {
     text.replace("\r\n", "↵").replace('\r', "↵").replace('\n', "↵");

@@ -33,5 +33,9 @@ void StartLog(LogLevel level);
 /// Changes what is written from now on.
 void SetLogLevel(LogLevel level);
 
+/// A statement, or any other text, without the values that an INSERT writes: they are in the
+/// database, and a log has more readers.
+QString WithoutValues(const QString &text);
+
 /// The text on one line: its line breaks show as "↵", other control characters as blanks.
 QString OneLine(QString text);

@@ -99,11 +99,7 @@ void MakeFit(QMessageBox &box)
 /// Writes the box to the log, as grave as its icon.
 void LogRequest(const MessageBoxRequest &box)
 {
-    // The values of a row are in the database; a log has more readers.
-    const QString shown = box.text.startsWith("INSERT ")
-                              ? box.text.section(" VALUES ", 0, 0) + " VALUES (…)"
-                              : box.text;
-    const QString line = QString("「%1」 %2").arg(box.title, OneLine(shown));
+    const QString line = QString("「%1」 %2").arg(box.title, OneLine(WithoutValues(box.text)));
     switch (box.style & 0x70) {
     case BoxStyle::Critical:
         qCCritical(LogBox).noquote() << line;

@@ -57,8 +57,9 @@ TEST(ToolCommands, SpeaksEnglishOfEveryDatabaseError)
     folder.Write("TLDB0010.MDB", QByteArray(4096, 'x'));
     const ToolRun run({"check", folder.Path()});
     EXPECT_EQ(run.exitCode, ExitCode::Found);
-    EXPECT_EQ(run.err, QString("tldb: %1/TLDB0010.MDB: database error 3049: file is not a database\n")
-                           .arg(folder.Path()));
+    EXPECT_EQ(run.err,
+              QString("tldb: %1/TLDB0010.MDB: database error 3049: file is not a database\n")
+                  .arg(folder.Path()));
 }
 
 TEST(CreateCommand, AFolderThatCanNotTakeTheDatabase)

@@ -1,5 +1,6 @@
 #include "app/Main.h"
 #include "app/Desktop.h"
+#include "platform/Log.h"
 #include "platform/System.h"
 #include "support/Operator.h"
 #include "tldb/Commands.h"
@@ -18,8 +19,8 @@
 #include <cstdio>
 
 // The typical use of the program at its real windows: search, list, dates for several lines at
-// once, creation, summary. Leaves a picture of every screen and box, the database, the answer files
-// and their decoded records in the folder that it is given.
+// once, creation, summary. Leaves a picture of every screen and box, the database, the answer
+// files, their decoded records and the log in the folder that it is given.
 
 namespace {
 
@@ -231,6 +232,8 @@ int main(int argc, char **argv)
     QTextStream err(stderr);
     if (RunTool({"demo", folder, "--lines", "2000", "--seed", "1"}, out, err) != ExitCode::Ok)
         return 1;
+    qputenv("XDG_STATE_HOME", folder.toUtf8());
+    StartLog(LogLevel::Info);
     const QString problem = Tour(folder).Run();
     (problem.isEmpty() ? out : err)
         << "tour: " << (problem.isEmpty() ? "done, pictures and answers are in " + folder : problem)
