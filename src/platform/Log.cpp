@@ -8,10 +8,12 @@
 #include <QFileInfo>
 #include <QMutex>
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <sys/stat.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 Q_LOGGING_CATEGORY(LogStart, "talven.start", QtWarningMsg)
@@ -45,7 +47,7 @@ public:
             Rotate();
             Open();
         }
-        return m_file.write(line) == line.size();
+        return m_file.isOpen() && m_file.write(line) == line.size();
     }
 
 private:
@@ -87,11 +89,12 @@ std::unique_ptr<Log> &TheLog()
 /// True when the journal reads what the process writes to its standard error.
 bool IsJournalListening()
 {
-    struct stat status = {};
-    return ::fstat(STDERR_FILENO, &status) == 0
-           && qgetenv("JOURNAL_STREAM")
-                  == QByteArray::number(qulonglong(status.st_dev)) + ':'
-                         + QByteArray::number(qulonglong(status.st_ino));
+    sockaddr_un address = {};
+    socklen_t length = sizeof(address);
+    const bool isSocket
+        = ::getpeername(STDERR_FILENO, reinterpret_cast<sockaddr *>(&address), &length) == 0
+          && address.sun_family == AF_UNIX && length > offsetof(sockaddr_un, sun_path);
+    return isSocket && QByteArrayView(address.sun_path).startsWith("/run/systemd/journal/");
 }
 
 LogLevel LevelOf(QtMsgType type)
@@ -116,22 +119,22 @@ void WriteToStandardError(const QByteArray &text)
 
 void Handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    constexpr int Priorities[] = {7, 6, 4, 3}; // the journal's, by level
     Log &log = *TheLog();
     const QMutexLocker locker(&log.mutex);
     const LogLevel level = LevelOf(type);
     const QString line = OneLine(text);
     if (level >= log.level) {
-        const QString entry = QString("%1 [%2] %3 %4: %5\n")
+        const QString what
+            = QString("%1 %2: %3\n").arg(LevelNames[int(level)], context.category, line);
+        const QString entry = QString("%1 [%2] ")
                                   .arg(Now().toString("yyyy-MM-dd HH:mm:ss.zzz"))
                                   .arg(QCoreApplication::applicationPid())
-                                  .arg(LevelNames[int(level)], context.category, line);
+                              + what;
         if (!log.file.Write(entry.toUtf8()) && !std::exchange(log.isComplaintMade, true))
             WriteToStandardError(
                 QString("TL030101: ログに書き込めません: %1\n").arg(LogPath()).toLocal8Bit());
         if (log.isInJournal)
-            WriteToStandardError(
-                QString("<%1>%2\n").arg(Priorities[int(level)]).arg(line).toUtf8());
+            WriteToStandardError(what.toUtf8());
     }
     if (!log.isInJournal && level >= LogLevel::Warning)
         WriteToStandardError(QString("TL030101: %1\n").arg(line).toLocal8Bit());
