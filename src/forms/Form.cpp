@@ -10,7 +10,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QStatusTipEvent>
 
 Form::Form(QWidget *parent)
@@ -141,10 +140,9 @@ void Form::ForgetArrangement()
     }
 }
 
-/// A button's tip is what it does and the keys that press it.
+/// A button's tip tells the keys that press it.
 void Form::TellKeys(QAbstractButton &button) const
 {
-    static const QRegularExpression mark("\\(&.\\)|…");
     QStringList keys;
     if (!button.shortcut().isEmpty())
         keys += button.shortcut().toString(QKeySequence::NativeText);
@@ -152,14 +150,10 @@ void Form::TellKeys(QAbstractButton &button) const
         keys += "Ctrl+Enter";
     if (&button == m_escapeButton)
         keys += "Esc";
-    if (keys.isEmpty())
-        return;
-    QString what = button.toolTip();
-    if (what.isEmpty())
-        what = button.accessibleName();
-    if (what.isEmpty())
-        what = QString(button.text()).remove(mark);
-    button.setToolTip(what + "（" + keys.join("、") + "）");
+    const QString tip = button.toolTip();
+    keys.removeIf([&](const QString &key) { return tip.contains(key); });
+    if (!keys.isEmpty())
+        button.setToolTip(tip.isEmpty() ? keys.join("、") : tip + "（" + keys.join("、") + "）");
 }
 
 void Form::changeEvent(QEvent *event)

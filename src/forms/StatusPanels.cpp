@@ -1,19 +1,96 @@
 #include "forms/StatusPanels.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QLabel>
 #include <QStatusBar>
 
+namespace {
+
+class StatusPanel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    using QLabel::QLabel;
+    bool isWarning = false;
+};
+
+/// What a screen reader knows of a panel: its text, and whether that is a warning.
+class PanelInterface : public QAccessibleWidget
+{
+public:
+    explicit PanelInterface(StatusPanel *panel)
+        : QAccessibleWidget(panel, QAccessible::StaticText)
+        , m_panel(panel)
+    {
+    }
+
+    QAccessible::Role role() const override
+    {
+        return m_panel->isWarning ? QAccessible::AlertMessage : QAccessible::StaticText;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? m_panel->text() : QString();
+    }
+
+private:
+    const StatusPanel *m_panel;
+};
+
+QAccessibleInterface *MakeInterface(const QString &, QObject *object)
+{
+    auto *panel = qobject_cast<StatusPanel *>(object);
+    return panel ? new PanelInterface(panel) : nullptr;
+}
+
+StatusPanel *Find(const QStatusBar &bar, const QString &key)
+{
+    return bar.findChild<StatusPanel *>(key);
+}
+
+void Tell(QAccessible::Event what, QLabel &panel)
+{
+    QAccessibleEvent event(&panel, what);
+    QAccessible::updateAccessibility(&event);
+}
+
+void Show(StatusPanel &panel, const QString &text, const QPalette &colors)
+{
+    const bool isOther = panel.text() != text;
+    panel.setPalette(colors);
+    panel.setAutoFillBackground(panel.isWarning);
+    panel.setText(text);
+    const bool isCut = panel.sizeHint().width() > panel.width();
+    panel.setToolTip(isCut ? text : QString());
+    panel.repaint();
+    if (isOther)
+        Tell(QAccessible::NameChanged, panel);
+    if (isOther && panel.isWarning)
+        AlertOf(panel);
+}
+
+} // namespace
+
 void AlertOf(QLabel &panel)
 {
-    QAccessibleEvent alert(&panel, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    // The bridge to the desktop's screen readers has no alert of its own: there it is an object of
+    // that role which comes into view.
+    Tell(QAccessible::Alert, panel);
+    Tell(QAccessible::ObjectShow, panel);
 }
 
 void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
 {
+    static const bool isInstalled = [] {
+        QAccessible::installFactory(MakeInterface);
+        return true;
+    }();
+    Q_UNUSED(isInstalled)
     for (const QString &key : keys) {
-        auto *panel = new QLabel(&bar);
+        auto *panel = new StatusPanel(&bar);
         panel->setObjectName(key);
         panel->setTextFormat(Qt::PlainText);
         const bool isFirst = key == keys.front();
@@ -25,36 +102,25 @@ void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
 
 QString PanelText(const QStatusBar &bar, const QString &key)
 {
-    return bar.findChild<QLabel *>(key)->text();
+    return Find(bar, key)->text();
 }
-
-namespace {
-
-void Show(QLabel *panel, const QString &text, const QPalette &colors)
-{
-    panel->setPalette(colors);
-    panel->setAutoFillBackground(colors.isBrushSet(QPalette::Active, QPalette::Window));
-    panel->setText(text);
-    panel->setToolTip(text); // there may be no room for all of it
-    panel->repaint();
-}
-
-} // namespace
 
 void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
 {
-    Show(bar.findChild<QLabel *>(key), text, {});
+    StatusPanel *panel = Find(bar, key);
+    panel->isWarning = false;
+    Show(*panel, text, {});
 }
 
 void SetPanelWarning(QStatusBar &bar, const QString &key, const QString &text)
 {
     constexpr QRgb Amber = qRgb(0xFF, 0xC8, 0x30);
-    auto *panel = bar.findChild<QLabel *>(key);
-    const bool isNew = panel->text() != text;
     QPalette colors;
     colors.setColor(QPalette::Window, QColor(Amber));
     colors.setColor(QPalette::WindowText, Qt::black);
-    Show(panel, text, colors);
-    if (isNew)
-        AlertOf(*panel);
+    StatusPanel *panel = Find(bar, key);
+    panel->isWarning = true;
+    Show(*panel, text, colors);
 }
+
+#include "StatusPanels.moc"

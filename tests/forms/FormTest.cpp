@@ -158,10 +158,11 @@ TEST_F(FormTest, ALongStatusTextMakesNoWindowWider)
 TEST_F(FormTest, KeysOfButtonsAreTold)
 {
     Screen screen(1);
+    screen.findChild<QPushButton *>("save")->setToolTip("keeps it");
     ShowWindow(screen);
-    EXPECT_EQ(Find("list")->toolTip(), "list（Alt+L、Ctrl+Enter）");
-    EXPECT_EQ(Find("save")->toolTip(), "save（Alt+S）");
-    EXPECT_EQ(Find("back")->toolTip(), "back（Alt+X、Esc）");
+    EXPECT_EQ(Find("list")->toolTip(), "Alt+L、Ctrl+Enter");
+    EXPECT_EQ(Find("save")->toolTip(), "keeps it（Alt+S）");
+    EXPECT_EQ(Find("back")->toolTip(), "Alt+X、Esc");
     int pressed = 0;
     QObject::connect(Find<QPushButton>("list"), &QPushButton::clicked, [&] { ++pressed; });
     for (const char *from : {"1", "save", "back"}) {
@@ -214,8 +215,12 @@ TEST_F(FormTest, AScreenReaderReadsThePanels)
     const auto name = [&](const char *panel) {
         return QAccessible::queryAccessibleInterface(Find(panel))->text(QAccessible::Name);
     };
+    const auto role = [&] { return QAccessible::queryAccessibleInterface(Find("MSG"))->role(); };
     EXPECT_EQ(name("MSG"), "") << "not its key";
     SetPanelText(*screen.bar, "DATE", "26/05/01");
     SetPanelWarning(*screen.bar, "MSG", "警告");
     EXPECT_EQ(name("MSG") + ' ' + name("DATE"), "警告 26/05/01");
+    EXPECT_EQ(role(), QAccessible::AlertMessage);
+    SetPanelText(*screen.bar, "MSG", "平文");
+    EXPECT_EQ(role(), QAccessible::StaticText);
 }
