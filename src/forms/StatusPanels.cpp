@@ -13,10 +13,13 @@ class StatusPanel : public QLabel
 
 public:
     using QLabel::QLabel;
-    bool isWarning = false;
+
+    bool IsAlert() const { return !text().isEmpty() && text() == alertText; }
+
+    QString alertText; ///< what an alert was given of last
 };
 
-/// What a screen reader knows of a panel: its text, and whether that is a warning.
+/// What a screen reader knows of a panel: its text, and whether that is an alert.
 class PanelInterface : public QAccessibleWidget
 {
 public:
@@ -28,7 +31,7 @@ public:
 
     QAccessible::Role role() const override
     {
-        return m_panel->isWarning ? QAccessible::AlertMessage : QAccessible::StaticText;
+        return m_panel->IsAlert() ? QAccessible::AlertMessage : QAccessible::StaticText;
     }
 
     QString text(QAccessible::Text kind) const override
@@ -57,25 +60,25 @@ void Tell(QAccessible::Event what, QLabel &panel)
     QAccessible::updateAccessibility(&event);
 }
 
-void Show(StatusPanel &panel, const QString &text, const QPalette &colors)
+/// True when it is another text than before.
+bool Show(StatusPanel &panel, const QString &text, const QPalette &colors)
 {
     const bool isOther = panel.text() != text;
     panel.setPalette(colors);
-    panel.setAutoFillBackground(panel.isWarning);
+    panel.setAutoFillBackground(colors.isBrushSet(QPalette::Active, QPalette::Window));
     panel.setText(text);
     const bool isCut = panel.sizeHint().width() > panel.width();
     panel.setToolTip(isCut ? text : QString());
     panel.repaint();
-    if (isOther)
-        Tell(QAccessible::NameChanged, panel);
-    if (isOther && panel.isWarning)
-        AlertOf(panel);
+    return isOther;
 }
 
 } // namespace
 
 void AlertOf(QLabel &panel)
 {
+    if (auto *own = qobject_cast<StatusPanel *>(&panel))
+        own->alertText = panel.text();
     // The bridge to the desktop's screen readers has no alert of its own: there it is an object of
     // that role which comes into view.
     Tell(QAccessible::Alert, panel);
@@ -108,7 +111,7 @@ QString PanelText(const QStatusBar &bar, const QString &key)
 void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
 {
     StatusPanel *panel = Find(bar, key);
-    panel->isWarning = false;
+    panel->alertText.clear();
     Show(*panel, text, {});
 }
 
@@ -119,8 +122,8 @@ void SetPanelWarning(QStatusBar &bar, const QString &key, const QString &text)
     colors.setColor(QPalette::Window, QColor(Amber));
     colors.setColor(QPalette::WindowText, Qt::black);
     StatusPanel *panel = Find(bar, key);
-    panel->isWarning = true;
-    Show(*panel, text, colors);
+    if (Show(*panel, text, colors) || !panel->IsAlert())
+        AlertOf(*panel);
 }
 
 #include "StatusPanels.moc"
