@@ -73,6 +73,15 @@ bool AnswerCreation::RunAnswerCreation()
 {
     if (m_db.HasTable(HistoryTable))
         m_trace = {UserName(), MachineName(), {}, {}, {}};
+    if (!AnswerOrders())
+        return false;
+    ShowSummary();
+    return true;
+}
+
+/// Answers the order of each selected row, until the operator stops it.
+bool AnswerCreation::AnswerOrders()
+{
     qint64 lastAccNo = 0;
     LongWork work(m_showStatus, CreationText, m_list.Count(), LongWork::Pieces::Long);
     for (int row = 1; row <= m_list.Count() && !m_isStopped; ++row) {
@@ -85,7 +94,6 @@ bool AnswerCreation::RunAnswerCreation()
         if (!AnswerOrder(row))
             return false;
     }
-    ShowSummary();
     return true;
 }
 

@@ -53,6 +53,7 @@ private:
         ChangedElsewhere,
     };
 
+    bool AnswerOrders();
     bool AnswerOrder(int row);
     Outcome MakeOrderAnswer(int row, bool &written);
     Outcome AnswerInTransaction(const Line &line, AnswerFile *file, std::optional<QString> &path,

@@ -20,6 +20,8 @@ LongWork::~LongWork()
 {
     if (m_isStopped)
         Look();
+    if (m_hasShown)
+        m_showStatus(m_text);
 }
 
 QString LongWork::Progress() const
@@ -33,7 +35,8 @@ QString LongWork::Progress() const
 
 void LongWork::Look()
 {
-    if (m_showStatus)
+    m_hasShown = m_showStatus != nullptr;
+    if (m_hasShown)
         m_showStatus(m_text + Progress() + (m_stop == Stop::ByEsc ? "　Esc で中断" : ""));
     qApp->installEventFilter(this);
     QCoreApplication::processEvents();

@@ -23,7 +23,8 @@ public:
     LongWork(ShowStatusText showStatus, const QString &text, qint64 total = 0,
              Pieces pieces = Pieces::Small, Stop stop = Stop::ByEsc);
 
-    /// Keys pressed to stop it are not for the box that comes next.
+    /// Keys pressed to stop it are not for the box that comes next, and nothing can be stopped any
+    /// more.
     ~LongWork() override;
 
     /// To be called for each piece. False once the operator has asked to stop.
@@ -50,6 +51,7 @@ private:
     const Stop m_stop;
     qint64 m_done = 0;
     bool m_isStopped = false;
+    bool m_hasShown = false;
     QElapsedTimer m_sinceLook;
     QElapsedTimer m_sinceStart;
 };

@@ -74,13 +74,16 @@ QMessageBox::StandardButton SecondButtonOf(QMessageBox::StandardButtons buttons)
 void MakeFit(QMessageBox &box)
 {
     constexpr QSize Frame(20, 50);
+    constexpr int MostPerLine = 45; // characters; a longer line is wrapped
     auto *text = box.findChild<QLabel *>("qt_msgbox_label");
     auto *grid = qobject_cast<QGridLayout *>(box.layout());
     if (!text || !grid || WorkArea().isEmpty())
         return;
     const QSize rest = grid->totalMinimumSize() - text->minimumSizeHint();
     const QSize room = WorkArea().size() - Frame - rest;
-    const int width = std::min(text->sizeHint().width(), room.width());
+    const int longestLine = text->fontMetrics().horizontalAdvance(QString(MostPerLine, u'　'));
+    const int width = std::min({text->sizeHint().width(), room.width(), longestLine});
+    text->setMinimumWidth(width); // else the box wraps at half of that
     text->setWordWrap(true);
     const bool fits = text->heightForWidth(width) <= room.height();
     text->setWordWrap(false);

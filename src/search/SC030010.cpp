@@ -206,6 +206,8 @@ void SC030010::cmdTSansho_Click()
     if (!SC040230R(m_state, this).Pick() || m_state.pickedCustomer.code.isEmpty())
         return;
     m_ui->txtCustCD->setText(m_state.pickedCustomer.code);
+    if (focusWidget() == m_ui->txtCustCD)
+        m_ui->txtCustCD->selectAll();
     ShowName(*m_ui->txtCustName, m_state.pickedCustomer.name);
 }
 
@@ -215,6 +217,8 @@ void SC030010::cmdSSansho_Click()
     if (!SC040220R(m_state, this).Pick() || m_state.pickedProduct.code.isEmpty())
         return;
     m_ui->txtAccHinCD->setText(m_state.pickedProduct.code);
+    if (focusWidget() == m_ui->txtAccHinCD)
+        m_ui->txtAccHinCD->selectAll();
     m_productName->Show(m_state.pickedProduct.name);
 }
 

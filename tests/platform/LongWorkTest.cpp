@@ -43,13 +43,16 @@ TEST(LongWorkTest, EscStopsWhatCanBeStoppedAndNoOtherIsSaidToBe)
         box.show();
         QTimer::singleShot(0, &box, [&] { QTest::keyClick(&box, Qt::Key_Escape); });
         QString told;
-        LongWork work([&](const QString &text) { told = text; }, "しています…", 0,
-                      LongWork::Pieces::Long, stop);
-        const QDeadlineTimer deadline(10'000);
-        bool goesOn = true;
-        while (goesOn && !deadline.hasExpired() && told.isEmpty())
-            goesOn = work.Step();
-        EXPECT_EQ(goesOn, stop == LongWork::Stop::Never);
-        EXPECT_EQ(told.contains("Esc"), stop == LongWork::Stop::ByEsc) << told.toStdString();
+        {
+            LongWork work([&](const QString &text) { told = text; }, "しています…", 0,
+                          LongWork::Pieces::Long, stop);
+            const QDeadlineTimer deadline(10'000);
+            bool goesOn = true;
+            while (goesOn && !deadline.hasExpired() && told.isEmpty())
+                goesOn = work.Step();
+            EXPECT_EQ(goesOn, stop == LongWork::Stop::Never);
+            EXPECT_EQ(told.contains("Esc"), stop == LongWork::Stop::ByEsc) << told.toStdString();
+        }
+        EXPECT_EQ(told, "しています…") << "no longer";
     }
 }

@@ -121,6 +121,21 @@ TEST_F(PickerTest, WhatIsChosenComesBackAndAClosedPickerChangesNothing)
     }
 }
 
+TEST_F(PickerTest, APickedCodeIsSelectedWhereTheOperatorIsStillInItsBox)
+{
+    SC030010 screen(state);
+    ShowWindow(screen);
+    const auto pick = [](Operator &player) {
+        player.Key(Qt::Key_Return);
+        player.Key(Qt::Key_Return);
+    };
+    PlayIn("SC040230R", pick, [] { Key(Qt::Key_1, Qt::AltModifier); });
+    EXPECT_EQ(Text("txtCustCD"), "C0001");
+    ShowWindow(screen);
+    Keys("D21");
+    EXPECT_EQ(Text("txtCustCD"), "D21");
+}
+
 TEST_F(PickerTest, AnEmptyListIsAMessageInPlaceOfThePicker)
 {
     ScriptedBoxes boxes;
