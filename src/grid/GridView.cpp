@@ -1,6 +1,8 @@
 #include "grid/GridView.h"
 
 #include "grid/CellDelegate.h"
+#include "grid/GridAccessible.h"
+#include "platform/LongWork.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -12,6 +14,7 @@
 GridView::GridView(QWidget *parent)
     : QTableView(parent)
 {
+    GridAccessible::Install();
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setItemDelegate(new CellDelegate(this));
     setSelectionMode(ExtendedSelection);
@@ -36,11 +39,17 @@ GridView::GridView(QWidget *parent)
 void GridView::setModel(QAbstractItemModel *model)
 {
     QTableView::setModel(model);
-    const auto forgetSelection = [this] { m_isSelectionKnown = false; };
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, forgetSelection);
-    connect(model, &QAbstractItemModel::rowsInserted, this, forgetSelection);
-    connect(model, &QAbstractItemModel::rowsRemoved, this, forgetSelection);
-    connect(model, &QAbstractItemModel::modelReset, this, forgetSelection);
+    const auto forgetRows = [this] {
+        m_isSelectionKnown = false;
+        GridAccessible::TellRows(*this);
+    };
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { m_isSelectionKnown = false; });
+    connect(model, &QAbstractItemModel::rowsInserted, this, forgetRows);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, forgetRows);
+    connect(model, &QAbstractItemModel::columnsInserted, this, forgetRows);
+    connect(model, &QAbstractItemModel::columnsRemoved, this, forgetRows);
+    connect(model, &QAbstractItemModel::modelReset, this, forgetRows);
 }
 
 QModelIndex GridView::Index(int column, int row) const
@@ -207,6 +216,28 @@ void GridView::CancelEdit()
     closeEditor(editor, QAbstractItemDelegate::NoHint);
     if (hadFocus)
         setFocus();
+}
+
+bool GridView::IsWithinReach() const
+{
+    const QWidget *modal = QApplication::activeModalWidget();
+    return isVisible() && isEnabled() && (!modal || modal->isAncestorOf(this))
+           && !LongWork::IsRunning();
+}
+
+QLineEdit *GridView::OpenEditor(const QModelIndex &cell)
+{
+    if (EditorOf(cell) || !cell.flags().testFlag(Qt::ItemIsEditable) || !IsWithinReach()
+        || !FinishEdit())
+        return EditorOf(cell);
+    Activate(cell.column() + 1, cell.row() + 1);
+    QTableView::edit(cell);
+    return EditorOf(cell);
+}
+
+QLineEdit *GridView::EditorOf(const QModelIndex &cell) const
+{
+    return m_editor && cell.isValid() && m_editedCell == cell ? m_editor : nullptr;
 }
 
 /// False where there is no cell to go to.
@@ -382,9 +413,26 @@ void GridView::mouseDoubleClickEvent(QMouseEvent *event)
 
 void GridView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    QTableView::currentChanged(current, previous);
+    // Not QTableView's, which tells of cells as its own accessible object counts them.
+    QAbstractItemView::currentChanged(current, previous);
     // Qt switches it on for cells that can be typed into; an input method would take the first key.
     setAttribute(Qt::WA_InputMethodEnabled, false);
     emit CellLeft(previous.column() + 1, previous.row() + 1, current.column() + 1,
                   current.row() + 1);
+    GridAccessible::TellActiveCell(*this);
+}
+
+void GridView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    // Not QTableView's, which goes through every single cell.
+    QAbstractItemView::selectionChanged(selected, deselected);
+    GridAccessible::TellSelection(*this, selected, deselected);
+}
+
+void GridView::focusInEvent(QFocusEvent *event)
+{
+    QTableView::focusInEvent(event);
+    // Once Qt has told of the grid.
+    QMetaObject::invokeMethod(
+        this, [this] { GridAccessible::TellActiveCell(*this); }, Qt::QueuedConnection);
 }

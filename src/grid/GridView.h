@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+class GridAccessible;
+
 /// A table that the operator types into. Columns and rows count from 1.
 ///
 /// The active cell is the one that keys go to; the selection is the rows that the operator has
@@ -53,6 +55,16 @@ public:
     bool FinishEdit();
     void CancelEdit();
     bool IsEditing() const { return !m_editor.isNull(); }
+
+    // For a screen reader, which does what hands do but comes by another way.
+
+    /// Whether hands could do something here: no box stands before the grid, and no long work runs.
+    bool IsWithinReach() const;
+
+    /// Begins to edit a cell, or goes on to. Null where it can't be typed into, or not now.
+    QLineEdit *OpenEditor(const QModelIndex &cell);
+    QLineEdit *EditorOf(const QModelIndex &cell) const; ///< null when the cell is not in edit
+
     void keyboardSearch(const QString &search) override;
 
     /// The selected rows, or the active one, as tab-separated lines for the clipboard.
@@ -68,11 +80,15 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &selected,
+                          const QItemSelection &deselected) override;
+    void focusInEvent(QFocusEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
     friend class CellDelegate;
+    friend class GridAccessible;
 
     QLineEdit *BeginEdit(QWidget *parent, const QModelIndex &index);
     bool HandleEditorKey(QKeyEvent *event);
@@ -89,4 +105,5 @@ private:
     bool m_isFinishing = false;
     mutable std::vector<RowRange> m_selectedRows;
     mutable bool m_isSelectionKnown = false;
+    GridAccessible *m_accessible = nullptr; ///< once it has been asked for
 };

@@ -12,6 +12,7 @@ LongWork::LongWork(ShowStatusText showStatus, const QString &text, qint64 total,
     , m_stepsToLook(pieces == Pieces::Long ? 1 : 16)
     , m_stop(stop)
 {
+    ++running;
     m_sinceLook.start();
     m_sinceStart.start();
 }
@@ -22,6 +23,7 @@ LongWork::~LongWork()
         Look();
     if (m_hasShown)
         m_showStatus(m_text);
+    --running;
 }
 
 QString LongWork::Progress() const

@@ -37,12 +37,17 @@ public:
 
     bool IsStopped() const { return m_isStopped; }
 
+    /// Whether there is any: what comes by another way than keys and mouse has to wait, too.
+    static bool IsRunning() { return running > 0; }
+
 private:
     static constexpr int LookMs = 50;
 
     void Look();
     QString Progress() const;
     bool eventFilter(QObject *object, QEvent *event) override;
+
+    static inline int running = 0;
 
     const ShowStatusText m_showStatus;
     const QString m_text;
