@@ -1,8 +1,9 @@
 # What ./run, ./test and ./bench share: packages and the build. Sourced, not run.
 
-# mdbtools-dev, which brings pkg-config and glib, is for "tldb import"; mdbtools for a test of it.
+# mdbtools-dev, which brings pkg-config and glib, is for "tldb import"; mdbtools for a test of it;
+# libxlsxwriter-dev for the list as a workbook.
 packages="g++ cmake ninja-build qt6-base-dev libsqlite3-dev qt6-translations-l10n
-          libgtest-dev sqlite3 python3 cmark-gfm librsvg2-bin xvfb xauth openbox
+          libxlsxwriter-dev libgtest-dev sqlite3 python3 cmark-gfm librsvg2-bin xvfb xauth openbox
           fonts-ipaexfont-gothic mdbtools-dev mdbtools"
 
 say() { printf '== %s\n' "$*"; }
