@@ -26,6 +26,25 @@ struct Command
     int (*run)(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 };
 
+/// What narrows down a list of delivery lines, and `more` options.
+std::vector<Option> ListOptions(std::vector<Option> more)
+{
+    std::vector<Option> options = {
+        {"customer", "CODE", "customers whose code begins so"},
+        {"section", "CODE", "customer's sections whose code begins so"},
+        {"product", "CODE", "products whose code begins so"},
+        {"name", "TEXT", "products whose name begins so"},
+        {"order", "NUMBER", "order numbers that begin so"},
+        {"maker", "NUMBER", "maker's numbers that begin so"},
+        {"pay-key", "KEY", "delivery keys that begin so"},
+        {"from", "YYYYMMDD", "first day"},
+        {"to", "YYYYMMDD", "last day"},
+        {"by", "DATE", "day of what: ship (default), specified or order"},
+    };
+    options.insert(options.end(), more.begin(), more.end());
+    return options;
+}
+
 const std::vector<Command> &Commands()
 {
     static const std::vector<Command> commands = {
@@ -94,6 +113,19 @@ const std::vector<Command> &Commands()
          "show-answers --json /srv/talven/c/EDI/OUT/ANS.TXT",
          {{"json", nullptr, "write a JSON array of records"}},
          RunShowAnswers},
+        {"answers export", "DIR FILE", "write the list of delivery lines to a CSV file or workbook",
+         "FILE is what the program writes of its list: a workbook when its name ends in .xlsx, "
+         "else\n"
+         "CSV in UTF-8. The conditions are those of the program's search; without any, all lines\n"
+         "that it lists are written.",
+         "answers export --customer C0001 /srv/talven/db answers.csv",
+         ListOptions({{"shift-jis", nullptr, "write CSV in Shift-JIS"}}), RunExportAnswers},
+        {"answers check", "DIR FILE", "tell what a CSV file would change in the list",
+         "One line per row of FILE that is not left as it is: the line of the file, the delivery\n"
+         "line, and what would change or why it is refused. Nothing is changed. The program takes\n"
+         "the file in by its list.",
+         "answers check --customer C0001 /srv/talven/db answers.csv", ListOptions({}),
+         RunCheckSheet},
     };
     return commands;
 }
@@ -105,7 +137,7 @@ void ShowToolHelp(QTextStream &out)
 {
     out << "Usage: tldb COMMAND [OPTIONS] ...\n\nCommands:\n";
     for (const Command &command : Commands())
-        out << "  " << QString("%1 %2").arg(command.name, command.operands).leftJustified(20)
+        out << "  " << QString("%1 %2").arg(command.name, command.operands).leftJustified(25)
             << command.summary << '\n';
     out << "\n"
         << ExitCodeHelp
@@ -176,9 +208,11 @@ int RunTool(const QStringList &arguments, QTextStream &out, QTextStream &err)
         out << "tldb " << ProgramVersion() << '\n';
         return ExitCode::Ok;
     }
-    for (const Command &command : Commands())
-        if (name == command.name)
-            return RunCommand(command, arguments, out, err);
+    for (const Command &command : Commands()) {
+        const QStringList words = QString(command.name).split(' ');
+        if (arguments.mid(0, words.size()) == words)
+            return RunCommand(command, arguments.mid(words.size() - 1), out, err);
+    }
     return Complain(
         err,
         (name.isEmpty() ? QString("no command given") : QString("unknown command \"%1\"").arg(name))

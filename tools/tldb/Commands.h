@@ -30,3 +30,5 @@ int RunImport(const QCommandLineParser &arguments, QTextStream &out, QTextStream
 int RunUpgrade(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunHistory(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunShowAnswers(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
+int RunExportAnswers(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
+int RunCheckSheet(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
