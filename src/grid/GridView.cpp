@@ -132,24 +132,26 @@ void GridView::SetRowMode()
 
 QString GridView::SelectedText() const
 {
-    std::vector<RowRange> rows = SelectedRowRanges();
-    if (rows.empty() && currentIndex().isValid())
-        rows.emplace_back(ActiveRow(), ActiveRow());
+    const std::vector<RowRange> &rows = SelectedRowRanges();
+    if (rows.empty())
+        return currentIndex().data().toString();
     QString text;
-    for (const auto &[first, last] : rows) {
-        for (int row = first; row <= last; ++row) {
-            QStringList cells;
-            for (int column = 1; column <= model()->columnCount(); ++column) {
-                if (isColumnHidden(column - 1))
-                    continue;
-                QString cell = Index(column, row).data().toString();
-                if (cell.contains('\n') || cell.contains('"'))
-                    cell = '"' + cell.replace('"', "\"\"") + '"';
-                cells += cell;
-            }
-            text += cells.join('\t') + '\n';
+    const auto addLine = [&](auto &&cellOf) {
+        QStringList cells;
+        for (int column = 0; column < model()->columnCount(); ++column) {
+            if (isColumnHidden(column))
+                continue;
+            QString cell = cellOf(column).toString();
+            if (cell.contains('\n') || cell.contains('"'))
+                cell = '"' + cell.replace('"', "\"\"") + '"';
+            cells += cell;
         }
-    }
+        text += cells.join('\t') + '\n';
+    };
+    addLine([this](int column) { return model()->headerData(column, Qt::Horizontal); });
+    for (const auto &[first, last] : rows)
+        for (int row = first; row <= last; ++row)
+            addLine([&](int column) { return model()->index(row - 1, column).data(); });
     return text;
 }
 

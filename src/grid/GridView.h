@@ -67,7 +67,8 @@ public:
 
     void keyboardSearch(const QString &search) override;
 
-    /// The selected rows, or the active one, as tab-separated lines for the clipboard.
+    /// The selected rows below the headings, as tab-separated lines for the clipboard; without
+    /// any, the active cell.
     QString SelectedText() const;
 
 signals:

@@ -232,12 +232,15 @@ TEST_F(GridViewTest, AWrongTextKeepsTheCellInEditHoweverItIsLeft)
 TEST_F(GridViewTest, RowsGoToTheClipboard)
 {
     cells.item(1, 0)->setText("two\nlines \"a\"");
+    cells.setHorizontalHeaderLabels({"order\nname", "quantity", "date", "x"});
+    const QString headings = "\"order\nname\"\tquantity\tdate\tx\n";
     const QString cellTexts = "\t1234.5\t260520\tx\n";
     const std::tuple<const char *, std::function<void()>, QString> cases[] = {
-        {"the active row", [&] { Click(4, 1), grid.clearSelection(); }, "r1" + cellTexts},
+        {"the active cell", [&] { Click(3, 1), grid.clearSelection(); }, "260520"},
         {"rows", [&] { Click(1, 3), Click(1, 5, Qt::ControlModifier); },
-         "r3" + cellTexts + "r5" + cellTexts},
-        {"several lines in a cell", [&] { Click(1, 2); }, "\"two\nlines \"\"a\"\"\"" + cellTexts},
+         headings + "r3" + cellTexts + "r5" + cellTexts},
+        {"several lines in a cell", [&] { Click(1, 2); },
+         headings + "\"two\nlines \"\"a\"\"\"" + cellTexts},
     };
     for (const auto &[what, select, text] : cases) {
         grid.clearSelection();
