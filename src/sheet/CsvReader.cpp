@@ -128,9 +128,7 @@ void ReadCsv(const QString &text, QChar separator,
     CsvRecord record;
     while (!reader.IsAtEnd()) {
         reader.Read(record);
-        const bool isBlank
-            = !record.isBroken && record.cells.size() == 1 && record.cells.front().isEmpty();
-        if (!isBlank && !visit(record))
+        if (!visit(record))
             return;
     }
 }

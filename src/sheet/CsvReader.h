@@ -20,7 +20,7 @@ inline constexpr size_t MostCsvCells = 1000;
 QString CsvText(QByteArrayView bytes);
 
 /// Reads records (RFC 4180, a line may end in CR, LF or both) until `visit` returns False. A quote
-/// within a field that began without one is an ordinary character. Blank lines are no records. Of a
-/// broken record the first line alone is passed over, so that a forgotten quote costs no more.
+/// within a field that began without one is an ordinary character. A blank line is one blank cell.
+/// Of a broken record the first line alone is passed over, so that a forgotten quote costs no more.
 void ReadCsv(const QString &text, QChar separator,
              const std::function<bool(const CsvRecord &record)> &visit);

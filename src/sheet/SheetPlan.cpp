@@ -382,3 +382,30 @@ SheetPlan PlanSheet(const Sheet &sheet, const LineList &list)
 {
     return Planner(sheet, list).Plan();
 }
+
+RowSelection TakeSheet(const SheetPlan &plan, LineEdits &edits)
+{
+    const LineEdits::Step step(edits);
+    std::vector<LineId> changed;
+    for (const SheetPlan::Change &change : plan.changes) {
+        if (change.after.quantity != change.before.quantity)
+            edits.SetQuantity(change.row, change.after.quantity);
+        if (change.after.date != change.before.date)
+            edits.SetDate(change.row, change.after.date);
+        changed.push_back(edits.List().At(change.row).Id());
+    }
+    std::vector<LineList::Below> splits;
+    for (const SheetPlan::Split &split : plan.splits) {
+        Line line = edits.List().At(split.below).Split(split.answer.quantity);
+        if (!split.answer.date.isEmpty())
+            line.SetDate(split.answer.date);
+        splits.push_back({split.below, line});
+    }
+    std::vector<RowSelection::Range> taken;
+    for (const int row : edits.InsertSplits(std::move(splits)))
+        taken.emplace_back(row, row);
+    const std::vector<int> rows = edits.List().RowsById();
+    for (const LineId line : changed)
+        taken.emplace_back(rows[line], rows[line]);
+    return RowSelection(std::move(taken));
+}

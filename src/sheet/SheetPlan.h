@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lines/LineList.h"
+#include "lines/LineEdits.h"
 #include "sheet/SheetReading.h"
 
 /// Why a row of a file can't be taken.
@@ -67,3 +67,7 @@ struct SheetPlan
 /// it was written with is compared with the list itself. A cleared date is none; a column that is
 /// not there leaves its part of each answer as it is.
 SheetPlan PlanSheet(const Sheet &sheet, const LineList &list);
+
+/// Makes the changes and splits of a plan for this list as if they had been typed, all to be taken
+/// back in one. Returns the rows that hold them then.
+RowSelection TakeSheet(const SheetPlan &plan, LineEdits &edits);

@@ -52,8 +52,9 @@ Layout LayoutOf(const CsvRecord &headings)
 
 bool IsEmpty(const CsvRecord &record)
 {
-    return std::ranges::all_of(record.cells,
-                               [](QStringView cell) { return cell.trimmed().isEmpty(); });
+    return !record.isBroken && std::ranges::all_of(record.cells, [](QStringView cell) {
+        return cell.trimmed().isEmpty();
+    });
 }
 
 /// The separator by which the first line that is not empty shows the most headings.

@@ -21,7 +21,7 @@ protected:
         AddLine(2, 1, 1, "AnsLimDate = '20260520', AnsVal = 7, AnsLimUmu = 3, ShpSts = 3");
         AddLine(2, 1, 2, "AnsLimDate = '2026-xx'");
         Load();
-        list.InsertBelow(1, list.At(1).Split(5));
+        list.InsertBelow({{1, list.At(1).Split(5)}});
     }
 
     SavedSheet Save(const QString &name, SheetFormat format) const

@@ -189,7 +189,7 @@ TEST_F(SheetPlanTest, AnOlderFileNeverOverridesWhatWasDoneSince)
 
 TEST_F(SheetPlanTest, WhatTheListHasGotMeanwhileStays)
 {
-    list.InsertBelow(1, list.At(1).Split(10));
+    list.InsertBelow({{1, list.At(1).Split(10)}});
     const EditedFile written = File();
     list.At(1).SetQuantity(80);
     list.At(3).SetDate("20261201");
@@ -202,7 +202,7 @@ TEST_F(SheetPlanTest, WhatTheListHasGotMeanwhileStays)
     // Another split above does not take the place of a split that was written.
     edited.Cell(2, ShpSubNo) = "9";
     EXPECT_EQ(Planned(edited), "2:80/=>80/20261208 3:10/=>20/ =2") << "it got a number in the file";
-    list.Remove(2);
+    list.Remove({2});
     EXPECT_EQ(Planned(edited),
               "2:80/=>80/20261208 3:出力した後に、登録または削除された分納です =2");
 }
@@ -259,4 +259,30 @@ TEST_F(SheetPlanTest, HostileFilesAreReadInASecond)
 #ifdef NDEBUG
     EXPECT_LT(timer.elapsed(), 10'000);
 #endif
+}
+
+TEST_F(SheetPlanTest, IsTakenAndTakenBackInOne)
+{
+    EditedFile file = File();
+    file.Cell(1, Quantity) = "50";
+    file.Copy(1, {{ShpSubNo, ""}, {Quantity, "30"}, {Date, "20261208"}});
+    file.Copy(1, {{ShpSubNo, ""}, {Quantity, "20"}});
+    file.Cell(3, Date) = "20261209";
+    file.Cell(2, Date) = "x";
+    const auto answers = [&] {
+        QStringList texts;
+        for (int row = 1; row <= list.Count(); ++row)
+            texts += list.At(row).Now().quantity.ToText() + '/' + list.At(row).Now().date;
+        return texts.join(' ');
+    };
+    const QString before = answers();
+    LineEdits edits(list);
+    const RowSelection taken = TakeSheet(PlanSheet(ReadSheet(file.Text().toUtf8()), list), edits);
+    EXPECT_EQ(answers(), "50/ 30/20261208 20/ 60/ 40/20261209");
+    EXPECT_EQ(taken.Ranges(), (std::vector<RowSelection::Range>{{1, 3}, {5, 5}}));
+    EXPECT_TRUE(list.At(2).HasDateMark());
+    EXPECT_EQ(Planned(Written()), "=5") << "the file of what was taken is the list";
+    edits.TakeBack();
+    EXPECT_EQ(answers(), before);
+    EXPECT_EQ(list.UnregisteredCount(), 0);
 }
