@@ -102,6 +102,22 @@ LineGrid::Found LineGrid::Find(const LineFind &wanted, bool isForward,
     return Found::No;
 }
 
+PastePlan LineGrid::PlanPaste(const QString &text, const LineList &list) const
+{
+    std::vector<int> rows;
+    for (int row = ActiveRow(); row <= m_lines->rowCount(); ++row)
+        rows.push_back(m_lines->LineRow(row));
+    std::vector<PasteColumn> columns;
+    for (int column = ActiveColumn(); column <= m_lines->columnCount(); ++column) {
+        const CellTyping typing = ListColumns()[size_t(column - 1)].typing;
+        if (!isColumnHidden(column - 1))
+            columns.push_back(typing == CellTyping::Quantity ? PasteColumn::Quantity
+                              : typing == CellTyping::Date   ? PasteColumn::Date
+                                                             : PasteColumn::Locked);
+    }
+    return ::PlanPaste(text, list, rows, columns);
+}
+
 void LineGrid::FitColumns()
 {
     if (!m_lines || !m_areColumnsFitted)

@@ -3,6 +3,7 @@
 #include "answerlist/LineModel.h"
 #include "grid/GridView.h"
 #include "platform/LongWork.h"
+#include "sheet/PastedBlock.h"
 
 class LineFind;
 
@@ -38,6 +39,9 @@ public:
     /// Goes on to the next shown line that holds the text, round the end of the list.
     enum class Found { No, Yes, AfterTheEnd };
     Found Find(const LineFind &wanted, bool isForward, const ShowStatusText &showStatus);
+
+    /// Lays a block from a spreadsheet over the shown cells, from the active one on.
+    PastePlan PlanPaste(const QString &text, const LineList &list) const;
 
     /// Gives the columns the widths that their texts take, as long as the operator has not given
     /// them others.

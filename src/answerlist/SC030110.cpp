@@ -36,6 +36,7 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     , m_state(state)
     , m_makeAnswers(std::move(makeAnswers))
     , m_stamp(WriteStamp::Now())
+    , m_files(*this, m_list, state.conditions, StatusBar())
 {
     const Hourglass hourglass;
     m_ui->setupUi(this);
@@ -54,6 +55,15 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &SC030110::cmdDelete_Click);
     connect(m_ui->cmdDetail, &QPushButton::clicked, this, &SC030110::cmdDetail_Click);
     connect(m_ui->cmdMake, &QPushButton::clicked, this, &SC030110::cmdMake_Click);
+    connect(m_ui->cmdExport, &QPushButton::clicked, this, [this] {
+        if (MayRun())
+            m_files.Export(Parts());
+    });
+    connect(m_ui->cmdImport, &QPushButton::clicked, this, &SC030110::Import);
+    connect(m_ui->cmdPrint, &QPushButton::clicked, this, [this] {
+        if (MayRun())
+            m_files.Print(Parts());
+    });
     connect(m_ui->cmdExit, &QPushButton::clicked, this, &SC030110::reject);
     connect(m_ui->spdList, &LineGrid::CellDoubleClicked, this, &SC030110::cmdDetail_Click);
     connect(m_ui->spdList, &LineGrid::CellLeft, this,
@@ -110,11 +120,16 @@ void SC030110::AddCommands()
     add("元に戻す", {QKeySequence::Undo}, [this] { TakeBack(); });
     add("コピー", {}, [grid] { QApplication::clipboard()->setText(grid->SelectedText()); });
     add(
+        "貼り付け", {QKeySequence::Paste}, [this] { Paste(); }, Qt::WidgetShortcut);
+    add(
         "回答納期を消す", {Qt::Key_Delete, Qt::Key_Backspace}, [this] { EditDates({}); },
         Qt::WidgetShortcut);
     addSeparator();
     for (QPushButton *button : {m_ui->cmdLimSet, m_ui->cmbLimDef, m_ui->cmdCopy, m_ui->cmdDelete,
                                 m_ui->cmdDetail, m_ui->cmdMake})
+        addButton(button);
+    addSeparator();
+    for (QPushButton *button : {m_ui->cmdExport, m_ui->cmdImport, m_ui->cmdPrint})
         addButton(button);
     addSeparator();
     add("検索", {QKeySequence::Find}, [this] { OpenFindBar(); });
@@ -216,6 +231,7 @@ LoadedList SC030110::LoadLines()
     m_model.Empty();
     const LoadedList loaded = LoadList(m_state.db, conditions, m_list, StatusBar());
     m_edits.Clear();
+    m_lastRun.Clear();
     m_model.Filled();
     m_ui->spdList->FitColumns();
     ShowCounts();
@@ -376,13 +392,15 @@ void SC030110::cmdMake_Click()
 {
     if (!MayRun())
         return;
-    RowSelection selected = Selected();
+    const RowSelection wanted = Selected();
+    RowSelection selected = wanted;
     int failedRow = 0;
     {
         const Hourglass hourglass;
         const QScopedValueRollback busy(m_isBusy, true);
         failedRow = m_makeAnswers(m_list, selected, m_stamp, StatusBar());
     }
+    m_lastRun.Note(m_list, wanted, selected);
     if (m_model.ShowsOpenOnly())
         m_ui->spdList->Rearrange([] {}); // answered lines are to be hidden
     else
@@ -434,6 +452,61 @@ void SC030110::TakeBack()
     if (!back.rows.empty() && m_model.ShownRow(back.rows.front()) > 0)
         m_ui->spdList->GoTo(0, back.rows.front());
     ShowStatus("変更を元に戻しました");
+}
+
+ListParts SC030110::Parts() const
+{
+    const RowSelection all
+        = m_model.rowCount() > 0 ? RowSelection({{1, m_model.rowCount()}}) : RowSelection();
+    return {m_model.LineRows(all), Selected(), m_lastRun.Rows(m_list)};
+}
+
+void SC030110::Import()
+{
+    if (!MayRun())
+        return;
+    const auto plan = m_files.Import();
+    if (!plan)
+        return;
+    RowSelection taken;
+    {
+        const Hourglass hourglass;
+        m_ui->spdList->Rearrange([&] { taken = TakeSheet(*plan, m_edits); });
+    }
+    ShowCounts();
+    ShowTaken(taken);
+    ShowStatus(QString("変更 %1 行、分納 %2 行を取り込みました。Ctrl+Z で元に戻せます")
+                   .arg(plan->changes.size())
+                   .arg(plan->splits.size()));
+}
+
+/// Lays what the clipboard holds over the grid, from the active cell on.
+void SC030110::Paste()
+{
+    if (!MayRun() || ActiveRow() == 0)
+        return;
+    const PastePlan plan = m_ui->spdList->PlanPaste(QApplication::clipboard()->text(), m_list);
+    if (!plan.IsGood()) {
+        MsgBox(PasteText(plan), BoxStyle::Exclamation, "貼り付け");
+        return;
+    }
+    const RowSelection pasted = ::Paste(plan, m_edits);
+    m_model.Changed();
+    ShowTaken(pasted);
+    ShowStatus(PasteText(plan));
+}
+
+/// Brings the operator to rows that have been filled from elsewhere, which he has meant.
+void SC030110::ShowTaken(const RowSelection &lineRows)
+{
+    if (lineRows.IsEmpty())
+        return;
+    if (m_model.ShownRows(lineRows).Count() < lineRows.Count())
+        ShowOpenOnly(false);
+    std::vector<RowSelection::Range> rows = Selected().Ranges();
+    rows.insert(rows.end(), lineRows.Ranges().begin(), lineRows.Ranges().end());
+    m_ui->spdList->Select(RowSelection(std::move(rows)));
+    m_ui->spdList->GoTo(0, lineRows.First());
 }
 
 void SC030110::OpenFindBar()

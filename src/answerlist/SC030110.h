@@ -1,6 +1,8 @@
 #pragma once
 
+#include "answerlist/LastRun.h"
 #include "answerlist/LineModel.h"
+#include "answerlist/ListFiles.h"
 #include "data/ProgramState.h"
 #include "forms/Form.h"
 #include "lines/LineSql.h"
@@ -9,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 class QAction;
 
@@ -65,6 +68,10 @@ private:
     void Find(bool isForward);
     void ShowOpenOnly(bool isOn);
     void LeaveGrid();
+    ListParts Parts() const;
+    void Import();
+    void Paste();
+    void ShowTaken(const RowSelection &lineRows);
 
     void cmdLimSet_Click();
     void cmbLimDef_Click();
@@ -80,6 +87,8 @@ private:
     LineEdits m_edits{m_list};
     LineModel m_model{m_edits};
     WriteStamp m_stamp;
+    ListFiles m_files;
+    LastRun m_lastRun;
     bool m_isBusy = false; ///< with a load or a run, which may let events through
     int m_waits = 0;       ///< for the window to come to the screen
 };

@@ -29,6 +29,7 @@ PastePlan PlanPaste(const QString &text, const LineList &list, std::span<const i
             return true;
         }
         const int row = rows[size_t(blockRow - 1)];
+        plan.hiddenRows = row - rows.front() + 1 - blockRow;
         for (size_t at = 0; at < record.cells.size(); ++at) {
             const QString plain = PlainCell(record.cells[at]);
             if (plain.isEmpty())
@@ -65,15 +66,15 @@ RowSelection Paste(const PastePlan &plan, LineEdits &edits)
     return RowSelection(std::move(rows));
 }
 
-QString PasteText(const PastePlan &plan, int hiddenRows)
+QString PasteText(const PastePlan &plan)
 {
     constexpr size_t MostNamed = 10;
     if (plan.IsGood()) {
         QString text = QString("%1 個のセルに貼り付けました").arg(plan.cells.size());
         if (plan.locked > 0)
             text += QString("　入力できない %1 個のセルは飛ばしました").arg(plan.locked);
-        if (hiddenRows > 0)
-            text += QString("　表示していない %1 行は飛ばしました").arg(hiddenRows);
+        if (plan.hiddenRows > 0)
+            text += QString("　表示していない %1 行は飛ばしました").arg(plan.hiddenRows);
         return text;
     }
     QStringList lines;

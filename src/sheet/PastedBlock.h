@@ -26,6 +26,7 @@ struct PastePlan
 
     std::vector<Cell> cells;
     int locked = 0;     ///< cells that fall on what can't be typed into
+    int hiddenRows = 0; ///< rows of the list that lie between those that it goes to
     int rowsBeyond = 0; ///< rows that the grid has no row for
     std::vector<Wrong> wrong;
 
@@ -43,6 +44,5 @@ PastePlan PlanPaste(const QString &text, const LineList &list, std::span<const i
 /// the rows that hold them.
 RowSelection Paste(const PastePlan &plan, LineEdits &edits);
 
-/// What a paste has done, or why it has done nothing, for the operator. `hiddenRows` lie between
-/// those that it went to.
-QString PasteText(const PastePlan &plan, int hiddenRows);
+/// What a paste has done, or why it has done nothing, for the operator.
+QString PasteText(const PastePlan &plan);

@@ -297,8 +297,9 @@ TEST_F(ListScreen, KeyboardAloneThroughTheWholeScreen)
     EXPECT_EQ(Focus(), "spdList");
     for (int tabs = 0; tabs < 3 && Focus() == "spdList"; ++tabs)
         Key(Qt::Key_Tab);
-    for (const char *next : {"cmdLimSet", "cmbLimDef", "cmdCopy", "cmdDelete", "cmdDetail",
-                             "cmdMake", "cmdExit", "chkOpenOnly", "spdList"}) {
+    for (const char *next :
+         {"cmdLimSet", "cmbLimDef", "cmdCopy", "cmdDelete", "cmdDetail", "cmdMake", "cmdExit",
+          "chkOpenOnly", "cmdExport", "cmdImport", "cmdPrint", "spdList"}) {
         EXPECT_EQ(Focus(), next);
         Key(Qt::Key_Tab);
     }
