@@ -22,6 +22,7 @@ struct Sizes
 // Each adds its measurements.
 void BenchLoading(const Sizes &sizes, std::vector<Measurement> &results);
 void BenchCommands(const Sizes &sizes, std::vector<Measurement> &results);
+void BenchSheets(const Sizes &sizes, std::vector<Measurement> &results);
 void BenchOutput(const Sizes &sizes, std::vector<Measurement> &results);
 void BenchStart(const Sizes &sizes, std::vector<Measurement> &results);
 

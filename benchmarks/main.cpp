@@ -40,6 +40,7 @@ struct Group
 constexpr Group Groups[] = {
     {"loading", BenchLoading},
     {"commands", BenchCommands},
+    {"sheets", BenchSheets},
     {"output", BenchOutput},
     {"start", BenchStart},
 };
@@ -59,7 +60,7 @@ int main(int argc, char **argv)
     parser.addHelpOption();
     const QCommandLineOption quick("quick", "Smaller sizes, under a minute.");
     const QCommandLineOption json("json", "Writes the results to FILE too.", "FILE");
-    const QCommandLineOption only("only", "One group: loading, commands, output or start.",
+    const QCommandLineOption only("only", "One group: loading, commands, sheets, output or start.",
                                   "GROUP");
     parser.addOptions({quick, json, only});
     parser.addPositionalArgument("FOLDER", "Where the data is kept from run to run.");
