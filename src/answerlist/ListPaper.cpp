@@ -1,8 +1,8 @@
 #include "answerlist/ListPaper.h"
 
 #include "answerlist/ListColumns.h"
+#include "platform/Clock.h"
 #include "sheet/SheetColumns.h"
-#include "util/bDate.h"
 
 #include <algorithm>
 #include <memory>
@@ -24,7 +24,7 @@ PaperTable TableOf(const QString &title, const RowSelection &rows, const QString
     PaperTable table;
     table.title = title;
     table.about = QString("%1　　%2 行").arg(about, Decimal(rows.Count()).ToFixed(0, true));
-    table.beside = NowDateText() + ' ' + NowTimeText();
+    table.beside = Now().toString("yyyy/MM/dd HH:mm");
     table.rows = rows.Count();
     return table;
 }

@@ -33,8 +33,9 @@ struct PageLayout
 
     QSizeF page;
     double line;
-    double padding;
-    double top; ///< of the headings
+    double padding; ///< above and below
+    double gap;     ///< on either side
+    double top;     ///< of the headings
     double headingHeight;
     double rowHeight;
     double footTop;
@@ -46,6 +47,7 @@ PageLayout::PageLayout(const PaperTable &table, const QPagedPaintDevice &device)
     : page(device.pageLayout().paintRectPixels(device.logicalDpiX()).size())
     , line(QFontMetricsF(FontOf(TextPoints), &device).lineSpacing())
     , padding(line / 4)
+    , gap(line / 3)
 {
     top = QFontMetricsF(FontOf(TitlePoints), &device).lineSpacing() + line + 2 * padding;
     int headingLines = 1;
@@ -112,8 +114,8 @@ void Printing::PrintLine(QString line, const QRectF &place, int alignment)
 
 void Printing::PrintCell(const QString &text, size_t column, double top)
 {
-    const double left = m_layout.lefts[column] + m_layout.padding;
-    const double width = m_layout.lefts[column + 1] - m_layout.padding - left;
+    const double left = m_layout.lefts[column] + m_layout.gap;
+    const double width = m_layout.lefts[column + 1] - m_layout.gap - left;
     const int alignment = m_table.columns[column].isNumber ? Qt::AlignRight : Qt::AlignLeft;
     double lineTop = top + m_layout.padding;
     for (const QString &line : text.split('\n')) {

@@ -55,15 +55,9 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &SC030110::cmdDelete_Click);
     connect(m_ui->cmdDetail, &QPushButton::clicked, this, &SC030110::cmdDetail_Click);
     connect(m_ui->cmdMake, &QPushButton::clicked, this, &SC030110::cmdMake_Click);
-    connect(m_ui->cmdExport, &QPushButton::clicked, this, [this] {
-        if (MayRun())
-            m_files.Export(Parts());
-    });
+    connect(m_ui->cmdExport, &QPushButton::clicked, this, [this] { PutOut(&ListFiles::Export); });
     connect(m_ui->cmdImport, &QPushButton::clicked, this, &SC030110::Import);
-    connect(m_ui->cmdPrint, &QPushButton::clicked, this, [this] {
-        if (MayRun())
-            m_files.Print(Parts());
-    });
+    connect(m_ui->cmdPrint, &QPushButton::clicked, this, [this] { PutOut(&ListFiles::Print); });
     connect(m_ui->cmdExit, &QPushButton::clicked, this, &SC030110::reject);
     connect(m_ui->spdList, &LineGrid::CellDoubleClicked, this, &SC030110::cmdDetail_Click);
     connect(m_ui->spdList, &LineGrid::CellLeft, this,
@@ -459,6 +453,14 @@ ListParts SC030110::Parts() const
     const RowSelection all
         = m_model.rowCount() > 0 ? RowSelection({{1, m_model.rowCount()}}) : RowSelection();
     return {m_model.LineRows(all), Selected(), m_lastRun.Rows(m_list)};
+}
+
+void SC030110::PutOut(void (ListFiles::*command)(const ListParts &parts))
+{
+    if (!MayRun())
+        return;
+    const QScopedValueRollback busy(m_isBusy, true);
+    (m_files.*command)(Parts());
 }
 
 void SC030110::Import()

@@ -69,6 +69,7 @@ private:
     void ShowOpenOnly(bool isOn);
     void LeaveGrid();
     ListParts Parts() const;
+    void PutOut(void (ListFiles::*command)(const ListParts &parts));
     void Import();
     void Paste();
     void ShowTaken(const RowSelection &lineRows);

@@ -131,6 +131,7 @@ ShownCell TakenCell(const TakenRow &taken, const Line &line, int column)
 
 ShownCell RefusedCell(const SheetPlan::Refused &refused, int column)
 {
+    constexpr qsizetype MostShown = 40;
     switch (column) {
     case 0:
         return {QString::number(refused.fileLine), true};
@@ -138,7 +139,7 @@ ShownCell RefusedCell(const SheetPlan::Refused &refused, int column)
         return {refused.line};
     default:
         return {RefusalText(refused.refusal)
-                + (refused.cell.isEmpty() ? "" : "「" + refused.cell + "」")};
+                + (refused.cell.isEmpty() ? "" : "「" + refused.cell.left(MostShown) + "」")};
     }
 }
 

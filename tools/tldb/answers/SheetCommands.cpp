@@ -10,6 +10,7 @@
 
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <algorithm>
 
 namespace {
 
@@ -145,6 +146,15 @@ QString ChangeWords(const SheetPlan::Change &change)
     return words.join(", ");
 }
 
+/// A text of the file, fit for a terminal.
+QString Shown(QString text)
+{
+    constexpr qsizetype Most = 40;
+    std::ranges::replace_if(
+        text, [](QChar c) { return c.category() == QChar::Other_Control; }, QChar(u' '));
+    return text.size() > Most ? text.left(Most) + "..." : text;
+}
+
 /// One line for each row that is not left as it is, in the order of the file.
 void Report(const SheetPlan &plan, const LineList &list, const QString &path, QTextStream &out)
 {
@@ -158,12 +168,12 @@ void Report(const SheetPlan &plan, const LineList &list, const QString &path, QT
                                                + split.answer.quantity.ToText() + ", date "
                                                + DateWord(split.answer.date));
     for (const SheetPlan::Refused &row : plan.refused)
-        lines.emplace_back(row.fileLine, row.line + ": refused: " + RefusalWords(row.refusal)
-                                             + (row.cell.isEmpty() ? "" : " \"" + row.cell + '"'));
+        lines.emplace_back(row.fileLine,
+                           Shown(row.line) + ": refused: " + RefusalWords(row.refusal)
+                               + (row.cell.isEmpty() ? "" : " \"" + Shown(row.cell) + '"'));
     std::ranges::sort(lines);
-    for (auto &[fileLine, text] : lines)
-        out << path << ':' << fileLine << ": " << text.replace('\r', ' ').replace('\n', ' ')
-            << '\n';
+    for (const auto &[fileLine, text] : lines)
+        out << path << ':' << fileLine << ": " << text << '\n';
     out << QString("%1: %2 changes, %3 splits, %4 unchanged, %5 refused\n")
                .arg(path)
                .arg(plan.changes.size())
