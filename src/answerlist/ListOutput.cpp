@@ -27,7 +27,7 @@ ListOutput::ListOutput(const ListParts &parts, const std::vector<OutputForm> &fo
     m_ui->setupUi(this);
     SetEscapeButton(m_ui->cmdExit);
     SetMainButton(m_ui->cmdOutput);
-    SetThemeIcon(*m_ui->cmdExit, "go-previous");
+    SetThemeIcon(*m_ui->cmdExit, {"go-previous"});
     Offer(*m_ui->optShown, parts.shown);
     Offer(*m_ui->optSelected, parts.selected);
     Offer(*m_ui->optLastRun, parts.lastRun);
