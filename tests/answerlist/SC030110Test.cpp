@@ -1,6 +1,7 @@
 #include "answerlist/ListScreen.h"
 
 #include "platform/Contrast.h"
+
 #include <QHelpEvent>
 #include <QToolTip>
 

@@ -62,6 +62,22 @@ TEST(Database, RefusesWhatIsNoDatabaseOfTheSystem)
     }
 }
 
+TEST(Database, OpeningItTakesNoLockAwayFromThisProcess)
+{
+    TestDatabase database;
+    database.Run("BEGIN IMMEDIATE");
+    EXPECT_TRUE(IsLockedForOthers(database.LocalPath()));
+    for (const bool isReadOnly : {true, false}) {
+        {
+            Database other(database.LocalPath(), isReadOnly, ConnectText);
+            EXPECT_TRUE(IsLockedForOthers(database.LocalPath()));
+        }
+        EXPECT_TRUE(IsLockedForOthers(database.LocalPath()));
+    }
+    database.Run("COMMIT");
+    EXPECT_FALSE(IsLockedForOthers(database.LocalPath()));
+}
+
 TEST(Database, CreateMakesAFileOfItsGroupAndSparesAnExistingOne)
 {
     const TestFolder folder;

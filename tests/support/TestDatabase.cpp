@@ -2,10 +2,14 @@
 
 #include "data/Tables.h"
 
+#include <QFile>
 #include <QHash>
 #include <QStringList>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -70,4 +74,22 @@ QString TestDatabase::Rows(const QString &sql)
 void SetLockTimeout(Database &database, int milliseconds)
 {
     sqlite3_busy_timeout(database.Connection(), milliseconds);
+}
+
+bool IsLockedForOthers(const QString &localPath)
+{
+    const pid_t other = ::fork();
+    if (other == 0) {
+        constexpr off_t ReservedByte = 0x40000001;
+        struct flock lock = {};
+        lock.l_type = F_WRLCK;
+        lock.l_whence = SEEK_SET;
+        lock.l_start = ReservedByte;
+        lock.l_len = 1;
+        ::fcntl(::open(QFile::encodeName(localPath), O_RDWR), F_GETLK, &lock);
+        ::_exit(lock.l_type == F_WRLCK ? 1 : 0);
+    }
+    int status = 0;
+    ::waitpid(other, &status, 0);
+    return WEXITSTATUS(status) == 1;
 }

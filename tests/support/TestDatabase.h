@@ -44,3 +44,6 @@ private:
 
 /// Makes a connection give up on a lock after some milliseconds.
 void SetLockTimeout(Database &database, int milliseconds);
+
+/// Whether another process could not begin to write to the database now.
+bool IsLockedForOthers(const QString &localPath);

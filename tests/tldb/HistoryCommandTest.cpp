@@ -7,32 +7,10 @@
 
 #include <QDir>
 #include <QFile>
-#include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
-
-/// Whether another process could not begin to write to the database now.
-bool IsLockedForOthers(const QString &path)
-{
-    const pid_t other = ::fork();
-    if (other == 0) {
-        constexpr off_t ReservedByte = 0x40000001;
-        struct flock lock = {};
-        lock.l_type = F_WRLCK;
-        lock.l_whence = SEEK_SET;
-        lock.l_start = ReservedByte;
-        lock.l_len = 1;
-        ::fcntl(::open(QFile::encodeName(path), O_RDWR), F_GETLK, &lock);
-        ::_exit(lock.l_type == F_WRLCK ? 1 : 0);
-    }
-    int status = 0;
-    ::waitpid(other, &status, 0);
-    return WEXITSTATUS(status) == 1;
-}
 
 class HistoryCommands : public testing::Test
 {

@@ -44,13 +44,18 @@ QString HowToImport(const QString &localPath)
         .arg(file.absoluteFilePath(), oldName, folder);
 }
 
-void CheckFile(const QString &localPath)
+void CheckExists(const QString &localPath)
+{
+    if (!QFile::exists(localPath))
+        throw DaoErrors::Make(DaoErrors::FileNotFound, Source, localPath);
+}
+
+/// Only for a file that is no database of ours: closing a file ends every lock that this process
+/// has on it, those of the library's own connections among them.
+bool IsOldEngineFile(const QString &localPath)
 {
     QFile file(localPath);
-    if (!file.exists())
-        throw DaoErrors::Make(DaoErrors::FileNotFound, Source, localPath);
-    if (file.open(QIODevice::ReadOnly) && file.peek(OldEngineHeader.size()) == OldEngineHeader)
-        throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, HowToImport(localPath));
+    return file.open(QIODevice::ReadOnly) && file.peek(OldEngineHeader.size()) == OldEngineHeader;
 }
 
 /// A prepared statement, finalized when it goes out of scope.
@@ -95,13 +100,19 @@ Database::Database(const QString &localPath, int openFlags)
 }
 
 Database::Database(const QString &localPath, bool isReadOnly, const QString &connect)
-    : Database((CheckFile(localPath), localPath),
+    : Database((CheckExists(localPath), localPath),
                isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE)
 {
-    // A list of a hundred thousand lines fits into the cache and needs no file to be sorted; a
-    // longer one is sorted beside the reading.
-    ExecuteNative("PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF;"
-                  "PRAGMA cache_size=-64000; PRAGMA threads=2;");
+    try {
+        // A list of a hundred thousand lines fits into the cache and needs no file to be sorted; a
+        // longer one is sorted beside the reading.
+        ExecuteNative("PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF;"
+                      "PRAGMA cache_size=-64000; PRAGMA threads=2;");
+    } catch (const DaoError &error) {
+        if (error.number == DaoErrors::CorruptFile && IsOldEngineFile(localPath))
+            throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, HowToImport(localPath));
+        throw;
+    }
     // Texts are read as they stand in the file.
     const auto property = OpenRecordset("SELECT 1 FROM sqlite_master, pragma_encoding"
                                         " WHERE name = 'DBProperty' AND encoding = 'UTF-8'");

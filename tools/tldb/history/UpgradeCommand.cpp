@@ -78,8 +78,7 @@ int RunUpgrade(const QCommandLineParser &arguments, QTextStream &out, QTextStrea
     QString backupPath;
     try {
         Database database(path, false, ConnectText);
-        // Who holds the lock can't be copied from. Opening a file ends this process's locks on it,
-        // so the other connection comes first.
+        // Who holds the lock can't be copied from.
         Database source(path, true, ConnectText);
         if (!HasHistory(database)) {
             // Who writes waits until the end, so that the backup lacks nothing but the table.
