@@ -5,6 +5,7 @@
 #include "data/SearchConditions.h"
 #include "forms/WindowMemory.h"
 #include "platform/Clock.h"
+#include "platform/Log.h"
 #include "platform/MsgBox.h"
 #include "platform/RuntimeError.h"
 #include "platform/System.h"
@@ -85,6 +86,7 @@ QString ListFiles::About() const
 
 void ListFiles::TellWritten(const QString &path, int rows)
 {
+    qCInfo(LogList).noquote() << QString("出力: %1、%2 行").arg(OneLine(path)).arg(rows);
     m_showStatus(QString("%1 に %2 行を出力しました")
                      .arg(QFileInfo(path).fileName(), Decimal(rows).ToFixed(0, true)));
 }
@@ -207,6 +209,13 @@ std::optional<SheetPlan> ListFiles::Import()
         Complain(Title, path, fault);
         return std::nullopt;
     }
+    qCInfo(LogList).noquote() << QString(
+                                     "取込: %1、変更 %2、分納 %3、変更なし %4、取り込めない行 %5")
+                                     .arg(OneLine(path))
+                                     .arg(plan.changes.size())
+                                     .arg(plan.splits.size())
+                                     .arg(plan.unchanged)
+                                     .arg(plan.refused.size());
     SheetImport shown(QFileInfo(path).fileName(), plan, m_list, &m_screen);
     if (shown.exec() != QDialog::Accepted)
         return std::nullopt;
