@@ -87,8 +87,4 @@ void BenchSheets(const Sizes &sizes, std::vector<Measurement> &results)
                      {.run = [&] { WriteTexts(list, texts); }}));
     results.push_back(
         TakeIn(QString("CSV of %L1 lines taken in, beyond reading it").arg(sizes.list), list, csv));
-    results.push_back(
-        CompareTimes(QString("workbook of %L1 lines against their bare texts").arg(sizes.list), 20,
-                     {.run = [&] { Save(list, folder.filePath("list.xlsx"), SheetFormat::Xlsx); }},
-                     {.run = [&] { WriteTexts(list, texts); }}, 3));
 }

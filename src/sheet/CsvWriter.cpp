@@ -31,6 +31,32 @@ void AppendField(QString &line, const QString &text)
     line += '"';
 }
 
+/// The text in the form ="...", whose own quotes stand doubled in a field between quotes.
+void AppendProtected(QString &line, const QString &text)
+{
+    line += QLatin1String("\"=\"\"");
+    for (const QChar c : text) {
+        if (c == u'"')
+            line += QLatin1String("\"\"\"");
+        line += c;
+    }
+    line += QLatin1String("\"\"\"");
+}
+
+/// Whether a date's text is the date that it looks like, and not something else in its place.
+bool LooksLikeDate(const QString &text)
+{
+    if (text.size() != 10)
+        return false;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const bool isFit
+            = at == 4 || at == 7 ? text[at] == u'/' : text[at] >= u'0' && text[at] <= u'9';
+        if (!isFit)
+            return false;
+    }
+    return true;
+}
+
 bool IsProtected(SheetKind kind, const QString &text)
 {
     switch (kind) {
@@ -40,10 +66,22 @@ bool IsProtected(SheetKind kind, const QString &text)
         return !IsSafeCell(text);
     case SheetKind::Date:
     case SheetKind::AnswerDate:
-        return !DateOfCell(text);
+        return !LooksLikeDate(text);
     default:
         return false;
     }
+}
+
+void AppendCell(QString &line, SheetKind kind, const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    if (IsProtected(kind, text))
+        AppendProtected(line, text);
+    else if (kind == SheetKind::Text || kind == SheetKind::Written)
+        AppendField(line, text);
+    else
+        line += text; // digits do not separate fields
 }
 
 } // namespace
@@ -68,8 +106,7 @@ void CsvWriter::AppendRow(const LineList &list, int row)
     for (const SheetColumn &column : columns) {
         if (&column != &columns.front())
             m_text += ',';
-        const QString text = SheetText(list, row, column);
-        AppendField(m_text, IsProtected(column.kind, text) ? ProtectedCell(text) : text);
+        AppendCell(m_text, column.kind, SheetText(list, row, column));
     }
     m_text += LineEnd;
 }

@@ -92,11 +92,6 @@ bool IsSafeCell(const QString &text)
            || (first.unicode() >= 0x80 && first.isLetter() && HalfWidth(first) == first);
 }
 
-QString ProtectedCell(const QString &text)
-{
-    return text.isEmpty() ? text : "=\"" + QString(text).replace('"', "\"\"") + '"';
-}
-
 std::optional<Decimal> NumberOfCell(const QString &plain)
 {
     constexpr qsizetype MostDigits = 18;

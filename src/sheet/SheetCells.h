@@ -12,10 +12,6 @@
 /// the form ="..." that keeps a text a text.
 QString PlainCell(QStringView cell);
 
-/// A plain cell that a spreadsheet would take for a number, a date or a formula, in the form ="..."
-/// that it shows as the text it is.
-QString ProtectedCell(const QString &text);
-
 /// True for a text that no spreadsheet takes for anything else: it begins with a Japanese letter
 /// or an asterisk.
 bool IsSafeCell(const QString &text);

@@ -224,9 +224,14 @@ TEST_F(SheetPlanTest, EveryFormOfAFileIsTheSameFile)
 {
     Change("TLAC0010", "1", "AccHinName = '抵抗器, \"A\" ～ ㈱髙', F019 = '=1+1'");
     Change("TLSP0010", "1", "OdrNo = '0012', CustSecCD = '1-2', PayNo = char(10) || '7'");
-    Change("TLSP0010", "AccNo = 1", "AnsLimDate = '=1+1 x'"); // whatever the database has
     Load();
-    EXPECT_EQ(Planned(Written()), "=3");
+    for (const char *date : {"=1+1 x", "a,\"b\"", "=123/45/67", "1,23/45/67"}) {
+        // Whatever the database has.
+        Change("TLSP0010", "AccNo = 1", QString("AnsLimDate = '%1'").arg(date));
+        Load();
+        EXPECT_EQ(Planned(Written()), "=3") << date;
+        EXPECT_FALSE(Written().contains(",=")) << date;
+    }
     EXPECT_EQ(Planned(Written(CsvEncoding::ShiftJis)), "=3");
     EXPECT_EQ(Planned(Written().mid(3)), "=3") << "without the mark";
     EXPECT_EQ(Planned(QByteArray("PK\3\4 and more")),
