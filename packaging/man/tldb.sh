@@ -20,9 +20,10 @@ Makes, checks and brings over TLDB0010.MDB, the database that TL030101 works on,
 answer files. It needs no display.
 .SH COMMANDS
 PAGE
-"$tldb" --help | sed -n '/^Commands:/,/^$/s/^  \([a-z][a-z-]*\) .*/\1/p' | while read -r command; do
+"$tldb" --help | sed -n '/^Commands:/,/^$/s/^  \([a-z][a-z -]*[a-z]\) [A-Z[].*/\1/p' | while read -r command; do
     echo ".SS $command"
-    "$tldb" "$command" --help | sed '/^Exit code:/d' | verbatim
+    # shellcheck disable=SC2086 # the name may be two words
+    "$tldb" $command --help | sed '/^Exit code:/d' | verbatim
 done
 cat <<'PAGE'
 .SH EXIT STATUS

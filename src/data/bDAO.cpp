@@ -13,6 +13,12 @@ QString EscapedPipes(QString sql)
     return sql.replace("|", "' & Chr(124) & '");
 }
 
+QString LogText(const DaoError &error)
+{
+    return QString("エラー %1: %2（%3）")
+        .arg(QString::number(error.number), error.description, error.source);
+}
+
 int FieldOf(const Recordset &rows, QStringView column)
 {
     const int field = rows.FieldIndex(column);
@@ -31,9 +37,7 @@ Result bDAO::Guarded(Result onError, Operation &&operation)
     } catch (const DaoError &error) {
         if (error.number != DaoErrors::Cancelled) {
             // At once: the box may have to wait for the end of a transaction.
-            qCWarning(LogDatabase).noquote()
-                << QString("エラー %1: %2（%3）")
-                       .arg(QString::number(error.number), error.description, error.source);
+            qCWarning(LogDatabase).noquote() << LogText(error);
             m_engine.Errors = {error};
             ShowDBErrors();
         }
@@ -70,7 +74,8 @@ std::unique_ptr<Recordset> bDAO::TryOpenRS(const QString &sql)
 {
     try {
         return OpenRows(sql);
-    } catch (const DaoError &) {
+    } catch (const DaoError &error) {
+        qCInfo(LogDatabase).noquote() << LogText(error); // what is read may be missing
         return nullptr;
     }
 }
