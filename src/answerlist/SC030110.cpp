@@ -100,11 +100,11 @@ void SC030110::AddCommands()
         action->setShortcutContext(context);
         connect(action, &QAction::triggered, this, run);
         grid->addAction(action);
+        return action;
     };
-    const auto addButton = [&](QPushButton *button) {
-        add(button->accessibleName(), {}, [button] { button->click(); });
-        const QKeySequence key = QKeySequence::mnemonic(button->text());
-        button->setToolTip(QString("%1 (%2)").arg(button->toolTip(), key.toString()).trimmed());
+    const auto addButton = [&](QPushButton *button, const QStringList &icons) {
+        SetThemeIcon(*button, icons);
+        add(button->accessibleName(), {}, [button] { button->click(); })->setIcon(button->icon());
     };
     const auto addSeparator = [&] {
         auto *separator = new QAction(grid);
@@ -119,12 +119,16 @@ void SC030110::AddCommands()
         "回答納期を消す", {Qt::Key_Delete, Qt::Key_Backspace}, [this] { EditDates({}); },
         Qt::WidgetShortcut);
     addSeparator();
-    for (QPushButton *button : {m_ui->cmdLimSet, m_ui->cmbLimDef, m_ui->cmdCopy, m_ui->cmdDelete,
-                                m_ui->cmdDetail, m_ui->cmdMake})
-        addButton(button);
+    addButton(m_ui->cmdLimSet, {"view-calendar", "x-office-calendar"});
+    addButton(m_ui->cmbLimDef, {});
+    addButton(m_ui->cmdCopy, {"list-add"});
+    addButton(m_ui->cmdDelete, {"list-remove"});
+    addButton(m_ui->cmdDetail, {"document-properties"});
+    addButton(m_ui->cmdMake, {"document-send", "mail-send"});
     addSeparator();
-    for (QPushButton *button : {m_ui->cmdExport, m_ui->cmdImport, m_ui->cmdPrint})
-        addButton(button);
+    addButton(m_ui->cmdExport, {"document-save-as"});
+    addButton(m_ui->cmdImport, {"document-open"});
+    addButton(m_ui->cmdPrint, {"document-print"});
     addSeparator();
     add("検索", {QKeySequence::Find}, [this] { OpenFindBar(); });
     add("次を検索", {Qt::Key_F3}, [this] { Find(true); });
@@ -133,7 +137,7 @@ void SC030110::AddCommands()
     add("一覧とボタンの間を移る", {Qt::Key_F6, Qt::CTRL | Qt::Key_Tab}, [this] { LeaveGrid(); });
     addSeparator();
     grid->addAction(ForgetAction());
-    addButton(m_ui->cmdExit);
+    addButton(m_ui->cmdExit, {"go-previous"});
 }
 
 /// Colours that the desktop's palette gives: the main command, and the legend.
