@@ -26,6 +26,7 @@ namespace {
 
 constexpr auto Customer = "C0001";
 constexpr int AnsweredRows = 12;
+constexpr int PatienceMs = 30000; // with a machine that is busy otherwise
 
 /// Writes every record of the answer files, decoded field by field, to one text file. Empty when
 /// all is well, else what is wrong.
@@ -70,11 +71,13 @@ private:
     /// Takes the picture of the program's windows with their frames, as the operator sees them.
     void Shoot(const QString &name)
     {
-        const bool isFramed = QTest::qWaitFor([] {
-            return std::ranges::all_of(Windows(), [](const QWindow *window) {
-                return window->frameGeometry() != window->geometry();
-            });
-        });
+        const bool isFramed = QTest::qWaitFor(
+            [] {
+                return std::ranges::all_of(Windows(), [](const QWindow *window) {
+                    return window->frameGeometry() != window->geometry();
+                });
+            },
+            PatienceMs);
         if (!isFramed)
             return Fail("there is no window manager");
         const QImage screen = StillScreen();
@@ -107,7 +110,7 @@ private:
         };
         QImage screen;
         const bool isStill
-            = QTest::qWaitFor([&] { return screen == std::exchange(screen, grab()); });
+            = QTest::qWaitFor([&] { return screen == std::exchange(screen, grab()); }, PatienceMs);
         return isStill ? screen : QImage();
     }
 
