@@ -10,6 +10,9 @@
 
 namespace {
 
+/// As the list shows it; further decimals, which no answer has, are not hidden: a spreadsheet saves
+/// as CSV what it shows.
+constexpr auto QuantityFormat = "#,##0.000######";
 constexpr auto FontName = "Yu Gothic";
 constexpr lxw_color_t HeadingColor = 0xD9E1F2;
 constexpr lxw_color_t AnswerColor = 0xFFF2CC; ///< of what is to be filled in
@@ -64,9 +67,9 @@ Workbook::Workbook(const QString &localPath)
     m_sheet = workbook_add_worksheet(m_workbook.get(), "納期回答");
     m_key = AddFormat("0", false);
     m_text = AddFormat("@", false);
-    m_number = AddFormat("#,##0.000", false);
+    m_number = AddFormat(QuantityFormat, false);
     m_date = AddFormat("yyyy/mm/dd", false);
-    m_answerNumber = AddFormat("#,##0.000", true);
+    m_answerNumber = AddFormat(QuantityFormat, true);
     m_answerDate = AddFormat("yyyy/mm/dd", true);
 }
 
