@@ -1,5 +1,6 @@
 #include "forms/Form.h"
 
+#include "forms/StatusPanel.h"
 #include "forms/WindowMemory.h"
 #include "platform/Contrast.h"
 
@@ -7,7 +8,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QFocusEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStatusTipEvent>
@@ -44,7 +44,7 @@ bool Form::event(QEvent *event)
 
 void Form::ShowWord(const QString &word)
 {
-    auto *panel = findChild<QLabel *>("MSG");
+    auto *panel = findChild<StatusPanel *>("MSG");
     if (!panel)
         return;
     const bool isHidden = m_word.isEmpty() || panel->text() != m_word;
@@ -56,7 +56,7 @@ void Form::ShowWord(const QString &word)
     if (isHidden)
         m_textBehindWord = panel->text();
     panel->setText(word);
-    AlertOf(*panel);
+    panel->Alert();
 }
 
 void Form::keyPressEvent(QKeyEvent *event)

@@ -1,63 +1,14 @@
 #include "forms/StatusPanels.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
-#include <QLabel>
+#include "forms/StatusPanel.h"
+
 #include <QStatusBar>
 
 namespace {
 
-class StatusPanel : public QLabel
-{
-    Q_OBJECT
-
-public:
-    using QLabel::QLabel;
-
-    bool IsAlert() const { return !text().isEmpty() && text() == alertText; }
-
-    QString alertText; ///< what an alert was given of last
-};
-
-/// What a screen reader knows of a panel: its text, and whether that is an alert.
-class PanelInterface : public QAccessibleWidget
-{
-public:
-    explicit PanelInterface(StatusPanel *panel)
-        : QAccessibleWidget(panel, QAccessible::StaticText)
-        , m_panel(panel)
-    {
-    }
-
-    QAccessible::Role role() const override
-    {
-        return m_panel->IsAlert() ? QAccessible::AlertMessage : QAccessible::StaticText;
-    }
-
-    QString text(QAccessible::Text kind) const override
-    {
-        return kind == QAccessible::Name ? m_panel->text() : QString();
-    }
-
-private:
-    const StatusPanel *m_panel;
-};
-
-QAccessibleInterface *MakeInterface(const QString &, QObject *object)
-{
-    auto *panel = qobject_cast<StatusPanel *>(object);
-    return panel ? new PanelInterface(panel) : nullptr;
-}
-
 StatusPanel *Find(const QStatusBar &bar, const QString &key)
 {
     return bar.findChild<StatusPanel *>(key);
-}
-
-void Tell(QAccessible::Event what, QLabel &panel)
-{
-    QAccessibleEvent event(&panel, what);
-    QAccessible::updateAccessibility(&event);
 }
 
 /// True when it is another text than before.
@@ -75,23 +26,8 @@ bool Show(StatusPanel &panel, const QString &text, const QPalette &colors)
 
 } // namespace
 
-void AlertOf(QLabel &panel)
-{
-    if (auto *own = qobject_cast<StatusPanel *>(&panel))
-        own->alertText = panel.text();
-    // The bridge to the desktop's screen readers has no alert of its own: there it is an object of
-    // that role which comes into view.
-    Tell(QAccessible::Alert, panel);
-    Tell(QAccessible::ObjectShow, panel);
-}
-
 void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
 {
-    static const bool isInstalled = [] {
-        QAccessible::installFactory(MakeInterface);
-        return true;
-    }();
-    Q_UNUSED(isInstalled)
     for (const QString &key : keys) {
         auto *panel = new StatusPanel(&bar);
         panel->setObjectName(key);
@@ -111,7 +47,7 @@ QString PanelText(const QStatusBar &bar, const QString &key)
 void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
 {
     StatusPanel *panel = Find(bar, key);
-    panel->alertText.clear();
+    panel->Calm();
     Show(*panel, text, {});
 }
 
@@ -123,7 +59,5 @@ void SetPanelWarning(QStatusBar &bar, const QString &key, const QString &text)
     colors.setColor(QPalette::WindowText, Qt::black);
     StatusPanel *panel = Find(bar, key);
     if (Show(*panel, text, colors) || !panel->IsAlert())
-        AlertOf(*panel);
+        panel->Alert();
 }
-
-#include "StatusPanels.moc"

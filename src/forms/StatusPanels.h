@@ -2,7 +2,6 @@
 
 #include <QStringList>
 
-class QLabel;
 class QStatusBar;
 
 /// Gives a status bar its panels: the first takes the free width, the others are as wide as their
@@ -17,6 +16,3 @@ void SetPanelText(QStatusBar &bar, const QString &key, const QString &text);
 /// The same in the colours of a warning, which a screen reader reads at once. The next text in the
 /// panel ends it.
 void SetPanelWarning(QStatusBar &bar, const QString &key, const QString &text);
-
-/// Has a screen reader read the panel at once.
-void AlertOf(QLabel &panel);
