@@ -19,7 +19,7 @@ GridAccessible::~GridAccessible()
     if (GridView *grid = Grid())
         grid->m_accessible = nullptr;
     for (const auto &[place, part] : m_parts)
-        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(part));
+        QAccessible::deleteAccessibleInterface(part);
 }
 
 void GridAccessible::Install()
@@ -111,7 +111,7 @@ QAccessibleInterface *GridAccessible::Part(int row, int column) const
     if (!grid)
         return &m_noCell;
     if (const auto known = m_parts.find({row, column}); known != m_parts.end())
-        return known->second;
+        return Known(known->second);
     constexpr size_t Most = 4000; // far more than are on a screen
     if (m_parts.size() >= Most)
         ForgetHidden();
@@ -120,19 +120,22 @@ QAccessibleInterface *GridAccessible::Part(int row, int column) const
         part = new HeadingAccessible(grid, row, column);
     else
         part = new CellAccessible(grid, row, column);
-    m_parts[{row, column}] = part;
-    QAccessible::registerAccessibleInterface(part);
+    m_parts[{row, column}] = QAccessible::registerAccessibleInterface(part);
     part->Remember();
     return part;
 }
 
-/// A client may be about to ask the part something.
-void GridAccessible::LetGo(GridPart *part)
+GridPart *GridAccessible::Known(QAccessible::Id part)
 {
-    part->Leave();
-    const QAccessible::Id id = QAccessible::uniqueId(part);
+    return static_cast<GridPart *>(QAccessible::accessibleInterface(part));
+}
+
+/// Its holder may be about to ask it something.
+void GridAccessible::LetGo(QAccessible::Id part)
+{
+    Known(part)->Leave();
     QMetaObject::invokeMethod(
-        qApp, [id] { QAccessible::deleteAccessibleInterface(id); }, Qt::QueuedConnection);
+        qApp, [part] { QAccessible::deleteAccessibleInterface(part); }, Qt::QueuedConnection);
 }
 
 void GridAccessible::Forget() const
@@ -145,7 +148,7 @@ void GridAccessible::Forget() const
 void GridAccessible::ForgetHidden() const
 {
     std::erase_if(m_parts, [this](const auto &entry) {
-        const QAccessible::State state = entry.second->state();
+        const QAccessible::State state = Known(entry.second)->state();
         if (!state.offscreen || state.focused)
             return false;
         LetGo(entry.second);
@@ -345,10 +348,9 @@ void GridAccessible::modelChange(QAccessibleTableModelChangeEvent *event)
     if (event->modelChangeType() != QAccessibleTableModelChangeEvent::DataChanged)
         return; // the grid tells of these, also of those that come before anybody listens
     // A row's heading tells of its cells.
-    const std::map<std::pair<int, int>, GridPart *> parts(
+    const std::map<std::pair<int, int>, QAccessible::Id> parts(
         m_parts.lower_bound({event->firstRow(), -1}),
         m_parts.upper_bound({event->lastRow(), INT_MAX}));
     for (const auto &[place, part] : parts)
-        if (part->isValid())
-            part->TellChange();
+        Known(part)->TellChange();
 }

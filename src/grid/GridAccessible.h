@@ -80,8 +80,9 @@ private:
     bool ChangeSelection(int row, bool isSelected);
     void Forget() const; ///< lets go of all parts
     void ForgetHidden() const;
-    static void LetGo(GridPart *part);
+    static GridPart *Known(QAccessible::Id part);
+    static void LetGo(QAccessible::Id part);
 
-    mutable std::map<std::pair<int, int>, GridPart *> m_parts;
+    mutable std::map<std::pair<int, int>, QAccessible::Id> m_parts; ///< by row and column
     mutable CellAccessible m_noCell;
 };
