@@ -2,6 +2,7 @@
 
 #include "forms/StatusPanel.h"
 
+#include <QSizeGrip>
 #include <QStatusBar>
 
 namespace {
@@ -37,6 +38,8 @@ void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
             panel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         bar.addWidget(panel, isFirst ? 1 : 0);
     }
+    if (auto *grip = bar.findChild<QSizeGrip *>())
+        grip->setAccessibleName("ウィンドウの大きさ");
 }
 
 QString PanelText(const QStatusBar &bar, const QString &key)

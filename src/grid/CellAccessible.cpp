@@ -135,8 +135,8 @@ QRect CellAccessible::Place() const
 
 QString CellAccessible::Content() const
 {
-    const QString spoken = Index().data(Qt::AccessibleTextRole).toString();
-    return Index().data(Qt::AccessibleTextRole).isNull() ? Index().data().toString() : spoken;
+    const QVariant spoken = Index().data(Qt::AccessibleTextRole);
+    return spoken.isNull() ? Index().data().toString() : spoken.toString();
 }
 
 QString CellAccessible::text(QAccessible::Text kind) const
@@ -269,13 +269,32 @@ QString CellAccessible::attributes(int, int *start, int *end) const
     return {};
 }
 
+void CellAccessible::deleteText(int start, int end)
+{
+    Type(start, end, {});
+}
+
+void CellAccessible::insertText(int at, const QString &text)
+{
+    Type(at, at, text);
+}
+
 void CellAccessible::replaceText(int start, int end, const QString &text)
+{
+    const bool isWhole = start <= 0 && end >= characterCount();
+    if (Type(start, end, text)
+        && isWhole) // a box may come of it, which must not hold up the answer
+        QMetaObject::invokeMethod(m_grid, &GridView::FinishEdit, Qt::QueuedConnection);
+}
+
+/// False when nothing is taken.
+bool CellAccessible::Type(int start, int end, const QString &text)
 {
     const bool wasInEdit = Editor();
     const int count = characterCount();
     QLineEdit *editor = m_grid ? m_grid->OpenEditor(Index()) : nullptr;
     if (!editor)
-        return;
+        return false;
     const auto place = [&](int offset) -> std::optional<int> {
         if (offset <= 0)
             return 0;
@@ -286,11 +305,9 @@ void CellAccessible::replaceText(int start, int end, const QString &text)
     const auto from = place(start);
     const auto to = place(end);
     if (!from || !to || *from > *to)
-        return;
-    if (*from == *to)
-        editor->setCursorPosition(*from), editor->deselect();
-    else
-        editor->setSelection(*from, *to - *from);
+        return false;
+    editor->setCursorPosition(*from);
+    editor->setSelection(*from, *to - *from);
     const QString before = editor->text();
     if (text.isEmpty() && editor->hasSelectedText()) {
         editor->del();
@@ -299,10 +316,7 @@ void CellAccessible::replaceText(int start, int end, const QString &text)
         typed.setCommitString(text);
         QCoreApplication::sendEvent(editor, &typed);
     }
-    const bool isRefused = editor->text() == before && editor->hasSelectedText();
-    const bool isWhole = start <= 0 && end >= count;
-    if (isWhole && !isRefused) // a box may come of it, which must not hold up the answer
-        QMetaObject::invokeMethod(m_grid, &GridView::FinishEdit, Qt::QueuedConnection);
+    return editor->text() != before || !editor->hasSelectedText();
 }
 
 QStringList CellAccessible::actionNames() const

@@ -66,9 +66,9 @@ private:
 };
 
 /// A cell. Its name is what it shows and, in words, what its row's colours say; its text is what it
-/// shows alone, or what stands in its editor. To change the text is to type: it opens the editor,
-/// whose rules hold, and a whole new text is also entered. A part of a text can be changed while
-/// the editor is open only, because it holds another form than the cell shows.
+/// shows alone, or what stands in its editor. To set the text is to type it and enter it; to insert
+/// or delete is to type, and leaves the editor open. Its rules hold for either. A part of a text
+/// can be changed while the editor is open only, because it holds another form than the cell shows.
 class CellAccessible : public GridPart,
                        public QAccessibleTableCellInterface,
                        public QAccessibleTextInterface,
@@ -107,8 +107,8 @@ public:
     void scrollToSubstring(int, int) override;
     QString attributes(int, int *start, int *end) const override;
 
-    void deleteText(int start, int end) override { replaceText(start, end, {}); }
-    void insertText(int at, const QString &text) override { replaceText(at, at, text); }
+    void deleteText(int start, int end) override;
+    void insertText(int at, const QString &text) override;
     void replaceText(int start, int end, const QString &text) override;
 
     QStringList actionNames() const override;
@@ -121,4 +121,5 @@ private:
     bool IsEditable() const;
     QLineEdit *Editor() const; ///< null when the cell is not in edit
     QString Content() const;
+    bool Type(int start, int end, const QString &text);
 };

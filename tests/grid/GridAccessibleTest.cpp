@@ -261,6 +261,15 @@ TEST_F(GridAccessibleTest, APartOfATextIsChangedInTheEditor)
     Key(Qt::Key_Return);
     EXPECT_EQ(Text(1, Date), "261224");
     EXPECT_FALSE(grid.IsEditing());
+
+    // Key by key, beginning with nothing.
+    edit()->deleteText(0, 6);
+    edit()->insertText(0, "2");
+    edit()->insertText(1, "61225");
+    QApplication::processEvents();
+    EXPECT_EQ(Text(1, Date), "261225");
+    EXPECT_TRUE(grid.FinishEdit());
+    EXPECT_EQ(rows.texts.begin()->second, "261225");
 }
 
 TEST_F(GridAccessibleTest, NothingIsDoneBehindABox)
