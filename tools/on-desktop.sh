@@ -11,7 +11,7 @@ Xvfb -displayfd 3 -ac -screen 0 1440x900x24 3>"$work/number" 2>"$work/log" &
 display=$!
 read -r number <"$work/number"
 export DISPLAY=":$number" XDG_RUNTIME_DIR="$work"
-unset WAYLAND_DISPLAY
+unset WAYLAND_DISPLAY QT_QPA_PLATFORM
 
 openbox --sm-disable --startup "sh -c 'echo >$work/managed'" >>"$work/log" 2>&1 &
 read -r _ <"$work/managed"

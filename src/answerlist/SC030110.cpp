@@ -46,8 +46,9 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     m_ui->chkOpenOnly->setChecked(m_model.ShowsOpenOnly());
     m_ui->spdList->SetLines(m_model);
     ClearScreen();
+    SetMainAct(m_ui->cmdMake);
     AddCommands();
-    Color();
+    ColorLegend();
 
     connect(m_ui->cmdLimSet, &QPushButton::clicked, this, &SC030110::cmdLimSet_Click);
     connect(m_ui->cmbLimDef, &QPushButton::clicked, this, &SC030110::cmbLimDef_Click);
@@ -140,19 +141,11 @@ void SC030110::AddCommands()
     addButton(m_ui->cmdExit, {"go-previous"});
 }
 
-/// Colours that the desktop's palette gives: the main command, and the legend.
-void SC030110::Color()
+/// The legend has the colour of its lines, as far as it can be read here.
+void SC030110::ColorLegend()
 {
-    const QPalette colors = palette();
-    QPalette main = colors;
-    constexpr int Darker = 130; // percent: the style brightens a button's upper half
-    main.setColor(QPalette::Button, Readable(colors.color(QPalette::Highlight),
-                                             colors.color(QPalette::HighlightedText))
-                                        .darker(Darker));
-    main.setColor(QPalette::ButtonText, colors.color(QPalette::HighlightedText));
-    m_ui->cmdMake->setPalette(main);
-    QPalette legend = colors;
-    legend.setColor(QPalette::WindowText, Readable(DefectiveColor, colors.color(QPalette::Window)));
+    QPalette legend = palette();
+    legend.setColor(QPalette::WindowText, Readable(DefectiveColor, legend.color(QPalette::Window)));
     m_ui->lblDefective->setPalette(legend);
 }
 
@@ -160,7 +153,7 @@ void SC030110::changeEvent(QEvent *event)
 {
     Form::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
-        Color();
+        ColorLegend();
 }
 
 void SC030110::ClearScreen()

@@ -48,7 +48,7 @@ protected:
 
 private:
     void AddCommands();
-    void Color();
+    void ColorLegend();
     void ClearScreen();
     void Activate();
     LoadedList LoadLines();

@@ -185,6 +185,15 @@ void Form::ColorControls()
         box->setPalette(box->isReadOnly() ? readOnly : outlined);
     for (QAbstractButton *button : findChildren<QAbstractButton *>())
         button->setPalette(outlined);
+    if (!m_mainAct)
+        return;
+    constexpr int Darker = 130; // percent: the style brightens a button's upper half
+    const QColor text = palette().color(QPalette::HighlightedText);
+    QPalette act = outlined;
+    act.setColor(QPalette::Button,
+                 Readable(palette().color(QPalette::Highlight), text).darker(Darker));
+    act.setColor(QPalette::ButtonText, text);
+    m_mainAct->setPalette(act);
 }
 
 bool Form::eventFilter(QObject *object, QEvent *event)

@@ -39,6 +39,9 @@ public:
     /// Ctrl+Enter presses this button, from any field.
     void SetMainButton(QAbstractButton *button) { m_mainButton = button; }
 
+    /// This button stands out, as what the form is for.
+    void SetMainAct(QAbstractButton *button) { m_mainAct = button; }
+
     /// Enter and the arrow keys pass this button over.
     void SetHelperButton(QWidget *button) { m_helperButtons.insert(button); }
 
@@ -91,6 +94,7 @@ private:
     QPointer<QWidget> m_lostClickTarget;
     QAbstractButton *m_escapeButton = nullptr;
     QAbstractButton *m_mainButton = nullptr;
+    QAbstractButton *m_mainAct = nullptr;
     QString m_word; ///< of a control, in the panel
     QString m_textBehindWord;
     Arrangement m_arrangement;

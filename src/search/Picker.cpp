@@ -94,11 +94,6 @@ bool Picker::eventFilter(QObject *object, QEvent *event)
 {
     if (object == m_grid.Client() && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
-        const bool isEnd = key->key() == Qt::Key_End;
-        if ((isEnd || key->key() == Qt::Key_Home) && key->modifiers() == Qt::NoModifier) {
-            m_grid.ActiveCell(isEnd ? m_grid.ItemCount() : 1, m_grid.Client()->ActiveColumn());
-            return true;
-        }
         const bool isCommand = key->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
         if (!isCommand && !key->text().isEmpty() && key->text()[0].isPrint()) {
             JumpTo(key->text());

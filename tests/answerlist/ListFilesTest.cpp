@@ -286,7 +286,7 @@ TEST_F(ListFilesTest, PaperHasAsManyPagesAsItsRowsTake)
         ASSERT_TRUE(printed == pages || printed == pages + 1) << table.rows;
         pages = printed;
     }
-    EXPECT_GT(pages, 3);
+    EXPECT_GE(pages, 3);
     QPdfWriter stopped(file.folder.Path("stopped.pdf"));
     EXPECT_FALSE(PrintTable(table, stopped, [] { return false; }));
 }
