@@ -4,6 +4,7 @@
 #include "data/Tables.h"
 #include "data/dao/Database.h"
 #include "data/dao/Dialect.h"
+#include "data/dao/sqlite/SqliteConnection.h"
 #include "grid/SpreadGrid.h"
 #include "grid/SpreadX.h"
 #include "lines/ListLoading.h"
@@ -62,7 +63,9 @@ void BenchListLoad(const Sizes &sizes, bDAO &db, Database &bareDatabase,
     const QString sql = BuildListSql(BenchDatabase::CustomerOf(sizes.list));
     results.push_back(CompareTimes(
         QString("list load, %L1 lines of %L2").arg(sizes.list).arg(sizes.database), 1.0,
-        LoadWork(db, sizes.list), {.run = [&] { CopyTexts(bareDatabase.Connection(), sql); }}));
+        LoadWork(db, sizes.list), {.run = [&] {
+            CopyTexts(static_cast<SqliteConnection &>(bareDatabase.Engine()).Handle(), sql);
+        }}));
 }
 
 void BenchLoadPerLine(const Sizes &sizes, bDAO &db, std::vector<Measurement> &results)

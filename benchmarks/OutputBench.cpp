@@ -2,6 +2,7 @@
 
 #include "data/Tables.h"
 #include "data/dao/Database.h"
+#include "data/dao/sqlite/SqliteConnection.h"
 #include "lines/AnswerDates.h"
 #include "lines/ListLoading.h"
 #include "lines/Registration.h"
@@ -32,6 +33,11 @@ std::vector<qint64> OrdersOf(const LineList &list)
     return orders;
 }
 
+sqlite3 *HandleOf(Database &database)
+{
+    return static_cast<SqliteConnection &>(database.Engine()).Handle();
+}
+
 /// Prepared statements and one commit per order; `before` runs ahead of each.
 void ChangeEach(
     Database &database, const std::vector<qint64> &orders,
@@ -39,14 +45,14 @@ void ChangeEach(
 {
     std::vector<sqlite3_stmt *> prepared;
     for (const char *sql : statements)
-        sqlite3_prepare_v2(database.Connection(), sql, -1, &prepared.emplace_back(), nullptr);
+        sqlite3_prepare_v2(HandleOf(database), sql, -1, &prepared.emplace_back(), nullptr);
     for (const qint64 accNo : orders) {
         before();
         database.ExecuteNative("BEGIN IMMEDIATE");
         for (sqlite3_stmt *statement : prepared) {
             sqlite3_bind_int64(statement, 1, accNo);
             if (sqlite3_step(statement) != SQLITE_DONE)
-                throw std::runtime_error(sqlite3_errmsg(database.Connection()));
+                throw std::runtime_error(sqlite3_errmsg(HandleOf(database)));
             sqlite3_reset(statement);
         }
         database.ExecuteNative("COMMIT");

@@ -9,17 +9,12 @@
 #include <QFileInfo>
 #include <QSettings>
 #include <QUrl>
-#include <atomic>
 #include <chrono>
 #include <optional>
-#include <sqlite3.h>
 
 namespace {
 
 using namespace std::chrono_literals;
-
-/// How often the check looks whether somebody writes: about so long a writer may have to wait.
-constexpr auto Interval = 20ms;
 
 /// How long nobody must have written before the check begins or goes on, and how often it looks.
 constexpr auto Quiet = 300ms;
@@ -29,15 +24,6 @@ constexpr auto QuietInterval = 100ms;
 bool IsWrittenTo(const QString &localPath)
 {
     return QFile::exists(localPath + "-journal");
-}
-
-/// Whether somebody holds or waits for the right to write, who has perhaps not changed anything
-/// yet.
-bool IsReserved(sqlite3_file *file)
-{
-    int isReserved = 0;
-    file->pMethods->xCheckReservedLock(file, &isReserved);
-    return isReserved != 0;
 }
 
 /// Waits until nobody has written for a while. False when the check is to stop.
@@ -53,49 +39,22 @@ bool WaitForQuiet(const QString &localPath, const std::stop_token &stop)
     return true;
 }
 
-/// The faults of the file's structure in a row of the engine's report, a heading and a line for
-/// each. Other rows tell of a column's values, with which no line is lost.
-QStringList FileFaults(const QString &table, const QString &reported)
-{
-    QStringList faults = reported.split('\n', Qt::SkipEmptyParts);
-    if (!faults.value(0).startsWith("*** in database"))
-        return {};
-    faults.removeFirst();
-    for (QString &fault : faults)
-        fault.prepend(table + ": ");
-    return faults;
-}
-
 /// The faults of a table; nothing when the check gave way to a writer or is to stop.
 std::optional<QStringList> FaultsOf(Database &database, const QString &table,
                                     const QString &localPath, const std::stop_token &stop)
 {
-    sqlite3_file *file = nullptr;
-    sqlite3_file_control(database.Connection(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    std::atomic<bool> hasGivenWay = false;
-    const std::jthread watch([&](const std::stop_token &isDone) {
-        for (; !isDone.stop_requested(); std::this_thread::sleep_for(Interval)) {
-            if (!stop.stop_requested() && !IsWrittenTo(localPath) && !IsReserved(file))
-                continue;
-            hasGivenWay = true;
-            sqlite3_interrupt(database.Connection());
-        }
-    });
-    QStringList faults;
     try {
-        const auto rows = database.OpenRecordset("PRAGMA quick_check(" + table + ')');
-        for (; !rows->IsEof(); rows->MoveNext())
-            faults += FileFaults(table, rows->Text(0));
+        auto faults = database.Engine().FindDamage(
+            table, [&] { return stop.stop_requested() || IsWrittenTo(localPath); });
+        if (faults)
+            for (QString &fault : *faults)
+                fault.prepend(table + ": ");
+        return faults;
     } catch (const DaoError &error) {
-        if (error.number == DaoErrors::Cancelled || error.number == DaoErrors::Locked)
-            return std::nullopt;
         if (error.number == DaoErrors::CorruptFile)
-            faults += table + ": " + error.description;
-        // Else a table that this database does not have: the program's own error boxes tell.
+            return QStringList{table + ": " + error.description};
+        return QStringList(); // a table that is missing: the program's own error boxes tell
     }
-    if (hasGivenWay) // what it found before it was interrupted means nothing
-        return std::nullopt;
-    return faults;
 }
 
 QString SettingsKey(const QString &localPath)

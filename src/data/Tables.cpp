@@ -187,27 +187,6 @@ constexpr ColumnDefinition AnswerHistory[] = {
 
 #undef COMMON_COLUMNS
 
-QString SqlTypeOf(const ColumnDefinition &column)
-{
-    if (column.IsText())
-        return "TEXT COLLATE NOCASE";
-    return column.type == Integer ? "INTEGER" : "REAL";
-}
-
-QString CreateStatement(const TableDefinition &table)
-{
-    QStringList parts;
-    QStringList keys;
-    for (const ColumnDefinition &column : table.columns) {
-        parts += QString(column.name) + ' ' + SqlTypeOf(column) + (column.isKey ? " NOT NULL" : "");
-        if (column.isKey)
-            keys += column.name;
-    }
-    if (!keys.isEmpty())
-        parts += "PRIMARY KEY (" + keys.join(", ") + ')';
-    return "CREATE TABLE " + QString(table.name) + " (" + parts.join(", ") + ");";
-}
-
 } // namespace
 
 std::span<const TableDefinition> Tables()
@@ -259,9 +238,27 @@ std::optional<QString> SqlLiteralOf(const ColumnDefinition &column, const QStrin
     return Decimal::FromText(text).ToText();
 }
 
+QString CreateTableSql(const Connection &engine, const QString &name,
+                       std::span<const ColumnDefinition> columns)
+{
+    QStringList parts;
+    QStringList keys;
+    for (const ColumnDefinition &column : columns) {
+        const StoredColumn wanted = engine.Wanted(column);
+        parts += wanted.name + ' ' + wanted.type
+                 + (wanted.collation.isEmpty() ? "" : " COLLATE " + wanted.collation)
+                 + (wanted.isNotNull ? " NOT NULL" : "");
+        if (column.isKey)
+            keys += column.name;
+    }
+    if (!keys.isEmpty())
+        parts += "PRIMARY KEY (" + keys.join(", ") + ')';
+    return "CREATE TABLE " + name + " (" + parts.join(", ") + ')';
+}
+
 void CreateTable(Database &database, const TableDefinition &table)
 {
-    database.ExecuteNative(CreateStatement(table));
+    database.ExecuteNative(CreateTableSql(database.Engine(), table.name, table.columns));
     for (const char *column : table.indexes)
         database.ExecuteNative(QString("CREATE INDEX %1_%2 ON %1 (%2)").arg(table.name, column));
 }

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+class Connection;
 class Database;
 
 /// The tables of TLDB0010.MDB: the one definition, for creating and checking a database and for
@@ -69,6 +70,10 @@ inline constexpr double OldestAccessVersion = 8.0;
 
 /// The connect text with the suite's password.
 inline constexpr auto ConnectText = ";PWD=velmo";
+
+/// CREATE TABLE of a table with these columns, as the engine has to store them.
+QString CreateTableSql(const Connection &engine, const QString &name,
+                       std::span<const ColumnDefinition> columns);
 
 /// Makes a table that the database does not have, with its indexes. Throws DaoError.
 void CreateTable(Database &database, const TableDefinition &table);

@@ -14,7 +14,7 @@ TEST(Dialect, Translations)
         {"x = 'A' & y & 'B'", "x = 'A' || y || 'B'"},
         {"x = \"say \"\"hi\"\"\"", "x = 'say \"hi\"'"},
         {"x LIKE 'AB*'", "x LIKE 'AB%'"},
-        {"x Not Like 'O''N*'", "x Not LIKE 'O''N%'"},
+        {"x Not Like 'O''N*'", "x NOT LIKE 'O''N%'"},
         {"x LIKE '12[#]4*'", "x LIKE '12#4%'"},
         {"x LIKE '10%_*'", "x LIKE '10\\%\\_%' ESCAPE '\\'"},
         {"x LIKE 'C:\\A*'", "x LIKE 'C:\\\\A%' ESCAPE '\\'"},

@@ -8,7 +8,8 @@
 #include "data/bDAO.h"
 #include "data/dao/DaoError.h"
 #include "data/dao/Dialect.h"
-#include "data/dao/SqlFunctions.h"
+#include "data/dao/sqlite/SqlFunctions.h"
+#include "data/dao/sqlite/SqliteConnection.h"
 
 #include <sqlite3.h>
 
@@ -30,6 +31,11 @@ int AllowRows(void *, int action, const char *, const char *, const char *, cons
     }
 }
 
+sqlite3 *HandleOf(Database &database)
+{
+    return static_cast<SqliteConnection &>(database.Engine()).Handle();
+}
+
 /// A database in memory with every table and no rows, in which nothing runs for long.
 std::unique_ptr<Database> MakeDatabase()
 {
@@ -38,10 +44,10 @@ std::unique_ptr<Database> MakeDatabase()
     auto database = Database::Create(":memory:", ConnectText);
     CreateTables(*database);
     database->ExecuteNative("PRAGMA query_only=ON");
-    sqlite3_limit(database->Connection(), SQLITE_LIMIT_LENGTH, MaxLength);
+    sqlite3_limit(HandleOf(*database), SQLITE_LIMIT_LENGTH, MaxLength);
     sqlite3_progress_handler(
-        database->Connection(), MaxSteps, [](void *) { return 1; }, nullptr);
-    sqlite3_set_authorizer(database->Connection(), AllowRows, nullptr);
+        HandleOf(*database), MaxSteps, [](void *) { return 1; }, nullptr);
+    sqlite3_set_authorizer(HandleOf(*database), AllowRows, nullptr);
     return database;
 }
 
@@ -51,7 +57,7 @@ bool IsOneStatement(Database &database, const QString &native)
     const QByteArray utf8 = native.toUtf8();
     sqlite3_stmt *statement = nullptr;
     const char *tail = nullptr;
-    sqlite3_prepare_v2(database.Connection(), utf8.data(), int(utf8.size()), &statement, &tail);
+    sqlite3_prepare_v2(HandleOf(database), utf8.data(), int(utf8.size()), &statement, &tail);
     sqlite3_finalize(statement);
     return statement && QByteArray(tail, utf8.data() + utf8.size() - tail).trimmed().isEmpty();
 }

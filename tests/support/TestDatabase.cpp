@@ -1,10 +1,12 @@
 #include "support/TestDatabase.h"
 
 #include "data/Tables.h"
+#include "data/dao/sqlite/SqliteConnection.h"
 
 #include <QFile>
 #include <QHash>
 #include <QStringList>
+#include <cmath>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -59,21 +61,22 @@ void TestDatabase::Insert(const QString &table,
 QString TestDatabase::Rows(const QString &sql)
 {
     QStringList rows;
-    const auto keep = [](void *to, int count, char **texts, char **) {
+    m_other->VisitRows(sql, [&rows](std::span<const RowValue> row) {
         QStringList values;
-        for (int column = 0; column < count; ++column)
-            values += QString::fromUtf8(texts[column]);
-        *static_cast<QStringList *>(to) += values.join('|');
-        return 0;
-    };
-    EXPECT_EQ(sqlite3_exec(m_other->Connection(), sql.toUtf8(), keep, &rows, nullptr), SQLITE_OK)
-        << sqlite3_errmsg(m_other->Connection());
+        for (const RowValue &value : row) {
+            // A double without decimals is told from a whole number.
+            const bool isWholeDouble
+                = value.type == ValueType::Real && value.Number() == std::trunc(value.Number());
+            values += value.Text() + (isWholeDouble ? ".0" : "");
+        }
+        rows += values.join('|');
+    });
     return rows.join(' ');
 }
 
 void SetLockTimeout(Database &database, int milliseconds)
 {
-    sqlite3_busy_timeout(database.Connection(), milliseconds);
+    sqlite3_busy_timeout(static_cast<SqliteConnection &>(database.Engine()).Handle(), milliseconds);
 }
 
 bool IsLockedForOthers(const QString &localPath)

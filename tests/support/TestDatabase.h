@@ -9,8 +9,6 @@
 #include <memory>
 #include <utility>
 
-struct sqlite3;
-
 /// A database with every table and no rows, alone in a temporary folder. It holds a connection of
 /// its own, as another program of the suite would, through which rows are put in and looked at.
 class TestDatabase

@@ -6,15 +6,22 @@ Database &Workspace::OpenDatabase(const QString &localPath, bool isReadOnly, con
     return *m_database;
 }
 
+Database &Workspace::Opened()
+{
+    if (!m_database)
+        throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Workspace");
+    return *m_database;
+}
+
 void Workspace::BeginTrans(bool isExclusive)
 {
-    Run(isExclusive ? "BEGIN EXCLUSIVE" : "BEGIN IMMEDIATE");
+    Opened().BeginTrans(isExclusive);
     m_isBegun = true;
 }
 
 void Workspace::CommitTrans()
 {
-    Run("COMMIT");
+    Opened().CommitTrans();
     m_isBegun = false;
 }
 
@@ -23,12 +30,5 @@ void Workspace::Rollback()
     const bool isEnded = m_isBegun && m_database && !m_database->IsInTransaction();
     m_isBegun = false;
     if (!isEnded)
-        Run("ROLLBACK");
-}
-
-void Workspace::Run(const char *sql)
-{
-    if (!m_database)
-        throw DaoErrors::Make(DaoErrors::ObjectInvalid, "DAO.Workspace");
-    m_database->ExecuteNative(sql);
+        Opened().Rollback();
 }

@@ -15,15 +15,15 @@ public:
     Database &OpenDatabase(const QString &localPath, bool isReadOnly, const QString &connect);
     void CloseDatabase() { m_database.reset(); }
 
-    /// A transaction takes the file's write lock at once, so that it can't fail for another's
-    /// writes half way; a lock held by another program is waited for, then reported.
-    /// An exclusive one keeps readers out as well, so that it can't fail for one at its commit.
+    /// A transaction keeps other writers out from its first statement on, so that it can't fail for
+    /// another's writes half way; a lock held by another program is waited for, then reported.
+    /// An exclusive one can't fail for a reader at its commit either.
     void BeginTrans(bool isExclusive = false);
     void CommitTrans();
     void Rollback(); ///< nothing is left to do when an error has ended the transaction itself
 
 private:
-    void Run(const char *sql);
+    Database &Opened();
 
     std::unique_ptr<Database> m_database;
     bool m_isBegun = false; ///< a transaction, not yet committed or rolled back

@@ -13,13 +13,17 @@ struct DaoError
     QString detail = {};
 };
 
-struct sqlite3;
-
 namespace DaoErrors {
+constexpr auto DatabaseSource = "DAO.Database";
+
+constexpr int CannotOpen = 3051;
 constexpr int CannotUpdate = 3027;
 constexpr int CorruptFile = 3049;
+constexpr int DiskError = 3043; ///< also of the network
+constexpr int DiskFull = 3026;
 constexpr int DuplicateKey = 3022;
 constexpr int FileNotFound = 3024;
+constexpr int InternalError = 3000;
 constexpr int InvalidPassword = 3031;
 constexpr int Locked = 3260;
 constexpr int NoCurrentRecord = 3021;
@@ -27,6 +31,8 @@ constexpr int FileExists = 3204;
 constexpr int ItemNotFound = 3265;
 constexpr int PropertyNotFound = 3270;
 constexpr int NullNotAllowed = 3314;
+constexpr int RuleBroken = 3317;
+constexpr int TypeMismatch = 3464;
 constexpr int UnrecognizedFormat = 3343;
 constexpr int SyntaxError = 3075;
 constexpr int ObjectInvalid = 3420;
@@ -35,7 +41,4 @@ constexpr int Cancelled = 3059;
 /// The error of this number with its description; `detail` (a name, a path, the library's own text)
 /// follows the description where there is one.
 DaoError Make(int number, const QString &source, const QString &detail = QString());
-
-/// The error that the last call on the connection left.
-DaoError FromSqlite(sqlite3 *connection, const QString &source);
 } // namespace DaoErrors

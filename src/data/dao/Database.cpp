@@ -1,21 +1,19 @@
 #include "data/dao/Database.h"
 
+#include "data/Tables.h"
 #include "data/dao/DaoError.h"
-#include "data/dao/Dialect.h"
-#include "data/dao/SqlFunctions.h"
 #include "data/dao/SqlText.h"
+#include "data/dao/sqlite/SqliteConnection.h"
 
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
-#include <sqlite3.h>
 #include <sys/stat.h>
 
 namespace {
 
-constexpr auto Source = "DAO.Database";
-constexpr int BusyTimeoutMs = 10'000;
+constexpr auto Source = DaoErrors::DatabaseSource;
 
 QString PasswordOf(const QString &connect)
 {
@@ -58,107 +56,90 @@ bool IsOldEngineFile(const QString &localPath)
     return file.open(QIODevice::ReadOnly) && file.peek(OldEngineHeader.size()) == OldEngineHeader;
 }
 
-/// A prepared statement, finalized when it goes out of scope.
-struct Statement
+std::unique_ptr<Connection> Open(const QString &localPath, bool isReadOnly)
 {
-    Statement(sqlite3 *connection, const QString &sql)
-    {
-        const QByteArray utf8 = sql.toUtf8();
-        const char *tail = nullptr;
-        if (sqlite3_prepare_v2(connection, utf8.data(), int(utf8.size()), &handle, &tail)
-            != SQLITE_OK)
-            throw DaoErrors::FromSqlite(connection, Source);
-        // The library takes the first statement and stops at a NUL.
-        const QByteArrayView rest(tail, utf8.data() + utf8.size() - tail);
-        if (!rest.trimmed().isEmpty()) {
-            sqlite3_finalize(handle);
-            throw DaoErrors::Make(DaoErrors::SyntaxError, Source, QString::fromUtf8(rest));
-        }
-    }
-    ~Statement() { sqlite3_finalize(handle); }
-    Statement(const Statement &) = delete;
-    Statement &operator=(const Statement &) = delete;
-
-    sqlite3_stmt *handle = nullptr;
-};
-
-} // namespace
-
-Database::Database(const QString &localPath, int openFlags)
-{
-    // One thread uses a database: its locks against others would cost a tenth of every load.
-    const int result = sqlite3_open_v2(localPath.toUtf8(), &m_connection,
-                                       openFlags | SQLITE_OPEN_NOMUTEX, nullptr);
-    if (result != SQLITE_OK) {
-        const DaoError error = DaoErrors::FromSqlite(m_connection, Source);
-        sqlite3_close(m_connection);
-        throw error;
-    }
-    sqlite3_extended_result_codes(m_connection, 1);
-    sqlite3_busy_timeout(m_connection, BusyTimeoutMs);
-    AddSqlFunctions(m_connection);
-}
-
-Database::Database(const QString &localPath, bool isReadOnly, const QString &connect)
-    : Database((CheckExists(localPath), localPath),
-               isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE)
-{
+    CheckExists(localPath);
+    using Access = SqliteConnection::Access;
     try {
-        // A list of a hundred thousand lines fits into the cache and needs no file to be sorted; a
-        // longer one is sorted beside the reading.
-        ExecuteNative("PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF;"
-                      "PRAGMA cache_size=-64000; PRAGMA threads=2;");
+        return std::make_unique<SqliteConnection>(localPath, isReadOnly ? Access::ReadOnly
+                                                                        : Access::ReadWrite);
     } catch (const DaoError &error) {
         if (error.number == DaoErrors::CorruptFile && IsOldEngineFile(localPath))
             throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, HowToImport(localPath));
         throw;
     }
-    // Texts are read as they stand in the file.
-    const auto property = OpenRecordset("SELECT 1 FROM sqlite_master, pragma_encoding"
-                                        " WHERE name = 'DBProperty' AND encoding = 'UTF-8'");
-    if (property->IsEof())
+}
+
+constexpr auto PropertyTable = "DBProperty";
+constexpr ColumnDefinition PropertyColumns[]
+    = {{"Name", ColumnType::Text, 0, true}, {"Value", ColumnType::Text}};
+
+/// Hands every row on and keeps none.
+class VisitedRows : public RowReceiver
+{
+public:
+    explicit VisitedRows(const Database::RowVisitor &visit)
+        : m_visit(visit)
+    {
+    }
+
+    void Columns(std::vector<QString> names) override { m_values.resize(names.size()); }
+    void EndRow() override
+    {
+        const char *at = m_block.EndRow();
+        for (RowValue &value : m_values)
+            value = ReadValue(at);
+        m_visit(m_values);
+        m_block.Reuse();
+    }
+
+private:
+    const Database::RowVisitor &m_visit;
+    std::vector<RowValue> m_values;
+};
+
+} // namespace
+
+Database::Database(const QString &localPath, bool isReadOnly, const QString &connect)
+    : m_connection(Open(localPath, isReadOnly))
+{
+    if (m_connection->Columns(PropertyTable).empty())
         throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, Source, localPath);
     const QString hash = Property("PasswordHash");
     if (PasswordHash(Property("PasswordSalt"), PasswordOf(connect)) != hash)
         throw DaoErrors::Make(DaoErrors::InvalidPassword, Source);
 }
 
-Database::~Database()
+Database::Database(std::unique_ptr<Connection> connection, const QString &connect)
+    : m_connection(std::move(connection))
 {
-    sqlite3_close(m_connection);
+    ExecuteNative(CreateTableSql(*m_connection, PropertyTable, PropertyColumns));
+    const QString salt = QString::number(QRandomGenerator::system()->generate64(), 16);
+    SetProperty("PasswordSalt", salt);
+    SetProperty("PasswordHash", PasswordHash(salt, PasswordOf(connect)));
 }
 
 std::unique_ptr<Database> Database::Create(const QString &localPath, const QString &connect)
 {
     if (QFile::exists(localPath))
         throw DaoErrors::Make(DaoErrors::FileExists, Source, localPath);
-    std::unique_ptr<Database> database(
-        new Database(localPath, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE));
-    database->ExecuteNative(
-        "CREATE TABLE DBProperty (Name TEXT PRIMARY KEY COLLATE NOCASE, Value TEXT)");
-    const QString salt = QString::number(QRandomGenerator::system()->generate64(), 16);
-    database->SetProperty("PasswordSalt", salt);
-    database->SetProperty("PasswordHash", PasswordHash(salt, PasswordOf(connect)));
+    std::unique_ptr<Database> database(new Database(
+        std::make_unique<SqliteConnection>(localPath, SqliteConnection::Access::Create), connect));
     ::chmod(QFile::encodeName(localPath), 0660);
     return database;
 }
 
 std::unique_ptr<Recordset> Database::OpenRecordset(const QString &sql)
 {
-    const Statement statement(m_connection, ToSqlite(sql));
-    return std::make_unique<Recordset>(statement.handle, QString(Source));
+    RowStore rows;
+    m_connection->Read(m_connection->Translated(sql), rows);
+    return std::make_unique<Recordset>(std::move(rows), QString(Source));
 }
 
 void Database::Execute(const QString &sql)
 {
-    const Statement statement(m_connection, ToSqlite(sql));
     m_recordsAffected = 0;
-    int result = SQLITE_ROW;
-    while (result == SQLITE_ROW)
-        result = sqlite3_step(statement.handle);
-    if (result != SQLITE_DONE)
-        throw DaoErrors::FromSqlite(m_connection, Source);
-    m_recordsAffected = sqlite3_stmt_readonly(statement.handle) ? 0 : sqlite3_changes(m_connection);
+    m_recordsAffected = m_connection->Execute(m_connection->Translated(sql));
 }
 
 QString Database::Property(const QString &name)
@@ -171,26 +152,17 @@ QString Database::Property(const QString &name)
 
 void Database::SetProperty(const QString &name, const QString &value)
 {
-    ExecuteNative("INSERT OR REPLACE INTO DBProperty VALUES (" + SqlQuoted(name) + ", "
-                  + SqlQuoted(value) + ')');
+    ExecuteNative("INSERT INTO DBProperty VALUES (" + SqlQuoted(name) + ", " + SqlQuoted(value)
+                  + ") ON CONFLICT (Name) DO UPDATE SET Value = excluded.Value");
 }
 
-void Database::SetProgress(std::function<bool()> goOn)
+void Database::VisitRows(const QString &sql, const RowVisitor &visit)
 {
-    constexpr int OperationsPerCall = 1'000;
-    m_goOn = std::move(goOn);
-    sqlite3_progress_handler(
-        m_connection, m_goOn ? OperationsPerCall : 0,
-        [](void *self) { return static_cast<Database *>(self)->m_goOn() ? 0 : 1; }, this);
+    VisitedRows rows(visit);
+    m_connection->Read(sql, rows);
 }
 
-bool Database::IsInTransaction() const
+QString QuotedName(QString name)
 {
-    return sqlite3_get_autocommit(m_connection) == 0;
-}
-
-void Database::ExecuteNative(const QString &sql)
-{
-    if (sqlite3_exec(m_connection, sql.toUtf8(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw DaoErrors::FromSqlite(m_connection, Source);
+    return '"' + name.replace('"', "\"\"") + '"';
 }

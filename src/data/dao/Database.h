@@ -1,26 +1,26 @@
 #pragma once
 
+#include "data/dao/Connection.h"
 #include "data/dao/Recordset.h"
 
 #include <QByteArrayView>
 #include <QString>
 #include <functional>
 #include <memory>
-
-struct sqlite3;
+#include <span>
 
 /// How the original engine's own files begin.
 inline constexpr QByteArrayView OldEngineHeader("\0\1\0\0Standard Jet DB\0", 20);
 
-/// One open database file. Statements are in the system's dialect. Every routine throws DaoError.
+/// One open database, whatever engine has it. Statements are in the system's dialect where nothing
+/// else is said. Every routine throws DaoError.
 class Database
 {
 public:
-    /// Opens an existing file, shared with other programs. The connect text carries the password as
-    /// ";PWD=...". A file that is no database, has another password, or is in the original engine's
-    /// own format is refused.
+    /// Opens an existing database, shared with other programs. The connect text carries the
+    /// password as ";PWD=...". A file that is no database, has another password, or is in the
+    /// original engine's own format is refused.
     Database(const QString &localPath, bool isReadOnly, const QString &connect);
-    ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
 
@@ -38,21 +38,30 @@ public:
     QString Property(const QString &name);
     void SetProperty(const QString &name, const QString &value);
 
-    bool IsInTransaction() const;
+    void BeginTrans(bool isExclusive) { m_connection->Begin(isExclusive); }
+    void CommitTrans() { m_connection->Commit(); }
+    void Rollback() { m_connection->Rollback(); }
+    bool IsInTransaction() const { return m_connection->IsInTransaction(); }
 
     /// Called again and again while a statement runs: False cancels it. It must not use the
     /// database. An empty one ends that.
-    void SetProgress(std::function<bool()> goOn);
+    void SetProgress(std::function<bool()> goOn) { m_connection->SetProgress(std::move(goOn)); }
 
     /// Runs SQL of the engine itself, untranslated, several statements at once.
-    void ExecuteNative(const QString &sql);
+    void ExecuteNative(const QString &sql) { m_connection->ExecuteScript(sql); }
 
-    sqlite3 *Connection() const { return m_connection; }
+    using RowVisitor = std::function<void(std::span<const RowValue> row)>;
+
+    /// Reads the rows of untranslated SQL one by one: a table need not fit into memory. What is
+    /// called must not use the database.
+    void VisitRows(const QString &sql, const RowVisitor &visit);
+
+    /// What else the engine can do.
+    Connection &Engine() { return *m_connection; }
 
 private:
-    Database(const QString &localPath, int openFlags);
+    Database(std::unique_ptr<Connection> connection, const QString &connect);
 
-    sqlite3 *m_connection = nullptr;
+    std::unique_ptr<Connection> m_connection;
     int m_recordsAffected = 0;
-    std::function<bool()> m_goOn;
 };

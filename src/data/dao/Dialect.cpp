@@ -1,122 +1,18 @@
 #include "data/dao/Dialect.h"
 
+#include "data/Tables.h"
 #include "data/dao/SqlText.h"
 
 #include <algorithm>
-#include <optional>
-#include <vector>
 
 namespace {
-
-enum class Kind { Blank, Word, Number, Literal, Unclosed, Symbol };
-
-/// One token. A literal's text is its content without quotes. Texts that stand in the statement as
-/// they are point into it.
-struct Token
-{
-    Kind kind;
-    QString text;
-
-    bool Is(QStringView word) const
-    {
-        return kind == Kind::Word && text.compare(word, Qt::CaseInsensitive) == 0;
-    }
-    bool IsSymbol(QStringView symbol) const { return kind == Kind::Symbol && text == symbol; }
-};
-
-using Tokens = std::vector<Token>;
-
-bool IsWordStart(QChar c)
-{
-    return c.isLetter() || c == '_';
-}
-
-bool IsWordPart(QChar c)
-{
-    return c.isLetterOrNumber() || c == '_' || c == '$';
-}
-
-QString PieceOf(QStringView sql, qsizetype start, qsizetype end)
-{
-    return QString::fromRawData(sql.data() + start, end - start);
-}
-
-/// Reads the literal that begins at `at` with its quote; doubled quotes stand for one.
-Token ReadLiteral(QStringView sql, qsizetype &at)
-{
-    const QChar quote = sql[at++];
-    Token token{Kind::Literal, {}};
-    for (;;) {
-        const qsizetype end = sql.indexOf(quote, at);
-        const QString piece = PieceOf(sql, at, end < 0 ? sql.size() : end);
-        token.text = token.text.isEmpty() ? piece : token.text + piece;
-        at = end < 0 ? sql.size() : end + 1;
-        if (end < 0) {
-            token.kind = Kind::Unclosed;
-            return token;
-        }
-        if (at == sql.size() || sql[at] != quote)
-            return token;
-        token.text += quote;
-        ++at;
-    }
-}
-
-Tokens Tokenize(QStringView sql)
-{
-    Tokens tokens;
-    tokens.reserve(size_t(sql.size()) / 3);
-    qsizetype at = 0;
-    const auto take = [&](Kind kind, auto &&belongs) {
-        const qsizetype start = at++;
-        while (at < sql.size() && belongs(sql[at]))
-            ++at;
-        tokens.push_back({kind, PieceOf(sql, start, at)});
-    };
-    while (at < sql.size()) {
-        const QChar c = sql[at];
-        if (c == '\'' || c == '"')
-            tokens.push_back(ReadLiteral(sql, at));
-        else if (c.isSpace())
-            take(Kind::Blank, [](QChar next) { return next.isSpace(); });
-        else if (IsWordStart(c))
-            take(Kind::Word, IsWordPart);
-        else if (c.isDigit())
-            take(Kind::Number, [](QChar next) { return next.isLetterOrNumber() || next == '.'; });
-        else if (c == '[')
-            take(Kind::Symbol, [closed = false](QChar next) mutable {
-                const bool belongs = !closed;
-                closed = next == ']';
-                return belongs;
-            });
-        else if (c == '<' || c == '>')
-            take(Kind::Symbol, [](QChar next) { return next == '=' || next == '>'; });
-        else
-            take(Kind::Symbol, [](QChar) { return false; });
-    }
-    return tokens;
-}
-
-/// Whether the text ends inside of this literal or this name in brackets.
-bool IsUnclosed(const Token &token)
-{
-    return token.kind == Kind::Unclosed
-           || (token.kind == Kind::Symbol && token.text[0] == '[' && !token.text.endsWith(']'));
-}
-
-qsizetype SkipBlanks(const Tokens &tokens, qsizetype at)
-{
-    while (at < qsizetype(tokens.size()) && tokens[at].kind == Kind::Blank)
-        ++at;
-    return at;
-}
 
 /// A constant text at `at`: a literal, or Chr(n). Moves `at` past it.
 std::optional<QString> ReadConstant(const Tokens &tokens, qsizetype &at)
 {
     if (at >= qsizetype(tokens.size()))
         return std::nullopt;
-    if (tokens[at].kind == Kind::Literal)
+    if (tokens[at].kind == TokenKind::Literal)
         return tokens[at++].text;
     if (!tokens[at].Is(u"Chr") && !tokens[at].Is(u"Chr$"))
         return std::nullopt;
@@ -124,7 +20,7 @@ std::optional<QString> ReadConstant(const Tokens &tokens, qsizetype &at)
     const qsizetype number = SkipBlanks(tokens, open + 1);
     const qsizetype close = SkipBlanks(tokens, number + 1);
     if (close >= qsizetype(tokens.size()) || !tokens[open].IsSymbol(u"(")
-        || tokens[number].kind != Kind::Number || !tokens[close].IsSymbol(u")"))
+        || tokens[number].kind != TokenKind::Number || !tokens[close].IsSymbol(u")"))
         return std::nullopt;
     at = close + 1;
     return QString(QChar(ushort(tokens[number].text.toUInt())));
@@ -152,37 +48,9 @@ Tokens JoinConstants(const Tokens &tokens)
             *text += *more;
             at = next;
         }
-        joined.push_back({Kind::Literal, *text});
+        joined.push_back({TokenKind::Literal, *text});
     }
     return joined;
-}
-
-/// The native form of a pattern that is plain text with at most one "*" at its end; nothing for any
-/// other. "[x]" with one character is that character.
-std::optional<QString> NativePattern(const QString &pattern)
-{
-    QString native;
-    bool hasEscape = false;
-    for (qsizetype at = 0; at < pattern.size(); ++at) {
-        QChar c = pattern[at];
-        if (c == '*' && at == pattern.size() - 1) {
-            native += '%';
-            break;
-        }
-        if (c == '[' && at + 2 < pattern.size() && pattern[at + 2] == ']' && pattern[at + 1] != '!'
-            && pattern[at + 1] != ']') {
-            c = pattern[at + 1];
-            at += 2;
-        } else if (c == '*' || c == '?' || c == '#' || c == '[') {
-            return std::nullopt;
-        }
-        if (c == '%' || c == '_' || c == '\\') {
-            native += '\\';
-            hasEscape = true;
-        }
-        native += c;
-    }
-    return SqlQuoted(native) + (hasEscape ? " ESCAPE '\\'" : "");
 }
 
 /// Where the operand that ends before `end` begins: a name with its qualifiers, a literal or
@@ -190,7 +58,7 @@ std::optional<QString> NativePattern(const QString &pattern)
 qsizetype OperandStart(const Tokens &tokens, qsizetype end)
 {
     qsizetype at = end;
-    while (at > 0 && tokens[at - 1].kind == Kind::Blank)
+    while (at > 0 && tokens[at - 1].kind == TokenKind::Blank)
         --at;
     if (at > 0 && tokens[at - 1].IsSymbol(u")")) {
         int depth = 0;
@@ -198,7 +66,7 @@ qsizetype OperandStart(const Tokens &tokens, qsizetype end)
             --at;
             depth += tokens[at].IsSymbol(u")") ? 1 : tokens[at].IsSymbol(u"(") ? -1 : 0;
         } while (at > 0 && depth > 0);
-        return at > 0 && tokens[at - 1].kind == Kind::Word ? at - 1 : at;
+        return at > 0 && tokens[at - 1].kind == TokenKind::Word ? at - 1 : at;
     }
     at = std::max<qsizetype>(at - 1, 0);
     while (at >= 2 && tokens[at - 1].IsSymbol(u"."))
@@ -206,73 +74,33 @@ qsizetype OperandStart(const Tokens &tokens, qsizetype end)
     return at;
 }
 
-Tokens TranslateLike(const Tokens &tokens)
+Tokens TranslateLike(const Tokens &tokens, const DialectWriter &writer)
 {
     Tokens result;
     result.reserve(tokens.size());
+    const auto dropBlanks = [&result] {
+        while (!result.empty() && result.back().kind == TokenKind::Blank)
+            result.pop_back();
+    };
     for (qsizetype at = 0; at < qsizetype(tokens.size()); ++at) {
         const qsizetype pattern = SkipBlanks(tokens, at + 1);
         if (!tokens[at].Is(u"LIKE") || pattern >= qsizetype(tokens.size())
-            || tokens[pattern].kind != Kind::Literal) {
+            || tokens[pattern].kind != TokenKind::Literal) {
             result.push_back(tokens[at]);
             continue;
         }
-        if (const auto native = NativePattern(tokens[pattern].text)) {
-            result.push_back({Kind::Symbol, "LIKE " + *native});
-        } else {
-            qsizetype operandEnd = qsizetype(result.size());
-            while (operandEnd > 0 && result[operandEnd - 1].kind == Kind::Blank)
-                --operandEnd;
-            const bool isNegated = operandEnd > 0 && result[operandEnd - 1].Is(u"NOT");
-            if (isNegated)
-                result.erase(result.begin() + operandEnd - 1, result.end());
-            const qsizetype start = OperandStart(result, qsizetype(result.size()));
-            result.insert(result.begin() + start,
-                          {Kind::Symbol, QString(isNegated ? "NOT " : "") + "like_pattern("
-                                             + SqlQuoted(tokens[pattern].text) + ", "});
-            result.push_back({Kind::Symbol, ")"});
-        }
+        dropBlanks();
+        const bool isNegated = !result.empty() && result.back().Is(u"NOT");
+        if (isNegated)
+            result.pop_back();
+        dropBlanks();
+        const qsizetype start = OperandStart(result, qsizetype(result.size()));
+        const Tokens operand = Slice(result, start, qsizetype(result.size()));
+        result.resize(size_t(start));
+        Append(result, writer.Like(operand, isNegated, tokens[pattern].text));
         at = pattern;
     }
     return result;
-}
-
-/// The first word of the list at depth 0 from `from` on; the end when there is none.
-qsizetype FindWord(const Tokens &tokens, QStringView word, qsizetype from)
-{
-    int depth = 0;
-    for (qsizetype at = from; at < qsizetype(tokens.size()); ++at) {
-        depth += tokens[at].IsSymbol(u"(") ? 1 : tokens[at].IsSymbol(u")") ? -1 : 0;
-        if (depth == 0 && tokens[at].Is(word))
-            return at;
-    }
-    return qsizetype(tokens.size());
-}
-
-Tokens Slice(const Tokens &tokens, qsizetype from, qsizetype to)
-{
-    return Tokens(tokens.begin() + from, tokens.begin() + std::max(from, to));
-}
-
-void Append(Tokens &tokens, const Tokens &more)
-{
-    tokens.insert(tokens.end(), more.begin(), more.end());
-}
-
-void AppendSymbol(Tokens &tokens, const QString &text)
-{
-    tokens.push_back({Kind::Symbol, text});
-}
-
-/// Takes the statement's closing ";" (and the blanks around it) off; tells whether there was one.
-bool TakeSemicolon(Tokens &tokens)
-{
-    while (!tokens.empty() && tokens.back().kind == Kind::Blank)
-        tokens.pop_back();
-    if (tokens.empty() || !tokens.back().IsSymbol(u";"))
-        return false;
-    tokens.pop_back();
-    return true;
 }
 
 void TranslateTop(Tokens &tokens)
@@ -283,7 +111,7 @@ void TranslateTop(Tokens &tokens)
     const qsizetype top = SkipBlanks(tokens, select + 1);
     const qsizetype count = SkipBlanks(tokens, top + 1);
     if (count >= qsizetype(tokens.size()) || !tokens[top].Is(u"TOP")
-        || tokens[count].kind != Kind::Number)
+        || tokens[count].kind != TokenKind::Number)
         return;
     const QString limit = tokens[count].text;
     tokens.erase(tokens.begin() + top, tokens.begin() + SkipBlanks(tokens, count + 1));
@@ -302,7 +130,7 @@ Tokens WithoutTargetQualifiers(const Tokens &assignments)
     for (qsizetype at = 0; at < qsizetype(assignments.size()); ++at) {
         const Token &token = assignments[at];
         depth += token.IsSymbol(u"(") ? 1 : token.IsSymbol(u")") ? -1 : 0;
-        const bool isQualifier = isTarget && token.kind == Kind::Word
+        const bool isQualifier = isTarget && token.kind == TokenKind::Word
                                  && at + 1 < qsizetype(assignments.size())
                                  && assignments[at + 1].IsSymbol(u".");
         if (isQualifier) {
@@ -352,46 +180,141 @@ void TranslateUpdateJoin(Tokens &tokens)
     tokens = result;
 }
 
-QString NativeName(const QString &word)
+/// The table that a SELECT reads first; null when it is none of the system's.
+const TableDefinition *FirstTable(const Tokens &tokens)
 {
-    static constexpr struct
-    {
-        QLatin1String name;
-        const char *native;
-    } functions[] = {{QLatin1String("CHR"), "char"},
-                     {QLatin1String("CHR$"), "char"},
-                     {QLatin1String("LEFT$"), "left_text"}};
-    for (const auto &[name, native] : functions)
-        if (word.size() == name.size() && word.compare(name, Qt::CaseInsensitive) == 0)
-            return native;
-    return word;
+    qsizetype at = FindWord(tokens, u"FROM") + 1;
+    while (at < qsizetype(tokens.size())
+           && (tokens[at].kind == TokenKind::Blank || tokens[at].IsSymbol(u"(")))
+        ++at;
+    return at < qsizetype(tokens.size()) ? FindTable(tokens[at].text) : nullptr;
 }
 
-QString ToText(const Tokens &tokens, qsizetype expectedLength)
+/// Where the list after ORDER BY begins and where it ends; both are the end without one.
+std::pair<qsizetype, qsizetype> OrderList(const Tokens &tokens)
+{
+    const auto end = qsizetype(tokens.size());
+    const qsizetype by = SkipBlanks(tokens, FindWord(tokens, u"ORDER") + 1);
+    if (by >= end || !tokens[by].Is(u"BY"))
+        return {end, end};
+    qsizetype last = std::min(FindWord(tokens, u"LIMIT", by), end);
+    while (tokens[last - 1].kind == TokenKind::Blank || tokens[last - 1].IsSymbol(u";"))
+        --last;
+    return {by + 1, last};
+}
+
+/// Whether the list orders by this column, by itself or as a column of this table.
+bool IsOrderedBy(const Tokens &tokens, qsizetype from, qsizetype to, const TableDefinition &table,
+                 const QString &column)
+{
+    for (qsizetype at = from; at < to; ++at) {
+        const bool isQualified = at >= 2 && tokens[at - 1].IsSymbol(u".");
+        if (tokens[at].Is(column) && (!isQualified || tokens[at - 2].Is(QString(table.name))))
+            return true;
+    }
+    return false;
+}
+
+/// Rows that ORDER BY leaves equal come by the first table's key, the same on every engine: the
+/// order of an answer's lines is the order of its record.
+void OrderTies(Tokens &tokens)
+{
+    const auto end = qsizetype(tokens.size());
+    const auto [from, to] = OrderList(tokens);
+    const qsizetype distinct = SkipBlanks(tokens, SkipBlanks(tokens, 0) + 1);
+    if (from >= to || tokens[distinct].Is(u"DISTINCT") || FindWord(tokens, u"GROUP") < end
+        || FindWord(tokens, u"UNION") < end)
+        return;
+    const TableDefinition *table = FirstTable(tokens);
+    if (!table)
+        return;
+    QString more;
+    for (const ColumnDefinition &column : table->columns)
+        if (column.isKey && !IsOrderedBy(tokens, from, to, *table, column.name))
+            more += QString(",%1.%2").arg(table->name, column.name);
+    if (!more.isEmpty())
+        tokens.insert(tokens.begin() + to, {TokenKind::Symbol, more});
+}
+
+bool IsCall(const Tokens &tokens, qsizetype at)
+{
+    const qsizetype open = SkipBlanks(tokens, at + 1);
+    return tokens[at].kind == TokenKind::Word && open < qsizetype(tokens.size())
+           && tokens[open].IsSymbol(u"(");
+}
+
+/// The text of the tokens, functions under the engine's names.
+QString ToText(const Tokens &tokens, const DialectWriter &writer, qsizetype expectedLength)
 {
     QString sql;
     sql.reserve(expectedLength);
-    for (const Token &token : tokens) {
-        // Two literals side by side would be one with a quote in it.
-        if (token.kind == Kind::Literal)
+    std::vector<std::pair<int, const char *>> open; // depth of a call's parenthesis, what ends it
+    int depth = 0;
+    for (qsizetype at = 0; at < qsizetype(tokens.size()); ++at) {
+        const Token &token = tokens[at];
+        if (token.kind == TokenKind::Literal) {
+            // Two literals side by side would be one with a quote in it.
             sql += (sql.endsWith('\'') ? " " : "") + SqlQuoted(token.text);
-        else if (token.kind == Kind::Word)
-            sql += NativeName(token.text);
-        else
+        } else if (const auto *function = IsCall(tokens, at) ? writer.Find(token) : nullptr) {
+            sql += function->begin;
+            open.emplace_back(depth + 1, function->end);
+        } else if (token.IsSymbol(u"(")) {
+            ++depth;
+            sql += token.text;
+        } else if (token.IsSymbol(u")")) {
+            sql += token.text;
+            if (!open.empty() && open.back().first == depth) {
+                sql += open.back().second;
+                open.pop_back();
+            }
+            --depth;
+        } else {
             sql += token.IsSymbol(u"&") ? QString("||") : token.text;
+        }
     }
     return sql;
 }
 
 } // namespace
 
-QString ToSqlite(const QString &statement)
+std::optional<PlainPattern> PlainPattern::Of(const QString &pattern)
+{
+    PlainPattern plain;
+    for (qsizetype at = 0; at < pattern.size(); ++at) {
+        QChar c = pattern[at];
+        if (c == '*' && at == pattern.size() - 1) {
+            plain.isPrefix = true;
+            break;
+        }
+        if (c == '[' && at + 2 < pattern.size() && pattern[at + 2] == ']' && pattern[at + 1] != '!'
+            && pattern[at + 1] != ']') {
+            c = pattern[at + 1];
+            at += 2;
+        } else if (c == '*' || c == '?' || c == '#' || c == '[') {
+            return std::nullopt;
+        }
+        plain.text += c;
+    }
+    return plain;
+}
+
+const DialectWriter::Function *DialectWriter::Find(const Token &token) const
+{
+    for (const Function &function : m_functions)
+        if (token.Is(function.name))
+            return &function;
+    return nullptr;
+}
+
+QString Translate(const QString &statement, const DialectWriter &writer)
 {
     Tokens tokens = Tokenize(statement);
     if (!tokens.empty() && IsUnclosed(tokens.back()))
         return statement;
-    tokens = TranslateLike(JoinConstants(tokens));
+    tokens = TranslateLike(JoinConstants(tokens), writer);
+    OrderTies(tokens);
+    writer.Finish(tokens);
     TranslateTop(tokens);
     TranslateUpdateJoin(tokens);
-    return ToText(tokens, 2 * statement.size());
+    return ToText(tokens, writer, 2 * statement.size());
 }

@@ -1,27 +1,11 @@
 #pragma once
 
-#include "data/dao/RowBlock.h"
+#include "data/dao/Rows.h"
 
 #include <QString>
 #include <vector>
 
-struct sqlite3_stmt;
-
 class Recordset;
-
-/// One value of a row, where the row's block has it.
-struct RowValue
-{
-    char type; ///< SQLite's
-    const char *data = nullptr;
-    qsizetype length = 0;
-
-    bool IsNull() const;
-    QString Text() const;
-    double Number() const;
-    qint64 Whole() const;
-    QString SqlLiteral() const;
-};
 
 /// A handle on one row of a recordset, whatever the recordset's current row is; it must not outlive
 /// the recordset. Values are decoded when asked for and read as the recordset's own are.
@@ -55,11 +39,10 @@ private:
 class Recordset
 {
 public:
-    /// Takes every row of a prepared statement. Throws DaoError.
-    Recordset(sqlite3_stmt *statement, const QString &source);
+    explicit Recordset(RowStore store, const QString &source);
 
-    bool IsEof() const { return m_row >= m_rows.size(); }
-    int RecordCount() const { return int(m_rows.size()); }
+    bool IsEof() const { return m_row >= m_store.rows.size(); }
+    int RecordCount() const { return int(m_store.rows.size()); }
     void MoveFirst();
     void MoveLast();
     void MoveNext(); ///< throws DaoError at the end
@@ -72,8 +55,8 @@ public:
 
     /// The position of a column, its name compared without case; -1 for an unknown one.
     int FieldIndex(QStringView name) const;
-    int FieldCount() const { return int(m_names.size()); }
-    QString FieldName(int field) const { return m_names[size_t(field)]; }
+    int FieldCount() const { return int(m_store.names.size()); }
+    QString FieldName(int field) const { return m_store.names[size_t(field)]; }
 
     // Values of the current row. A field that is not there, and any field when there is no current
     // row, reads as null.
@@ -94,15 +77,12 @@ public:
 private:
     friend Record;
 
-    void ReadRow(sqlite3_stmt *statement);
     void Select(size_t row);
-    const RowValue &Current(int field) const;
+    RowValue Current(int field) const;
 
     QString m_source;
-    std::vector<QString> m_names;
-    RowBlock m_block; ///< per field: its type, then its number, or its length and bytes
-    std::vector<const char *> m_rows; ///< where each row begins in the block
-    std::vector<RowValue> m_fields;   ///< of the current row
+    RowStore m_store;
+    std::vector<RowValue> m_fields; ///< of the current row
     size_t m_row = 0;
     bool m_isOpen = true;
 };

@@ -26,6 +26,13 @@ public:
         return row;
     }
 
+    /// Writes over the rows ended before, of which none is needed any more.
+    void Reuse()
+    {
+        m_chunks.erase(m_chunks.begin(), m_chunks.empty() ? m_chunks.end() : m_chunks.end() - 1);
+        m_row = m_end = m_chunks.empty() ? nullptr : m_chunks.back().get();
+    }
+
 private:
     void Grow(size_t bytes);
 

@@ -6,8 +6,7 @@
 #include "tldb/check/ValueRules.h"
 
 #include <QStringList>
-#include <memory>
-#include <sqlite3.h>
+#include <span>
 #include <vector>
 
 namespace {
@@ -30,82 +29,48 @@ constexpr Relation Relations[] = {
     {"TLEI0011", "AccNo", "TLAC0010", "the row's order is missing"},
 };
 
-/// A query whose rows are read one by one: a table need not fit into memory.
-class RowReader
+using Row = std::span<const RowValue>;
+
+QString TextOf(const RowValue &value)
 {
-public:
-    RowReader(Database &database, const QString &sql)
-        : m_connection(database.Connection())
-    {
-        sqlite3_stmt *statement = nullptr;
-        const int result = sqlite3_prepare_v2(m_connection, sql.toUtf8(), -1, &statement, nullptr);
-        m_statement.reset(statement);
-        if (result != SQLITE_OK)
-            throw DaoErrors::FromSqlite(m_connection, "tldb");
-    }
-
-    bool Next()
-    {
-        const int result = sqlite3_step(m_statement.get());
-        if (result != SQLITE_ROW && result != SQLITE_DONE)
-            throw DaoErrors::FromSqlite(m_connection, "tldb");
-        return result == SQLITE_ROW;
-    }
-
-    sqlite3_value *Value(int column) { return sqlite3_column_value(m_statement.get(), column); }
-
-    QString Text(int column)
-    {
-        const auto *text = sqlite3_column_text(m_statement.get(), column);
-        // The length is the engine's: a text may have a NUL.
-        const int length = sqlite3_column_bytes(m_statement.get(), column);
-        return text ? QString::fromUtf8(reinterpret_cast<const char *>(text), length)
-                    : QString("null");
-    }
-
-private:
-    struct Finalize
-    {
-        void operator()(sqlite3_stmt *statement) const { sqlite3_finalize(statement); }
-    };
-
-    sqlite3 *m_connection;
-    std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
-};
+    return value.IsNull() ? QString("null") : value.Text();
+}
 
 /// The columns by which a finding names a row: the key, or the row's number in a table without one.
-QStringList KeyColumns(const TableDefinition &table, const QStringList &columnsInFile)
+QStringList KeyColumns(Database &database, const TableDefinition &table,
+                       const QStringList &columnsInFile)
 {
     QStringList keys;
     for (const ColumnDefinition &column : table.columns)
         if (column.isKey && columnsInFile.contains(column.name, Qt::CaseInsensitive))
             keys += column.name;
-    return keys.isEmpty() ? QStringList{"rowid"} : keys;
+    return keys.isEmpty() ? QStringList{database.Engine().RowNumber()} : keys;
 }
 
-/// The key of the current row, whose columns are the query's from `first` on.
-QString KeyText(RowReader &rows, const QStringList &keys, int first)
+/// The key of a row, whose columns are the query's from `first` on.
+QString KeyText(Row row, const QStringList &keys, size_t first)
 {
     QStringList parts;
     for (const QString &key : keys)
-        parts += key + '=' + rows.Text(first++);
+        parts += key + '=' + TextOf(row[first++]);
     return parts.join(' ');
 }
 
 void CheckEqualKeys(Database &database, const TableDefinition &table, const QStringList &columns,
                     const FindingSink &found)
 {
-    const QStringList keys = KeyColumns(table, columns);
-    if (columns.isEmpty() || keys.first() == "rowid")
+    const QStringList keys = KeyColumns(database, table, columns);
+    if (columns.isEmpty() || keys.first() == database.Engine().RowNumber())
         return;
     const QString list = keys.join(", ");
-    RowReader rows(database, QString("SELECT %1, COUNT(*) FROM %2 GROUP BY %1 HAVING COUNT(*) > 1")
-                                 .arg(list, table.name));
-    while (rows.Next())
-        found({table.name,
-               KeyText(rows, keys, 0),
-               {},
-               rows.Text(int(keys.size())) + " rows have this key"});
+    database.VisitRows(QString("SELECT %1, COUNT(*) FROM %2 GROUP BY %1 HAVING COUNT(*) > 1")
+                           .arg(list, table.name),
+                       [&](Row row) {
+                           found({table.name,
+                                  KeyText(row, keys, 0),
+                                  {},
+                                  TextOf(row.back()) + " rows have this key"});
+                       });
 }
 
 void CheckRelation(Database &database, const Relation &relation, const FindingSink &found)
@@ -116,14 +81,14 @@ void CheckRelation(Database &database, const Relation &relation, const FindingSi
     if (!columns.contains(relation.column, Qt::CaseInsensitive)
         || !ownerColumns.contains(relation.column, Qt::CaseInsensitive))
         return;
-    const QStringList keys = KeyColumns(*FindTable(relation.table), columns);
-    RowReader rows(database,
-                   QString("SELECT %1, %2 FROM %3 AS t WHERE NOT EXISTS "
-                           "(SELECT 1 FROM %4 AS o WHERE o.%2 = t.%2)")
-                       .arg(keys.join(", "), relation.column, relation.table, relation.owner));
-    while (rows.Next())
-        found({relation.table, KeyText(rows, keys, 0), relation.column,
-               QString(relation.what) + ": " + Quoted(rows.Text(int(keys.size())))});
+    const QStringList keys = KeyColumns(database, *FindTable(relation.table), columns);
+    database.VisitRows(QString("SELECT %1, %2 FROM %3 AS t WHERE NOT EXISTS "
+                               "(SELECT 1 FROM %4 AS o WHERE o.%2 = t.%2)")
+                           .arg(keys.join(", "), relation.column, relation.table, relation.owner),
+                       [&](Row row) {
+                           found({relation.table, KeyText(row, keys, 0), relation.column,
+                                  QString(relation.what) + ": " + Quoted(TextOf(row.back()))});
+                       });
 }
 
 /// Runs one check; a file that can't be read further is a finding.
@@ -197,18 +162,18 @@ std::optional<qint64> CheckValues(Database &database, const TableDefinition &tab
     }
     if (columns.empty())
         return std::nullopt;
-    const QStringList keys = KeyColumns(table, inFile);
-    RowReader rows(database,
-                   QString("SELECT %1 FROM %2").arg((names + keys).join(", "), table.name));
+    const QStringList keys = KeyColumns(database, table, inFile);
     qint64 count = 0;
-    for (; rows.Next(); ++count) {
-        for (size_t column = 0; column < columns.size(); ++column) {
-            const QString fault = ValueFault(*columns[column], rows.Value(int(column)));
-            if (!fault.isEmpty())
-                found({table.name, KeyText(rows, keys, int(columns.size())), columns[column]->name,
-                       fault});
-        }
-    }
+    database.VisitRows(QString("SELECT %1 FROM %2").arg((names + keys).join(", "), table.name),
+                       [&](Row row) {
+                           ++count;
+                           for (size_t column = 0; column < columns.size(); ++column) {
+                               const QString fault = ValueFault(*columns[column], row[column]);
+                               if (!fault.isEmpty())
+                                   found({table.name, KeyText(row, keys, columns.size()),
+                                          columns[column]->name, fault});
+                           }
+                       });
     return count;
 }
 
@@ -222,7 +187,8 @@ void CheckRelations(Database &database, const FindingSink &found)
     constexpr auto companies = "TLMT0010";
     if (ColumnsInFile(database, companies).isEmpty())
         return;
-    RowReader rows(database, QString("SELECT COUNT(*) FROM %1").arg(companies));
-    if (rows.Next() && rows.Text(0) != "1")
-        found({companies, {}, {}, rows.Text(0) + " company rows, one is wanted"});
+    const auto count
+        = database.OpenRecordset(QString("SELECT COUNT(*) FROM %1").arg(companies))->Text(0);
+    if (count != "1")
+        found({companies, {}, {}, count + " company rows, one is wanted"});
 }

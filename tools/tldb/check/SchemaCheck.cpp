@@ -4,91 +4,49 @@
 #include "data/dao/DaoError.h"
 #include "util/VbText.h"
 
-#include <sqlite3.h>
+#include <algorithm>
 
 namespace {
 
-constexpr auto PropertyTable = "DBProperty";
+constexpr QLatin1String PropertyTable("DBProperty");
 
-struct ColumnInFile
+void CheckColumn(const TableDefinition &table, const StoredColumn &stored,
+                 const StoredColumn &wanted, const FindingSink &found)
 {
-    QString type;
-    QString collation;
-    bool isNotNull = false;
-    bool isKey = false;
-};
-
-ColumnInFile ReadColumn(Database &database, const char *table, const char *column)
-{
-    const char *type = nullptr;
-    const char *collation = nullptr;
-    int isNotNull = 0;
-    int isKey = 0;
-    int isAutoNumber = 0;
-    if (sqlite3_table_column_metadata(database.Connection(), "main", table, column, &type,
-                                      &collation, &isNotNull, &isKey, &isAutoNumber)
-        != SQLITE_OK)
-        throw DaoErrors::FromSqlite(database.Connection(), "tldb");
-    return {QString::fromUtf8(type).toUpper(), QString::fromUtf8(collation).toUpper(),
-            isNotNull != 0, isKey != 0};
-}
-
-QString TypeName(const ColumnDefinition &column)
-{
-    if (column.IsText())
-        return "TEXT";
-    return column.type == ColumnType::Integer ? "INTEGER" : "REAL";
-}
-
-void CheckColumn(Database &database, const TableDefinition &table, const ColumnDefinition &column,
-                 const FindingSink &found)
-{
-    const ColumnInFile inFile = ReadColumn(database, table.name, column.name);
-    const auto report = [&](const QString &what) { found({table.name, {}, column.name, what}); };
-    if (inFile.type != TypeName(column))
-        report("is " + inFile.type + ", not " + TypeName(column));
-    else if (column.IsText() && inFile.collation != "NOCASE")
-        report("compares as " + inFile.collation + ", not as NOCASE");
-    if (inFile.isKey != column.isKey)
-        report(column.isKey ? "is not part of the key" : "is part of the key");
-    if (column.isKey && !inFile.isNotNull)
+    const auto report = [&](const QString &what) { found({table.name, {}, wanted.name, what}); };
+    if (stored.type != wanted.type)
+        report("is " + stored.type + ", not " + wanted.type);
+    else if (!wanted.collation.isEmpty() && stored.collation != wanted.collation)
+        report("compares as " + stored.collation + ", not as " + wanted.collation);
+    if (stored.isKey != wanted.isKey)
+        report(wanted.isKey ? "is not part of the key" : "is part of the key");
+    if (wanted.isKey && !stored.isNotNull)
         report("allows null in the key");
-}
-
-/// The columns that an index over all rows of the table begins with.
-QStringList IndexedColumns(Database &database, const QString &table)
-{
-    const auto rows = database.OpenRecordset(
-        QString("SELECT c.name FROM pragma_index_list('%1') AS i, "
-                "pragma_index_info(i.name) AS c WHERE i.partial = 0 AND c.seqno = 0")
-            .arg(table));
-    QStringList columns;
-    for (; !rows->IsEof(); rows->MoveNext())
-        columns += rows->Text(0);
-    return columns;
 }
 
 void CheckTable(Database &database, const TableDefinition &table, const FindingSink &found,
                 const FindingSink &noted)
 {
-    QStringList columns = ColumnsInFile(database, table.name);
-    if (columns.isEmpty()) {
+    std::vector<StoredColumn> columns = database.Engine().Columns(table.name);
+    if (columns.empty()) {
         if (!table.isOptional)
             found({table.name, {}, {}, "the table is missing"});
         return;
     }
     for (const ColumnDefinition &column : table.columns) {
-        const auto isIt = [&](const QString &name) {
-            return name.compare(QLatin1String(column.name), Qt::CaseInsensitive) == 0;
-        };
-        if (columns.removeIf(isIt) == 0)
+        const auto stored = std::ranges::find_if(columns, [&](const StoredColumn &of) {
+            return of.name.compare(QLatin1String(column.name), Qt::CaseInsensitive) == 0;
+        });
+        if (stored == columns.end()) {
             found({table.name, {}, column.name, "the column is missing"});
-        else
-            CheckColumn(database, table, column, found);
+            continue;
+        }
+        CheckColumn(table, *stored, database.Engine().Wanted(column), found);
+        columns.erase(stored);
     }
-    for (const QString &unknown : columns)
-        noted({table.name, {}, unknown, "an unknown column"});
-    const QStringList indexed = IndexedColumns(database, table.name);
+    for (const StoredColumn &unknown : columns)
+        noted({table.name, {}, unknown.name, "an unknown column"});
+    const QStringList indexed = database.Engine().IndexedColumns(table.name);
     for (const char *column : table.indexes)
         if (!indexed.contains(column, Qt::CaseInsensitive))
             found({table.name, {}, column, "the index is missing"});
@@ -110,20 +68,16 @@ QString PropertyOrNull(Database &database, const QString &name)
 
 QStringList ColumnsInFile(Database &database, const QString &table)
 {
-    const auto rows
-        = database.OpenRecordset(QString("SELECT name FROM pragma_table_info('%1')").arg(table));
-    QStringList columns;
-    for (; !rows->IsEof(); rows->MoveNext())
-        columns += rows->Text(0);
-    return columns;
+    QStringList names;
+    for (const StoredColumn &column : database.Engine().Columns(table))
+        names += column.name;
+    return names;
 }
 
 void CheckIntegrity(Database &database, const FindingSink &found)
 {
-    const auto rows = database.OpenRecordset("PRAGMA integrity_check");
-    for (; !rows->IsEof(); rows->MoveNext())
-        if (rows->Text(0) != "ok")
-            found({{}, {}, {}, rows->Text(0)});
+    for (const QString &damage : database.Engine().FindDamage())
+        found({{}, {}, {}, damage});
 }
 
 void CheckProperties(Database &database, const FindingSink &found)
@@ -148,11 +102,7 @@ void CheckSchema(Database &database, const FindingSink &found, const FindingSink
 {
     for (const TableDefinition &table : Tables())
         CheckTable(database, table, found, noted);
-    const auto rows = database.OpenRecordset(
-        "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
-    for (; !rows->IsEof(); rows->MoveNext()) {
-        const QString name = rows->Text(0);
-        if (!FindTable(name) && name != PropertyTable && !name.startsWith("sqlite_"))
+    for (const QString &name : database.Engine().TableNames())
+        if (!FindTable(name) && name.compare(PropertyTable, Qt::CaseInsensitive) != 0)
             noted({name, {}, {}, "an unknown table"});
-    }
 }

@@ -1,5 +1,6 @@
 #include "tldb/check/ValueRules.h"
 
+#include "data/dao/Rows.h"
 #include "platform/ShiftJis.h"
 #include "util/Decimal.h"
 #include "util/VbText.h"
@@ -8,7 +9,6 @@
 #include <QStringDecoder>
 #include <algorithm>
 #include <cmath>
-#include <sqlite3.h>
 
 namespace {
 
@@ -105,18 +105,14 @@ QString NumberFault(const ColumnDefinition &column, double number)
 
 } // namespace
 
-QString ValueFault(const ColumnDefinition &column, sqlite3_value *value)
+QString ValueFault(const ColumnDefinition &column, const RowValue &value)
 {
-    const int type = sqlite3_value_type(value);
-    const bool isNumber = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
-    if (type == SQLITE_NULL)
+    if (value.IsNull())
         return column.isKey ? "is null" : "";
-    if (type == SQLITE_BLOB || isNumber == column.IsText())
+    if (value.type == ValueType::Bytes || value.IsNumber() == column.IsText())
         return column.IsText() ? "is not a text" : "is not a number";
-    if (isNumber)
-        return NumberFault(column, sqlite3_value_double(value));
-    const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(value));
-    return TextFault(column, QByteArrayView(text, sqlite3_value_bytes(value)));
+    return value.IsNumber() ? NumberFault(column, value.Number())
+                            : TextFault(column, value.Bytes());
 }
 
 QString CharacterFault(const QString &text)

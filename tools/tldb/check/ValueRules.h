@@ -4,11 +4,11 @@
 
 #include <QString>
 
-struct sqlite3_value;
+struct RowValue;
 
 /// What is wrong with a value of a column; an empty text when nothing is. A null is only wrong in a
 /// key.
-QString ValueFault(const ColumnDefinition &column, sqlite3_value *value);
+QString ValueFault(const ColumnDefinition &column, const RowValue &value);
 
 /// What is wrong with the characters of a text, and the text from the first wrong one on: a NUL,
 /// another control character than a tab or line break, or one for which an answer record has but

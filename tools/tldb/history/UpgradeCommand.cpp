@@ -11,8 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <memory>
-#include <sqlite3.h>
 
 namespace {
 
@@ -23,31 +21,9 @@ bool HasHistory(Database &database)
     return !ColumnsInFile(database, HistoryTable).isEmpty();
 }
 
-struct Close
-{
-    void operator()(sqlite3 *connection) const { sqlite3_close(connection); }
-};
-
-/// Copies the database's pages to a new file, synced to the disk.
-void CopyPages(Database &database, const QString &localPath)
-{
-    sqlite3 *opened = nullptr;
-    const int isOpen = sqlite3_open_v2(localPath.toUtf8(), &opened,
-                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    const std::unique_ptr<sqlite3, Close> copy(opened);
-    if (isOpen != SQLITE_OK)
-        throw DaoErrors::FromSqlite(copy.get(), Source);
-    sqlite3_exec(copy.get(), "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
-    sqlite3_backup *backup = sqlite3_backup_init(copy.get(), "main", database.Connection(), "main");
-    if (backup)
-        sqlite3_backup_step(backup, -1);
-    if (!backup || sqlite3_backup_finish(backup) != SQLITE_OK)
-        throw DaoErrors::FromSqlite(copy.get(), Source);
-}
-
 /// Copies a database, while nobody can write to it, to a file beside its own that is named after
 /// the moment, and returns the new file's path. The copy gets its name when it is whole, and the
-/// file permissions before it has content.
+/// file permissions before it has content. Empty for a database that has backups of its own.
 QString BackUp(Database &database, const QFileInfo &file)
 {
     const QString backupPath = file.dir().filePath(
@@ -60,7 +36,10 @@ QString BackUp(Database &database, const QFileInfo &file)
     copy.setPermissions(file.permissions());
     copy.close();
     try {
-        CopyPages(database, buildPath);
+        if (!database.Engine().CopyTo(buildPath)) {
+            QFile::remove(buildPath);
+            return {};
+        }
         if (!copy.rename(backupPath)) // which never overwrites
             throw DaoErrors::Make(DaoErrors::CannotUpdate, Source, backupPath);
     } catch (const DaoError &) {
@@ -76,26 +55,30 @@ int RunUpgrade(const QCommandLineParser &arguments, QTextStream &out, QTextStrea
 {
     const QString path = DatabasePath(arguments.positionalArguments().first());
     QString backupPath;
+    bool isUpgraded = false;
     try {
         Database database(path, false, ConnectText);
         // Who holds the lock can't be copied from.
         Database source(path, true, ConnectText);
         if (!HasHistory(database)) {
             // Who writes waits until the end, so that the backup lacks nothing but the table.
-            database.ExecuteNative("BEGIN IMMEDIATE");
+            database.BeginTrans(false);
             if (!HasHistory(database)) { // else somebody was faster
                 backupPath = BackUp(source, QFileInfo(path));
                 CreateTable(database, *FindTable(HistoryTable));
+                isUpgraded = true;
             }
-            database.ExecuteNative("COMMIT");
+            database.CommitTrans();
         }
     } catch (const DaoError &error) {
         if (!backupPath.isEmpty())
             QFile::remove(backupPath); // nothing has changed
         return Complain(err, path + ": " + ErrorText(error));
     }
-    if (backupPath.isEmpty())
+    if (!isUpgraded)
         out << path << ": nothing to do\n";
+    else if (backupPath.isEmpty())
+        out << path << ": upgraded\n";
     else
         out << path << ": upgraded, the database as it was is " << backupPath << '\n';
     return ExitCode::Ok;

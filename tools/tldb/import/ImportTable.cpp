@@ -3,7 +3,6 @@
 #include "data/Tables.h"
 #include "data/dao/DaoError.h"
 #include "tldb/NewDatabase.h"
-#include "tldb/TableWriter.h"
 #include "tldb/check/ValueRules.h"
 #include "util/Decimal.h"
 #include "util/VbText.h"
@@ -102,8 +101,8 @@ bool IsKeptByDouble(const QString &number)
 class RowBinder
 {
 public:
-    RowBinder(InsertStatement &statement, const std::vector<Target> &targets)
-        : m_statement(statement)
+    RowBinder(RowLoader &loader, const std::vector<Target> &targets)
+        : m_loader(loader)
         , m_targets(targets)
     {
     }
@@ -115,34 +114,34 @@ public:
         const ColumnDefinition *definition = m_targets[column].definition;
         const bool isText = definition && definition->IsText();
         if (std::holds_alternative<Unreadable>(value)) {
-            m_statement.BindNull(index);
+            m_loader.BindNull(index);
             return "can't be read and is left empty";
         }
         if (std::holds_alternative<std::monostate>(value)) {
-            m_statement.BindNull(index);
+            m_loader.BindNull(index);
         } else if (const auto *text = std::get_if<QString>(&value)) {
             // A blank keeps what follows in its place, and is what an answer record has for it.
             const QString kept = QString(*text).replace(QChar(0), ' ');
-            m_statement.Bind(index, isText ? RTrim(kept) : kept);
+            m_loader.Bind(index, isText ? RTrim(kept) : kept);
             if (kept != *text)
                 return CharacterFault(*text) + ", written as blanks";
         } else if (const auto *number = std::get_if<double>(&value)) {
             if (isText)
-                m_statement.Bind(index, Decimal::FromDouble(*number).ToText());
+                m_loader.Bind(index, Decimal::FromDouble(*number).ToText());
             else
-                m_statement.Bind(index, *number);
+                m_loader.Bind(index, *number);
         } else if (const auto *exact = std::get_if<ExactNumber>(&value)) {
             const bool isKept = isText || IsKeptByDouble(exact->text);
             if (isText || !isKept)
-                m_statement.Bind(index, exact->text);
+                m_loader.Bind(index, exact->text);
             else
-                m_statement.Bind(index, exact->text.toDouble());
+                m_loader.Bind(index, exact->text.toDouble());
             if (definition && !isKept)
                 return "has more digits than the column keeps: " + exact->text;
         } else if (const auto *whole = std::get_if<qint64>(&value)) {
-            m_statement.Bind(index, *whole);
+            m_loader.Bind(index, *whole);
         } else {
-            m_statement.Bind(index, std::get<QByteArray>(value));
+            m_loader.Bind(index, std::get<QByteArray>(value));
         }
         return {};
     }
@@ -151,13 +150,13 @@ public:
     void BindBlank(size_t column)
     {
         if (m_targets[column].definition->IsText())
-            m_statement.Bind(int(column), QString());
+            m_loader.Bind(int(column), QString());
         else
-            m_statement.Bind(int(column), qint64(0));
+            m_loader.Bind(int(column), qint64(0));
     }
 
 private:
-    InsertStatement &m_statement;
+    RowLoader &m_loader;
     const std::vector<Target> &m_targets;
 };
 
@@ -206,8 +205,8 @@ ImportCount ImportTable(Database &database, const QString &name, OldTable &table
     QStringList columns;
     for (const Target &target : targets)
         columns += target.name;
-    InsertStatement statement(database, name, columns);
-    RowBinder binder(statement, targets);
+    const auto loader = database.Engine().LoadRows(name, columns);
+    RowBinder binder(*loader, targets);
     for (size_t column = 0; column < targets.size(); ++column)
         if (targets[column].source < 0) {
             binder.BindBlank(column);
@@ -235,7 +234,7 @@ ImportCount ImportTable(Database &database, const QString &name, OldTable &table
                 noted(ofRow(target.name, fault));
         }
         try {
-            statement.Insert();
+            loader->Insert();
             ++count.written;
         } catch (const DaoError &error) {
             if (!IsOfRow(error))
@@ -243,6 +242,7 @@ ImportCount ImportTable(Database &database, const QString &name, OldTable &table
             found(ofRow({}, "the row is not written: " + ErrorText(error)));
         }
     }
+    loader->Finish();
     if (count.read != table.RowCount())
         found({name,
                {},

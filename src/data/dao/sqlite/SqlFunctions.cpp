@@ -1,4 +1,4 @@
-#include "data/dao/SqlFunctions.h"
+#include "data/dao/sqlite/SqlFunctions.h"
 
 #include <sqlite3.h>
 
