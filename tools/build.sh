@@ -2,7 +2,7 @@
 
 # mdbtools-dev, which brings pkg-config and glib, is for "tldb import"; mdbtools for a test of it;
 # libxlsxwriter-dev for the list as a workbook.
-packages="g++ cmake ninja-build qt6-base-dev libsqlite3-dev qt6-translations-l10n
+packages="g++ cmake ninja-build qt6-base-dev libsqlite3-dev libpq-dev qt6-translations-l10n
           libxlsxwriter-dev libgtest-dev sqlite3 python3 cmark-gfm librsvg2-bin xvfb xauth openbox
           fonts-ipaexfont-gothic mdbtools-dev mdbtools"
 
@@ -34,6 +34,12 @@ install_packages() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
         $missing >/dev/null ||
         die "apt-get install failed" "try by hand: apt-get install$missing"
+}
+
+# Installs a package that is not there where that can be done; goes on without it else.
+try_package() {
+    dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed' ||
+        (packages=$1 install_packages) || say "going on without $1"
 }
 
 # build FOLDER "CMAKE OPTIONS" [TARGET...]

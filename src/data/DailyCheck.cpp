@@ -3,6 +3,7 @@
 #include "data/Tables.h"
 #include "data/dao/DaoError.h"
 #include "data/dao/Database.h"
+#include "data/dao/postgres/ServerFile.h"
 #include "platform/Clock.h"
 
 #include <QFile>
@@ -86,6 +87,8 @@ void DailyCheck::Run(const std::stop_token &stop)
 {
     QStringList faults;
     try {
+        if (ServerFile::SettingsOf(m_localPath)) // a server looks after its own files
+            return;
         if (!WaitForQuiet(m_localPath, stop))
             return;
         Database database(m_localPath, true, m_connect);

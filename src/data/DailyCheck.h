@@ -11,7 +11,8 @@
 /// list would say nothing.
 ///
 /// Nobody waits for it. It has a thread and a connection of its own, and lets go of the file as
-/// soon as any program writes to it; the table it was at is looked through again later.
+/// soon as any program writes to it; the table it was at is looked through again later. A database
+/// on a server is left to the server's own checks.
 class DailyCheck
 {
 public:

@@ -25,6 +25,7 @@ QString DescriptionOf(int number)
         {DaoErrors::Locked,
          "ほかのプログラムがデータベースをロックしているため、処理できませんでした。"},
         {DaoErrors::ItemNotFound, "要求された名前の項目が、このコレクションで見つかりません。"},
+        {DaoErrors::NoDriver, "この種類のデータベースのドライバーがありません。"},
         {DaoErrors::PropertyNotFound, "プロパティが見つかりません。"},
         {DaoErrors::FileExists, "データベース ファイルは既に存在します。"},
         {DaoErrors::NullNotAllowed, "必須のフィールドに値がありません。"},

@@ -26,6 +26,7 @@ constexpr int FileNotFound = 3024;
 constexpr int InternalError = 3000;
 constexpr int InvalidPassword = 3031;
 constexpr int Locked = 3260;
+constexpr int NoDriver = 3170;
 constexpr int NoCurrentRecord = 3021;
 constexpr int FileExists = 3204;
 constexpr int ItemNotFound = 3265;

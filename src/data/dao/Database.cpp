@@ -3,6 +3,8 @@
 #include "data/Tables.h"
 #include "data/dao/DaoError.h"
 #include "data/dao/SqlText.h"
+#include "data/dao/postgres/OpenPostgres.h"
+#include "data/dao/postgres/ServerFile.h"
 #include "data/dao/sqlite/SqliteConnection.h"
 
 #include <QCryptographicHash>
@@ -56,9 +58,13 @@ bool IsOldEngineFile(const QString &localPath)
     return file.open(QIODevice::ReadOnly) && file.peek(OldEngineHeader.size()) == OldEngineHeader;
 }
 
+/// Opens the file, or the database on a server that the file stands for.
 std::unique_ptr<Connection> Open(const QString &localPath, bool isReadOnly)
 {
     CheckExists(localPath);
+    if (const auto settings = ServerFile::SettingsOf(localPath))
+        return OpenPostgres(*settings,
+                            isReadOnly ? ServerAccess::ReadOnly : ServerAccess::ReadWrite);
     using Access = SqliteConnection::Access;
     try {
         return std::make_unique<SqliteConnection>(localPath, isReadOnly ? Access::ReadOnly
@@ -127,6 +133,15 @@ std::unique_ptr<Database> Database::Create(const QString &localPath, const QStri
         std::make_unique<SqliteConnection>(localPath, SqliteConnection::Access::Create), connect));
     ::chmod(QFile::encodeName(localPath), 0660);
     return database;
+}
+
+std::unique_ptr<Database> Database::CreateOnServer(const QString &settings, const QString &connect)
+{
+    auto connection = OpenPostgres(settings, ServerAccess::Create);
+    connection->ExecuteScript("BEGIN");
+    if (!connection->Columns(PropertyTable).empty())
+        throw DaoErrors::Make(DaoErrors::FileExists, Source, settings);
+    return std::unique_ptr<Database>(new Database(std::move(connection), connect));
 }
 
 std::unique_ptr<Recordset> Database::OpenRecordset(const QString &sql)

@@ -17,7 +17,8 @@ inline constexpr QByteArrayView OldEngineHeader("\0\1\0\0Standard Jet DB\0", 20)
 class Database
 {
 public:
-    /// Opens an existing database, shared with other programs. The connect text carries the
+    /// Opens an existing database, shared with other programs: a file, or one on a server where the
+    /// file says so. The connect text carries the
     /// password as ";PWD=...". A file that is no database, has another password, or is in the
     /// original engine's own format is refused.
     Database(const QString &localPath, bool isReadOnly, const QString &connect);
@@ -26,6 +27,12 @@ public:
 
     /// Makes a new, empty file with this password and leaves it open; an existing file is refused.
     static std::unique_ptr<Database> Create(const QString &localPath, const QString &connect);
+
+    /// The same in a database on a server, whose connection settings are given; one that has a
+    /// database of the system already is refused. Nothing of it is there until
+    /// ExecuteNative("COMMIT").
+    static std::unique_ptr<Database> CreateOnServer(const QString &settings,
+                                                    const QString &connect);
 
     std::unique_ptr<Recordset> OpenRecordset(const QString &sql);
 

@@ -180,29 +180,6 @@ void TranslateUpdateJoin(Tokens &tokens)
     tokens = result;
 }
 
-/// The table that a SELECT reads first; null when it is none of the system's.
-const TableDefinition *FirstTable(const Tokens &tokens)
-{
-    qsizetype at = FindWord(tokens, u"FROM") + 1;
-    while (at < qsizetype(tokens.size())
-           && (tokens[at].kind == TokenKind::Blank || tokens[at].IsSymbol(u"(")))
-        ++at;
-    return at < qsizetype(tokens.size()) ? FindTable(tokens[at].text) : nullptr;
-}
-
-/// Where the list after ORDER BY begins and where it ends; both are the end without one.
-std::pair<qsizetype, qsizetype> OrderList(const Tokens &tokens)
-{
-    const auto end = qsizetype(tokens.size());
-    const qsizetype by = SkipBlanks(tokens, FindWord(tokens, u"ORDER") + 1);
-    if (by >= end || !tokens[by].Is(u"BY"))
-        return {end, end};
-    qsizetype last = std::min(FindWord(tokens, u"LIMIT", by), end);
-    while (tokens[last - 1].kind == TokenKind::Blank || tokens[last - 1].IsSymbol(u";"))
-        --last;
-    return {by + 1, last};
-}
-
 /// Whether the list orders by this column, by itself or as a column of this table.
 bool IsOrderedBy(const Tokens &tokens, qsizetype from, qsizetype to, const TableDefinition &table,
                  const QString &column)
@@ -228,12 +205,14 @@ void OrderTies(Tokens &tokens)
     const TableDefinition *table = FirstTable(tokens);
     if (!table)
         return;
-    QString more;
+    Tokens more;
     for (const ColumnDefinition &column : table->columns)
         if (column.isKey && !IsOrderedBy(tokens, from, to, *table, column.name))
-            more += QString(",%1.%2").arg(table->name, column.name);
-    if (!more.isEmpty())
-        tokens.insert(tokens.begin() + to, {TokenKind::Symbol, more});
+            Append(more, {{TokenKind::Symbol, ","},
+                          {TokenKind::Word, table->name},
+                          {TokenKind::Symbol, "."},
+                          {TokenKind::Word, column.name}});
+    tokens.insert(tokens.begin() + to, more.begin(), more.end());
 }
 
 bool IsCall(const Tokens &tokens, qsizetype at)
@@ -276,6 +255,15 @@ QString ToText(const Tokens &tokens, const DialectWriter &writer, qsizetype expe
 }
 
 } // namespace
+
+const TableDefinition *FirstTable(const Tokens &tokens)
+{
+    qsizetype at = FindWord(tokens, u"FROM") + 1;
+    while (at < qsizetype(tokens.size())
+           && (tokens[at].kind == TokenKind::Blank || tokens[at].IsSymbol(u"(")))
+        ++at;
+    return at < qsizetype(tokens.size()) ? FindTable(tokens[at].text) : nullptr;
+}
 
 std::optional<PlainPattern> PlainPattern::Of(const QString &pattern)
 {

@@ -17,6 +17,11 @@ struct PlainPattern
     static std::optional<PlainPattern> Of(const QString &pattern);
 };
 
+struct TableDefinition;
+
+/// The table that a SELECT reads first; null when it is none of the system's.
+const TableDefinition *FirstTable(const Tokens &tokens);
+
 /// How one engine writes what the engines write each in its own way.
 class DialectWriter
 {
@@ -66,3 +71,14 @@ QString Translate(const QString &statement, const DialectWriter &writer);
 ///   x LIKE 'ab*', 'a[#]b*', 'ab'        a native LIKE, which an index can serve
 ///   x LIKE other pattern                like_pattern(pattern, x), a function of ours
 QString ToSqlite(const QString &statement);
+
+/// For PostgreSQL. A text with more than one statement throws DaoError.
+///
+///   Chr(n), Chr$(n)                     chr(n)
+///   Left$(t, n)                         a citext, as its columns are: compared without case
+///   x LIKE 'ab*', 'a[#]b*', 'ab'        a range or an equality, which an index can serve
+///   x LIKE other pattern                a regular expression for the text in small letters
+///   ORDER BY x, y DESC                  nulls come before all else, as in SQLite
+///   SELECT DISTINCT ..                  in the order of the first row of each
+///   x'00ff', [Name]                     a bytea, "name"
+QString ToPostgres(const QString &statement);

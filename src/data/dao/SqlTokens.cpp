@@ -103,6 +103,18 @@ qsizetype FindWord(const Tokens &tokens, QStringView word, qsizetype from)
     return qsizetype(tokens.size());
 }
 
+std::pair<qsizetype, qsizetype> OrderList(const Tokens &tokens)
+{
+    const auto end = qsizetype(tokens.size());
+    const qsizetype by = SkipBlanks(tokens, FindWord(tokens, u"ORDER") + 1);
+    if (by >= end || !tokens[by].Is(u"BY"))
+        return {end, end};
+    qsizetype last = std::min(FindWord(tokens, u"LIMIT", by), end);
+    while (tokens[last - 1].kind == TokenKind::Blank || tokens[last - 1].IsSymbol(u";"))
+        --last;
+    return {by + 1, last};
+}
+
 Tokens Slice(const Tokens &tokens, qsizetype from, qsizetype to)
 {
     return Tokens(tokens.begin() + from, tokens.begin() + std::max(from, to));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <utility>
 #include <vector>
 
 enum class TokenKind { Blank, Word, Number, Literal, Unclosed, Symbol };
@@ -32,6 +33,9 @@ qsizetype SkipBlanks(const Tokens &tokens, qsizetype at);
 
 /// The first word of that name at depth 0 from `from` on; the end when there is none.
 qsizetype FindWord(const Tokens &tokens, QStringView word, qsizetype from = 0);
+
+/// Where the list after ORDER BY begins and where it ends; both are the end without one.
+std::pair<qsizetype, qsizetype> OrderList(const Tokens &tokens);
 
 Tokens Slice(const Tokens &tokens, qsizetype from, qsizetype to);
 void Append(Tokens &tokens, const Tokens &more);
