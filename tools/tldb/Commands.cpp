@@ -45,6 +45,9 @@ std::vector<Option> ListOptions(std::vector<Option> more)
     return options;
 }
 
+const Option Server = {"server", "SETTINGS",
+                       "put the database on a PostgreSQL server (\"host=db dbname=tldb0010\")"};
+
 const std::vector<Command> &Commands()
 {
     static const std::vector<Command> commands = {
@@ -53,7 +56,7 @@ const std::vector<Command> &Commands()
          "make an empty TLDB0010.MDB in DIR",
          "DIR is made when it is missing. A database that is there already is left as it is.",
          "create /srv/talven/db",
-         {},
+         {Server},
          RunCreate},
         {"demo",
          "DIR",
@@ -63,7 +66,8 @@ const std::vector<Command> &Commands()
          "demo --lines 500 build/demo",
          {{"lines", "N", "number of delivery lines, 1 to 10000000 (default 2000)"},
           {"seed", "S", "start of the random numbers (default 1)"},
-          {"date", "YYYYMMDD", "day that the data is made for (default today)"}},
+          {"date", "YYYYMMDD", "day that the data is made for (default today)"},
+          Server},
          RunDemo},
         {"check",
          "DIR",
@@ -85,14 +89,14 @@ const std::vector<Command> &Commands()
          "that makes one good value another can't be seen, as the old format has no checksums.\n"
          "Then the new database is checked as by \"tldb check\".",
          "import TLDB0010-OLD.MDB /srv/talven/db",
-         {},
+         {Server},
          RunImport},
         {"upgrade",
          "DIR",
          "give DIR/TLDB0010.MDB the table of the answer history",
          "The database is copied to DIR/TLDB0010-YYYYMMDD-HHMMSS.MDB first. Other programs may\n"
          "have it open; their writing waits meanwhile. A database that has the table (TLAH0010)\n"
-         "already is left as it is.",
+         "already is left as it is. On a server nothing is copied: its backups are its own.",
          "upgrade /srv/talven/db",
          {},
          RunUpgrade},
@@ -106,6 +110,16 @@ const std::vector<Command> &Commands()
          "history /srv/talven/db 2609-00010093",
          {},
          RunHistory},
+        {"move",
+         "DIR",
+         "copy DIR/TLDB0010.MDB to a PostgreSQL server",
+         "The file is only read and stays as it is; nobody can write to it meanwhile. What has\n"
+         "arrived on the server is read again and compared, and nothing is left there when it\n"
+         "differs. DIR gets TLDB0010-SERVER.MDB, which names the server and is to take the\n"
+         "place of TLDB0010.MDB.",
+         "move --server \"host=db dbname=tldb0010\" /srv/talven/db",
+         {{"server", "SETTINGS", "connection settings of an empty database, without a password"}},
+         RunMove},
         {"show-answers",
          "FILE",
          "show the records of a delivery-date answer file",

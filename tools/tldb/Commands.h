@@ -29,6 +29,7 @@ int RunCheck(const QCommandLineParser &arguments, QTextStream &out, QTextStream 
 int RunImport(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunUpgrade(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunHistory(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
+int RunMove(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunShowAnswers(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunExportAnswers(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);
 int RunCheckSheet(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err);

@@ -9,7 +9,7 @@ int RunCreate(const QCommandLineParser &arguments, QTextStream &out, QTextStream
 {
     const QString folder = arguments.positionalArguments().first();
     try {
-        NewDatabase database(folder);
+        NewDatabase database(folder, arguments.value("server"));
         database.Finish();
     } catch (const DaoError &error) {
         return Complain(err, DatabasePath(folder) + ": " + ErrorText(error));

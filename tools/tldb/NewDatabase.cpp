@@ -2,6 +2,7 @@
 
 #include "data/Tables.h"
 #include "data/dao/DaoError.h"
+#include "tldb/server/CopyToServer.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -48,14 +49,17 @@ QString ErrorText(const DaoError &error)
     return QString("database error %1: %2").arg(error.number).arg(error.detail);
 }
 
-NewDatabase::NewDatabase(const QString &folder)
+NewDatabase::NewDatabase(const QString &folder, const QString &server)
     : m_path(DatabasePath(folder))
     , m_buildPath(QString("%1.%2.new").arg(m_path).arg(QCoreApplication::applicationPid()))
+    , m_server(server)
 {
     if (QFile::exists(m_path))
         throw DaoErrors::Make(DaoErrors::FileExists, Source, m_path);
     if (!QDir().mkpath(folder))
         throw DaoErrors::Make(DaoErrors::CannotUpdate, Source, folder);
+    if (!m_server.isEmpty()) // what speaks against it is told before the work
+        Database::CreateOnServer(m_server, ConnectText);
     QFile::remove(m_buildPath);
     try {
         m_database = Database::Create(m_buildPath, ConnectText);
@@ -75,9 +79,28 @@ NewDatabase::~NewDatabase()
 
 void NewDatabase::Finish()
 {
+    if (!m_server.isEmpty())
+        CopyToItsServer();
     m_database.reset();
     if (!QFile::rename(m_buildPath, m_path))
         throw DaoErrors::Make(QFile::exists(m_path) ? DaoErrors::FileExists
                                                     : DaoErrors::CannotUpdate,
                               Source, m_path);
+}
+
+void NewDatabase::CopyToItsServer()
+{
+    const auto server = Database::CreateOnServer(m_server, ConnectText);
+    QString findings;
+    QString rows;
+    QTextStream out(&rows);
+    CopyToServer(
+        *m_database, *server,
+        [&findings](const Finding &finding) { findings += ToLine(finding) + "; "; }, out);
+    if (!findings.isEmpty())
+        throw DaoErrors::Make(DaoErrors::TypeMismatch, Source, findings);
+    m_database.reset();
+    QFile::remove(m_buildPath);
+    WriteServerFile(m_buildPath, m_server);
+    server->ExecuteNative("COMMIT");
 }

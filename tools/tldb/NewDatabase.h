@@ -18,13 +18,15 @@ Database OpenToRead(const QString &path);
 QString ErrorText(const DaoError &error);
 
 /// A database in the making. It is built under another name and gets its own only when Finish is
-/// called, so a run that fails half way leaves no half-filled TLDB0010.MDB behind.
+/// called, so a run that fails half way leaves no half-filled TLDB0010.MDB behind. One that is to
+/// be on a server is built as a file all the same, and copied there by Finish.
 class NewDatabase
 {
 public:
     /// Makes the folder when it is missing, and in it an empty database with every table. Throws
     /// DaoError: FileExists when the folder has a database already, which then stays as it is.
-    explicit NewDatabase(const QString &folder);
+    /// `server` is the connection settings of a server; empty: the database is a file.
+    explicit NewDatabase(const QString &folder, const QString &server = {});
 
     /// Takes an unfinished database away.
     ~NewDatabase();
@@ -33,12 +35,15 @@ public:
 
     Database &Content() { return *m_database; }
 
-    /// Closes the database and gives it its name. Throws DaoError when another program made one of
-    /// that name meanwhile.
+    /// Closes the database and gives it its name, or to the file that names its server. Throws
+    /// DaoError when another program made one of that name meanwhile.
     void Finish();
 
 private:
+    void CopyToItsServer();
+
     QString m_path;
     QString m_buildPath;
+    QString m_server;
     std::unique_ptr<Database> m_database;
 };

@@ -65,7 +65,7 @@ int RunDemo(const QCommandLineParser &arguments, QTextStream &out, QTextStream &
     if (QFile::exists(settings))
         return Complain(err, settings + ": the settings file exists already");
     try {
-        NewDatabase database(folder);
+        NewDatabase database(folder, arguments.value("server"));
         FillWithDemoData(database.Content(), options);
         if (!WriteDemoSettings(folder))
             return Complain(err, settings + ": the settings can't be written");

@@ -73,7 +73,7 @@ int RunImport(const QCommandLineParser &arguments, QTextStream &out, QTextStream
     FindingReport report(out);
     try {
         OldDatabase old(oldPath);
-        NewDatabase database(folder);
+        NewDatabase database(folder, arguments.value("server"));
         ImportTables(old, database.Content(), out, report);
         CheckDatabase(database.Content(), report.found, report.noted);
         database.Finish();
