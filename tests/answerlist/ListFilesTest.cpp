@@ -23,7 +23,7 @@ class ListFilesTest : public ListDatabase, public WindowHands
 protected:
     ListFilesTest()
     {
-        Change("TLMT0040", "1", "NokiInfKBN = 0");
+        Change("TLMT0040", "1 = 1", "NokiInfKBN = 0");
         for (const int accNo : {1, 2, 3})
             AddOrder(accNo);
         AddLine(1, 1, 1);

@@ -16,7 +16,7 @@ class ListScreen : public ListDatabase, public WindowHands
 protected:
     ListScreen()
     {
-        Change("TLMT0040", "1", "NokiInfKBN = 0");
+        Change("TLMT0040", "1 = 1", "NokiInfKBN = 0");
         for (const int accNo : {1, 2, 3, 4})
             AddOrder(accNo);
         AddLine(1, 1, 1);

@@ -48,7 +48,7 @@ protected:
     void ResetLine(const QString &date, const QString &quantity, const QString &remarks)
     {
         ResetLine();
-        Change("TLSP0010", "1",
+        Change("TLSP0010", "1 = 1",
                "AnsLimDate = '" + date + "', AnsVal = " + quantity + ", Biko = '" + remarks + "'");
         state.detail.answeredDate = state.detail.storedDate = date;
         state.detail.answeredQuantity = state.detail.storedQuantity = Decimal::FromText(quantity);
@@ -294,10 +294,10 @@ TEST_F(DetailDialog, AnothersChangeIsOverwrittenOnlyWhenAskedFor)
             SCOPED_TRACE(std::string(change) + (isBefore ? " before" : " after"));
             ResetLine();
             if (isBefore)
-                Change("TLSP0010", "1", change);
+                Change("TLSP0010", "1 = 1", change);
             Show();
             if (!isBefore)
-                Change("TLSP0010", "1", change);
+                Change("TLSP0010", "1 = 1", change);
             const QString theirs = Line();
             Keys("260607");
             const bool isAsked = isBefore ? isAskedBefore : isAskedAfter;
@@ -332,15 +332,14 @@ TEST_F(DetailDialog, ALineThatCannotBeShownCannotBeSaved)
 
 TEST_F(DetailDialog, WhatIsRefusedKeepsTheDialogOpen)
 {
-    file.Run("CREATE TRIGGER Refuse BEFORE UPDATE ON TLSP0010 "
-             "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    file.Refuse("UPDATE");
     Show();
     Keys("260610\r1234.567\rmemo\r\r"); // the last on the button
     EXPECT_EQ(boxes.TakeTexts().size(), 2u);
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_EQ(Entries(), "26/06/10|1,234.567|memo");
     EXPECT_EQ(state.detail.answeredDate, "20260605");
-    file.Run("DROP TRIGGER Refuse");
+    file.RefuseNothing();
     Click("cmdRegister");
     EXPECT_EQ(boxes.TakeTexts(), Told{Saved});
     EXPECT_EQ(Stored("AnsLimDate, AnsVal, Biko"), "20260610|1234.567|memo");

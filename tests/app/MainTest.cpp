@@ -29,7 +29,7 @@ protected:
         EXPECT_FALSE(Main(file.folder.Path()));
         // Nobody holds the database any more.
         SetLockTimeout(file.Other(), 0);
-        EXPECT_NO_THROW(file.Run("BEGIN EXCLUSIVE; ROLLBACK"));
+        EXPECT_NO_THROW(file.Lock(); file.Unlock());
         const QStringList reasons = log.Lines().filter("error talven.start: ");
         return reasons.isEmpty() ? QString() : reasons.last();
     }

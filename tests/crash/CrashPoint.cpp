@@ -1,6 +1,7 @@
 // Preloaded into the program: ends it by SIGKILL at the CRASH_AT-th operation that changes the
-// database or an answer file. The operation is then not done, a write is done by half. Without
-// CRASH_AT the operations are counted; their number is written to the file CRASH_COUNT at the end.
+// database or an answer file, or sends something to the database's server. The operation is then
+// not done, a write is done by half. Without CRASH_AT the operations are counted; their number is
+// written to the file CRASH_COUNT at the end.
 
 #include <atomic>
 #include <csignal>
@@ -9,6 +10,8 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace {
@@ -30,6 +33,15 @@ bool IsWatched(int descriptor)
     std::snprintf(link, sizeof link, "/proc/self/fd/%d", descriptor);
     const ssize_t length = ::readlink(link, path, sizeof path);
     return length > 0 && IsWatched({path, size_t(length)});
+}
+
+/// Whether a database server is at the socket's other end.
+bool IsServer(int descriptor)
+{
+    sockaddr_un peer = {};
+    socklen_t size = sizeof peer - 1;
+    return ::getpeername(descriptor, reinterpret_cast<sockaddr *>(&peer), &size) == 0
+           && peer.sun_family == AF_UNIX && std::strstr(peer.sun_path, "/.s.PGSQL.");
 }
 
 /// Counts an operation; true when it is the last one.
@@ -64,7 +76,7 @@ template <typename Function, typename... Position>
 ssize_t Write(const char *name, int descriptor, const void *data, size_t size, Position... position)
 {
     Function *const real = Real<Function>(name);
-    if (IsWatched(descriptor) && IsCrash()) {
+    if ((IsWatched(descriptor) || IsServer(descriptor)) && IsCrash()) {
         real(descriptor, data, size / 2, position...);
         Crash();
     }
@@ -100,6 +112,11 @@ ssize_t pwrite(int descriptor, const void *data, size_t size, off_t position)
 ssize_t pwrite64(int descriptor, const void *data, size_t size, off64_t position)
 {
     return Write<decltype(pwrite64)>("pwrite64", descriptor, data, size, position);
+}
+
+ssize_t send(int descriptor, const void *data, size_t size, int flags)
+{
+    return Write<decltype(send)>("send", descriptor, data, size, flags);
 }
 
 int fsync(int descriptor)

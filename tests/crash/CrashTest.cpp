@@ -205,6 +205,7 @@ TEST_F(CrashTest, KilledAtAnyMoment)
         SCOPED_TRACE(testing::Message() << "killed at operation " << at << " of " << operations);
         Reset();
         killed += !Start({"LD_PRELOAD=" CRASH_POINT, QString("CRASH_AT=%1").arg(at)}).WaitForEnd();
+        file.WaitUntilAlone();
 
         CheckDatabase();
         std::vector<bool> wasMarked(OrderCount + 1);

@@ -94,8 +94,7 @@ TEST_F(LineEditsTest, WhatIsRegisteredStays)
     edits.SetDate(2, "20260603");
     SetAnswerDates(edits, Rows({3, 7}), "20260604"); // of order 1 and of order 2
     RegistrationCounts counts;
-    file.Run("CREATE TRIGGER Fails BEFORE UPDATE ON TLSP0010 WHEN NEW.AccNo = 2 "
-             "BEGIN SELECT RAISE(ABORT, 'x'); END");
+    file.Refuse("UPDATE", "NEW.AccNo = 2");
     ASSERT_FALSE(Registration(state.db, list, {}).RegisterAnswers(counts));
     ASSERT_TRUE(list.At(2).IsStored());
     const QStringList registered = Shown();

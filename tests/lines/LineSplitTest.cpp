@@ -89,15 +89,15 @@ TEST_F(LineSplitTest, ASplitIsTakenBackWhenNothingSpeaksAgainstIt)
         const bool isDeleted = answer == Yes && told.isEmpty();
         EXPECT_EQ(DeleteLine(state.db, list.At(2)), isDeleted);
         EXPECT_EQ(boxes.TakeTexts(), std::vector(texts.begin(), texts.end()));
-        EXPECT_EQ(Stored("SUM(ShpSubNo)"), isDeleted ? "1" : "3");
+        EXPECT_EQ(file.Rows("SELECT SUM(ShpSubNo) FROM TLSP0010"), isDeleted ? "1" : "3");
     }
     CopyLine(edits, 1);
     boxes.Press(BoxButton::Yes);
     EXPECT_TRUE(DeleteLine(state.db, list.At(2))) << "one that was not stored yet";
-    EXPECT_EQ(Stored("SUM(ShpSubNo)"), "3");
+    EXPECT_EQ(file.Rows("SELECT SUM(ShpSubNo) FROM TLSP0010"), "3");
     boxes.TakeTexts();
 
-    file.Run("CREATE TRIGGER Refuse BEFORE DELETE ON TLSP0010 BEGIN SELECT RAISE(ABORT, ''); END");
+    file.Refuse("DELETE");
     boxes.Press(BoxButton::Yes);
     EXPECT_FALSE(DeleteLine(state.db, list.At(3)));
     EXPECT_EQ(boxes.Shown().size(), 2u) << "the question and the error";

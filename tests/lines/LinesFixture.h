@@ -20,7 +20,7 @@ protected:
     ListDatabase()
     {
         file.Insert("TLMT0040", {{"CustCD", "C1"}, {"LinKBN", 2}, {"NokiInfKBN", 1}});
-        Change("TLMT0040", "1",
+        Change("TLMT0040", "1 = 1",
                "CustName = '青葉電機', VanCD = 'VAN001999999', NokiInfPath = 'C:\\OUT\\C1.TXT',"
                "HenpVerPath = '10SIDE'");
         file.Insert("TLMT0050", {{"CustCoCD", "VAN001"}, {"PayDstCD", "D1"}, {"PayNeedDays", 3}});
@@ -36,7 +36,7 @@ protected:
     {
         file.Insert("TLAC0010", {{"AccNo", accNo}});
         Change(
-            "TLAC0010", "rowid = last_insert_rowid()",
+            "TLAC0010", QString("AccNo = %1").arg(accNo),
             "CustCD = 'C1', AccHinCD = 'HIN-1', AccHinName = '抵抗器', ZanVal = 100, F019 = 'SUS',"
             "ShpSts = 1",
             changes);
@@ -46,7 +46,11 @@ protected:
     void AddLine(int accNo, int accSubNo, int shpSubNo, const QString &changes = {})
     {
         file.Insert("TLSP0010", {{"AccNo", accNo}, {"AccSubNo", accSubNo}, {"ShpSubNo", shpSubNo}});
-        Change("TLSP0010", "rowid = last_insert_rowid()",
+        Change("TLSP0010",
+               QString("AccNo = %1 AND AccSubNo = %2 AND ShpSubNo = %3")
+                   .arg(accNo)
+                   .arg(accSubNo)
+                   .arg(shpSubNo),
                "OdrNo = 'PO-' || AccNo, CustCD = 'C1', CustSecCD = 'SEC', PayDstCD = 'D1',"
                "LimDate = '20260520', PayNo = 'P1', HinCD = 'OWN-1', AccHinCD = 'HIN-1',"
                "AccVal = 100, IndVal = 100, ShpSts = 1, DenKBN = 2, ContractKBN = 'A'",
@@ -61,14 +65,20 @@ protected:
                                  {"ShpSubNo", shpSubNo},
                                  {"AnsNo", number},
                                  {"AnsVal", 2 * number}});
-        Change("TLAH0010", "rowid = last_insert_rowid()",
-               "LimDate = '20260520', AnsLimDate = '20260528', AnsMark = '2', AnsKBN = AnsNo,"
+        Change("TLAH0010",
+               QString("AccNo = %1 AND AccSubNo = %2 AND ShpSubNo = %3 AND AnsNo = %4")
+                   .arg(accNo)
+                   .arg(accSubNo)
+                   .arg(shpSubNo)
+                   .arg(number),
+               "LimDate = '20260520', AnsLimDate = '20260528', AnsMark = '2', AnsKBN = CAST(AnsNo "
+               "AS TEXT),"
                "RecNo = '00007', RecPath = 'C:\\OUT\\C1.TXT', UserName = 'tanaka',"
                "MachineName = 'desk1', UpdDate = '20260501', UpdTime = '090807'",
                changes);
     }
 
-    QString Stored(const QString &columns, const QString &where = "1")
+    QString Stored(const QString &columns, const QString &where = "1 = 1")
     {
         return file.Rows("SELECT " + columns + " FROM TLSP0010 WHERE " + where
                          + " ORDER BY AccNo, AccSubNo, ShpSubNo");
@@ -78,20 +88,21 @@ protected:
     void Change(const QString &table, const QString &where, const QString &changes,
                 const QString &more = {})
     {
-        file.Run("UPDATE " + table + " SET " + changes + (more.isEmpty() ? "" : ", " + more)
-                 + " WHERE " + where);
+        for (const QString &part : {changes, more})
+            if (!part.isEmpty())
+                file.Run("UPDATE " + table + " SET " + part + " WHERE " + where);
     }
 
     /// Another program's lock for writing, which this program gives up on at once.
     void LockDatabase()
     {
-        state.db.OpenRS("PRAGMA busy_timeout = 1");
-        file.Run("BEGIN IMMEDIATE");
+        SetLockTimeout(state.db, file, 1);
+        file.Lock();
         isLocked = true;
     }
     void UnlockDatabase()
     {
-        file.Run("ROLLBACK");
+        file.Unlock();
         isLocked = false;
     }
 
@@ -147,7 +158,7 @@ protected:
         SetLockTimeout(file.Other(), 0);
         boxes.OnBox([this](const MessageBoxRequest &box) {
             if (!isLocked) {
-                EXPECT_NO_THROW(file.Run("BEGIN IMMEDIATE; ROLLBACK")) << box.text.toStdString();
+                EXPECT_NO_THROW(file.Lock(); file.Unlock()) << box.text.toStdString();
             }
         });
     }

@@ -57,7 +57,7 @@ TEST_F(RegistrationTest, DatesAndMarkOfAnAnswer)
     for (const auto &[line, date, meanwhile, written] : cases) {
         LoadLine(line);
         list.At(1).SetDate(date);
-        Change("TLSP0010", "1", meanwhile);
+        Change("TLSP0010", "1 = 1", meanwhile);
         EXPECT_TRUE(Register()) << written;
         EXPECT_EQ(Stored("AnsLimDate, ShpDate, ArvExpDate, AnsMark"), written) << written;
         EXPECT_EQ(counts, "0 1") << written;
@@ -147,8 +147,7 @@ TEST_F(RegistrationTest, AnOrderIsOneTransactionWhereverItsRowsStand)
     Load();
     for (int row = 1; row <= 3; ++row)
         list.At(row).SetDate("20260601");
-    file.Run("CREATE TRIGGER Refuse BEFORE UPDATE ON TLSP0010 WHEN NEW.ShpSubNo = 2 "
-             "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    file.Refuse("UPDATE", "NEW.ShpSubNo = 2");
     EXPECT_FALSE(Register());
     EXPECT_EQ(boxes.TakeTexts().back(), NotRegistered + "C");
     EXPECT_EQ(Stored("AnsLimDate"), "  ") << "nothing of the order, and none behind it";
@@ -157,8 +156,7 @@ TEST_F(RegistrationTest, AnOrderIsOneTransactionWhereverItsRowsStand)
 
 TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
 {
-    constexpr auto Refuse = "CREATE TRIGGER Refuse BEFORE INSERT ON TLSP0010 "
-                            "BEGIN SELECT RAISE(ABORT, 'refused'); END";
+    constexpr auto Refuse = "refuse";
     enum Told { Only15, NoDataFirst, EngineErrorFirst };
     const std::tuple<const char *, const char *, Told> cases[] = {
         {"UPDATE TLSP0010 SET DpoFlg = 1 WHERE AccNo = 2", "UPDATE TLSP0010 SET DpoFlg = 0",
@@ -166,13 +164,18 @@ TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
         {"UPDATE TLSP0010 SET AccNo = 2, ShpSubNo = 2147483647 WHERE AccNo = 9",
          "UPDATE TLSP0010 SET AccNo = 9 WHERE ShpSubNo > 9", Only15},
         {"UPDATE TLSP0010 SET Tan = '1,5' WHERE AccNo = 2", "UPDATE TLSP0010 SET Tan = 0", Only15},
-        {Refuse, "DROP TRIGGER Refuse", EngineErrorFirst},
+        {Refuse, "", EngineErrorFirst},
     };
     for (const auto &[cause, cure, told] : cases) {
         SCOPED_TRACE(cause);
         LoadThreeOrders();
         AddLine(9, 1, 1); // of no order in the list
-        file.Run(cause);
+        if (file.IsOnServer() && QByteArrayView(cause).contains("1,5"))
+            continue; // a number is a number there
+        if (cause == Refuse)
+            file.Refuse("INSERT");
+        else
+            file.Run(cause);
         const QString before = Stored("*", "AccNo > 1");
         EXPECT_FALSE(Register());
         const Texts texts = boxes.TakeTexts();
@@ -187,7 +190,10 @@ TEST_F(RegistrationTest, AFailingOrderIsLeftAloneAndMayBeRegisteredAgain)
         EXPECT_EQ(list.UnregisteredCount(), 3);
         EXPECT_TRUE(list.At(2).IsStored() && !list.At(3).IsStored());
 
-        file.Run(cure);
+        if (cause == Refuse)
+            file.RefuseNothing();
+        else
+            file.Run(cure);
         EXPECT_TRUE(Register());
         EXPECT_EQ(counts, "1 2");
         EXPECT_EQ(Stored("AccNo, AnsVal, AnsLimDate", "AccNo < 9 AND ShpSubNo < 9"),
@@ -243,7 +249,7 @@ TEST_F(RegistrationTest, ShipDateIsTheAnsweredDateLessTheTransportDays)
 {
     // The customer C1 is of the company VAN001, whose destination D1 is three days away.
     file.Run("INSERT INTO TLMT0040 (CustCD, VanCD, DpoFlg) VALUES ('GONE', 'VAN001', 1), ('O''C', "
-             "'VAN002-REST', 0)");
+             "'VAN002-REST', 0), ('LOW', 'van002', 0)");
     file.Run("INSERT INTO TLMT0050 (CustCoCD, PayDstCD, PayNeedDays, DpoFlg) VALUES "
              "('VAN001', 'DN', NULL, 0), "
              "('VAN001', 'DH', 1e9, 0), ('VAN001', 'DX', 5, 1), "
@@ -251,6 +257,7 @@ TEST_F(RegistrationTest, ShipDateIsTheAnsweredDateLessTheTransportDays)
     const std::tuple<const char *, const char *, const char *, const char *> cases[] = {
         {"19970528", "C1", "D1", "19970525"},
         {"20261202", "O'C", "D1", "20261130"}, // one code of two companies
+        {"20261202", "LOW", "D1", "20261130"}, // codes in small letters
         {"20261202", "C1", "DH", "20261202"},  // more days than the calendar has
         {"20261202", "C1", "DN", "20261202"},  // not known
         {"20261202", "C1", "", "20261202"},

@@ -143,7 +143,8 @@ TEST_F(AnswerCreationTest, WhichLinesAreAnsweredAndMarked)
     for (const auto &[customer, second, answered, marked, states, first] : cases) {
         SCOPED_TRACE(std::string(customer) + ", " + second);
         Clear();
-        file.Run(QString("UPDATE TLMT0040 SET NokiInfKBN = 1, ") + customer);
+        file.Run("UPDATE TLMT0040 SET NokiInfKBN = 1");
+        file.Run(QString("UPDATE TLMT0040 SET ") + customer);
         AddOrder(1, "C1");
         AddLine(1, 1, first);
         AddLine(1, 2, second);
@@ -176,15 +177,12 @@ TEST_F(AnswerCreationTest, AFailingOrderEndsTheRun)
                  AddLine(2, line, "AnsVal = 1");
          },
          {"実行時エラー '9':\r\rインデックスが有効範囲にありません。", notMade}},
-        {[&] {
-             file.Run("CREATE TRIGGER Refuse BEFORE UPDATE OF AnsLimUmu ON TLSP0010 "
-                      "WHEN NEW.AccNo = 2 BEGIN SELECT RAISE(ABORT, 'refused'); END");
-         },
+        {[&] { file.Refuse("UPDATE OF AnsLimUmu", "NEW.AccNo = 2"); },
          {"ｴﾗｰｺｰﾄﾞ：", "更新されませんでした\r", notMade},
          "PO-2"},
         {[&] {
-             file.Run("DROP TRIGGER Refuse; CREATE TRIGGER RefuseHistory BEFORE INSERT ON TLAH0010 "
-                      "WHEN NEW.AccNo = 2 BEGIN SELECT RAISE(ABORT, 'refused'); END");
+             file.RefuseNothing();
+             file.Refuse("INSERT", "NEW.AccNo = 2", "TLAH0010");
          },
          {"ｴﾗｰｺｰﾄﾞ：", "更新されませんでした\r", notMade},
          "PO-2"},

@@ -33,9 +33,11 @@ protected:
     void AddCustomer(const QString &code, const QString &changes = "LinKBN = 1")
     {
         file.Insert("TLMT0040", {{"CustCD", code}, {"VanCD", "VAN" + code}});
-        file.Run(QString("UPDATE TLMT0040 SET LinKBN = 1, NokiInfKBN = 1, HenpVerPath = '10SIDE%1',"
-                         "NokiInfPath = 'C:\\%1.TXT', %2 WHERE CustCD = '%1'")
-                     .arg(code, changes));
+        for (const QString &part : {QString("LinKBN = 1, NokiInfKBN = 1, HenpVerPath = '10SIDE%1',"
+                                            "NokiInfPath = 'C:\\%1.TXT'")
+                                        .arg(code),
+                                    changes})
+            file.Run("UPDATE TLMT0040 SET " + part + " WHERE CustCD = '" + code + '\'');
     }
 
     void AddOrder(int accNo, const QString &customer, int open = 100, bool isEdi = false)
@@ -51,15 +53,19 @@ protected:
     void AddLine(int accNo, int shpSubNo, const QString &changes = "ShpSts = 1")
     {
         file.Insert("TLSP0010", {{"AccNo", accNo}, {"AccSubNo", 1}, {"ShpSubNo", shpSubNo}});
-        file.Run(QString("UPDATE TLSP0010 SET CustCD = '%1', OdrNo = 'PO-%2', PayKeyNo = 'KEY-%2',"
-                         "AccHinCD = '%2', HinCD = 'OWN', LimDate = '20261201', PayNo = 'P%3',"
-                         "AccVal = 100, IndVal = 10, AnsVal = 10, AnsLimDate = '20261202',"
-                         "AnsMark = '2', ShpSts = 1, DenKBN = 2, %4 "
-                         "WHERE AccNo = %2 AND ShpSubNo = %3")
-                     .arg(m_customer)
-                     .arg(accNo)
-                     .arg(shpSubNo)
-                     .arg(changes));
+        for (const QString &part :
+             {QString("CustCD = '%1', OdrNo = 'PO-%2', PayKeyNo = 'KEY-%2',"
+                      "AccHinCD = '%2', HinCD = 'OWN', LimDate = '20261201', PayNo = 'P%3',"
+                      "AccVal = 100, IndVal = 10, AnsVal = 10, AnsLimDate = '20261202',"
+                      "AnsMark = '2', ShpSts = 1, DenKBN = 2")
+                  .arg(m_customer)
+                  .arg(accNo)
+                  .arg(shpSubNo),
+              changes})
+            file.Run(QString("UPDATE TLSP0010 SET %1 WHERE AccNo = %2 AND ShpSubNo = %3")
+                         .arg(part)
+                         .arg(accNo)
+                         .arg(shpSubNo));
     }
 
     void Load()
@@ -145,7 +151,7 @@ private:
     void ExpectNothingHeld(const MessageBoxRequest &box)
     {
         SCOPED_TRACE(box.text.toStdString());
-        EXPECT_NO_THROW(file.Run("BEGIN IMMEDIATE; ROLLBACK")) << "the database is held";
+        EXPECT_NO_THROW(file.Lock(); file.Unlock()) << "the database is held";
         for (const QString &name : AnswerFiles()) {
             QFile answers(file.folder.Path(name));
             EXPECT_TRUE(answers.open(QIODevice::ReadWrite | QIODevice::ExistingOnly));

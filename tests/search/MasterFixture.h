@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/ProgramState.h"
+#include "data/Tables.h"
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
 
@@ -14,7 +15,8 @@ class MasterFixture : public testing::Test
 protected:
     MasterFixture()
     {
-        QString table = database.Rows("SELECT sql FROM sqlite_master WHERE name = 'TLMT0020'");
+        const TableDefinition &products = *FindTable("TLMT0020");
+        QString table = CreateTableSql(database.Other().Engine(), products.name, products.columns);
         table.remove(QRegularExpression(",\\s*PRIMARY KEY \\([^)]*\\)"));
         database.Run("DROP TABLE TLMT0020; " + table);
         database.Open(state.db);

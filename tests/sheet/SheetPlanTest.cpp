@@ -211,7 +211,7 @@ TEST_F(SheetPlanTest, AFileOfAnotherListIsKnownAsOne)
 {
     const QByteArray file = Written();
     EXPECT_FALSE(PlanSheet(ReadSheet(file), list).isOfAnotherList);
-    Change("TLSP0010", "1", "AccNo = AccNo + 10");
+    Change("TLSP0010", "1 = 1", "AccNo = AccNo + 10");
     AddOrder(11);
     AddOrder(12);
     Load();
@@ -222,8 +222,8 @@ TEST_F(SheetPlanTest, AFileOfAnotherListIsKnownAsOne)
 
 TEST_F(SheetPlanTest, EveryFormOfAFileIsTheSameFile)
 {
-    Change("TLAC0010", "1", "AccHinName = '抵抗器, \"A\" ～ ㈱髙', F019 = '=1+1'");
-    Change("TLSP0010", "1", "OdrNo = '0012', CustSecCD = '1-2', PayNo = char(10) || '7'");
+    Change("TLAC0010", "1 = 1", "AccHinName = '抵抗器, \"A\" ～ ㈱髙', F019 = '=1+1'");
+    Change("TLSP0010", "1 = 1", "OdrNo = '0012', CustSecCD = '1-2', PayNo = char(10) || '7'");
     Load();
     for (const char *date : {"=1+1 x", "a,\"b\"", "=123/45/67", "1,23/45/67"}) {
         // Whatever the database has.
@@ -237,7 +237,7 @@ TEST_F(SheetPlanTest, EveryFormOfAFileIsTheSameFile)
     EXPECT_EQ(Planned(QByteArray("PK\3\4 and more")),
               "ブックのままでは読めません。表計算ソフトで CSV 形式で保存してください");
     EXPECT_EQ(Planned(QByteArray()), "受注№・枝番・分納番号の見出しがありません");
-    Change("TLAC0010", "1", "AccHinName = '배송 ⓕ'");
+    Change("TLAC0010", "1 = 1", "AccHinName = '배송 ⓕ'");
     Load();
     QBuffer out;
     out.open(QIODevice::WriteOnly);

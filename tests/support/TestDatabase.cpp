@@ -1,11 +1,16 @@
 #include "support/TestDatabase.h"
 
 #include "data/Tables.h"
+#include "data/dao/postgres/OpenPostgres.h"
+#include "data/dao/postgres/ServerFile.h"
 #include "data/dao/sqlite/SqliteConnection.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QHash>
 #include <QStringList>
+#include <QTest>
+#include <algorithm>
 #include <cmath>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -26,10 +31,34 @@ QString Literal(const QVariant &value)
 
 } // namespace
 
-TestDatabase::TestDatabase()
-    : m_other(Database::Create(LocalPath(), ConnectText))
+TestSchema::TestSchema()
 {
-    m_other->ExecuteNative("PRAGMA synchronous=OFF");
+    const QString server = qEnvironmentVariable("TEST_SERVER");
+    if (server.isEmpty())
+        return;
+    static int count = 0;
+    m_name = QString("test_%1_%2").arg(QCoreApplication::applicationPid()).arg(++count);
+    m_settings = server + " options='-c search_path=" + m_name + ",public'";
+    OpenPostgres(server, ServerAccess::ReadWrite)->ExecuteScript("CREATE SCHEMA " + m_name);
+}
+
+TestSchema::~TestSchema()
+{
+    if (m_name.isEmpty())
+        return;
+    EXPECT_NO_THROW(OpenPostgres(m_settings, ServerAccess::ReadWrite)
+                        ->ExecuteScript("DROP SCHEMA " + m_name + " CASCADE"));
+}
+
+TestDatabase::TestDatabase()
+{
+    if (IsOnServer()) {
+        folder.Write("TLDB0010.MDB", ServerFile::TextFor(Settings()));
+        m_other = Database::CreateOnServer(Settings(), ConnectText);
+    } else {
+        m_other = Database::Create(LocalPath(), ConnectText);
+        m_other->ExecuteNative("PRAGMA synchronous=OFF");
+    }
     CreateTables(*m_other);
 }
 
@@ -58,6 +87,41 @@ void TestDatabase::Insert(const QString &table,
         + ')');
 }
 
+void TestDatabase::Lock()
+{
+    if (!IsOnServer())
+        return Run("BEGIN IMMEDIATE");
+    try {
+        Run("BEGIN; LOCK TABLE TLSP0010 IN SHARE ROW EXCLUSIVE MODE");
+    } catch (const DaoError &) {
+        Unlock();
+        throw;
+    }
+}
+
+void TestDatabase::WaitUntilAlone()
+{
+    const QString others = "SELECT COUNT(*) FROM pg_stat_activity WHERE backend_type = "
+                           "'client backend' AND pid <> pg_backend_pid()";
+    EXPECT_TRUE(!IsOnServer() || QTest::qWaitFor([&] { return Rows(others) == "0"; }, 20'000));
+}
+
+void TestDatabase::Refuse(const QString &event, const QString &condition, const QString &table)
+{
+    const QString trigger = "CREATE TRIGGER Refuse BEFORE " + event + " ON " + table + ' ';
+    const QString when = condition.isEmpty() ? QString() : "WHEN (" + condition + ") ";
+    if (!IsOnServer())
+        return Run(trigger + when + "BEGIN SELECT RAISE(ABORT, '変更できません'); END");
+    Run("CREATE OR REPLACE FUNCTION refused() RETURNS trigger LANGUAGE plpgsql AS"
+        " $$ BEGIN RAISE EXCEPTION '変更できません'; END $$;"
+        + trigger + "FOR EACH ROW " + when + "EXECUTE FUNCTION refused()");
+}
+
+void TestDatabase::RefuseNothing(const QString &table)
+{
+    Run(IsOnServer() ? "DROP TRIGGER Refuse ON " + table : QString("DROP TRIGGER Refuse"));
+}
+
 QString TestDatabase::Rows(const QString &sql)
 {
     QStringList rows;
@@ -76,7 +140,16 @@ QString TestDatabase::Rows(const QString &sql)
 
 void SetLockTimeout(Database &database, int milliseconds)
 {
-    sqlite3_busy_timeout(static_cast<SqliteConnection &>(database.Engine()).Handle(), milliseconds);
+    if (auto *file = dynamic_cast<SqliteConnection *>(&database.Engine()))
+        sqlite3_busy_timeout(file->Handle(), milliseconds);
+    else // 0 would be for ever
+        database.ExecuteNative(QString("SET lock_timeout = %1").arg(std::max(milliseconds, 1)));
+}
+
+void SetLockTimeout(bDAO &db, const TestDatabase &file, int milliseconds)
+{
+    const QString setting = file.IsOnServer() ? "SET lock_timeout = " : "PRAGMA busy_timeout = ";
+    EXPECT_TRUE(db.OpenRS(setting + QString::number(milliseconds)));
 }
 
 bool IsLockedForOthers(const QString &localPath)

@@ -19,8 +19,9 @@
 #include <cstdio>
 
 // The typical use of the program at its real windows: search, list, dates for several lines at
-// once, creation, summary. Leaves a picture of every screen and box, the database, the answer
-// files, their decoded records and the log in the folder that it is given.
+// once, creation, summary; on a database server where TEST_SERVER names one. Leaves a picture of
+// every screen and box, the database, the answer files, their decoded records and the log in the
+// folder that it is given.
 
 namespace {
 
@@ -233,7 +234,10 @@ int main(int argc, char **argv)
     qputenv("XDG_CONFIG_HOME", (folder + "/config").toUtf8()); // the windows as they are at first
     QTextStream out(stdout);
     QTextStream err(stderr);
-    if (RunTool({"demo", folder, "--lines", "2000", "--seed", "1"}, out, err) != ExitCode::Ok)
+    QStringList demo = {"demo", folder, "--lines", "2000", "--seed", "1"};
+    if (const QString server = qEnvironmentVariable("TEST_SERVER"); !server.isEmpty())
+        demo += {"--server", server};
+    if (RunTool(demo, out, err) != ExitCode::Ok)
         return 1;
     qputenv("XDG_STATE_HOME", folder.toUtf8());
     StartLog(LogLevel::Info);
