@@ -85,8 +85,8 @@ SearchConditions BenchDatabase::CustomerOf(int lines)
     return conditions;
 }
 
-void BenchDatabase::Open(ProgramState &state) const
+void BenchDatabase::Open(const QString &folder, ProgramState &state)
 {
-    if (!InitApp(state, m_folder) || !CheckAnswerOutputPaths(state.db, state.files))
+    if (!InitApp(state, folder) || !CheckAnswerOutputPaths(state.db, state.files))
         throw std::runtime_error("the database or its output folders can't be used");
 }

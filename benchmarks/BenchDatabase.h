@@ -18,7 +18,8 @@ public:
     static SearchConditions CustomerOf(int lines);
 
     /// Opens the database as the program does.
-    void Open(ProgramState &state) const;
+    void Open(ProgramState &state) const { Open(m_folder, state); }
+    static void Open(const QString &folder, ProgramState &state);
 
 private:
     QString m_folder;

@@ -17,6 +17,7 @@ struct Sizes
     int search;             ///< one customer's lines
     int orders;             ///< orders registered and created
     int products;           ///< products in the picker
+    int farOrders;          ///< orders over a slow network to a server
 };
 
 // Each adds its measurements.
@@ -25,6 +26,7 @@ void BenchCommands(const Sizes &sizes, std::vector<Measurement> &results);
 void BenchSheets(const Sizes &sizes, std::vector<Measurement> &results);
 void BenchOutput(const Sizes &sizes, std::vector<Measurement> &results);
 void BenchStart(const Sizes &sizes, std::vector<Measurement> &results);
+void BenchServer(const Sizes &sizes, std::vector<Measurement> &results); ///< in TEST_SERVER
 
 /// The large database of these sizes.
 BenchDatabase LargeDatabase(const Sizes &sizes);

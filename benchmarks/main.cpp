@@ -19,7 +19,8 @@ const Sizes Full = {.folder = {},
                     .list = 100'000,
                     .search = 2'000,
                     .orders = 10'000,
-                    .products = 50'000};
+                    .products = 50'000,
+                    .farOrders = 1'000};
 
 const Sizes Quick = {.folder = {},
                      .database = 80'000,
@@ -29,7 +30,8 @@ const Sizes Quick = {.folder = {},
                      .list = 20'000,
                      .search = 2'000,
                      .orders = 200,
-                     .products = 50'000};
+                     .products = 50'000,
+                     .farOrders = 50};
 
 struct Group
 {
@@ -38,11 +40,8 @@ struct Group
 };
 
 constexpr Group Groups[] = {
-    {"loading", BenchLoading},
-    {"commands", BenchCommands},
-    {"sheets", BenchSheets},
-    {"output", BenchOutput},
-    {"start", BenchStart},
+    {"loading", BenchLoading}, {"commands", BenchCommands}, {"sheets", BenchSheets},
+    {"output", BenchOutput},   {"start", BenchStart},       {"server", BenchServer},
 };
 
 } // namespace
@@ -60,15 +59,19 @@ int main(int argc, char **argv)
     parser.addHelpOption();
     const QCommandLineOption quick("quick", "Smaller sizes, under a minute.");
     const QCommandLineOption json("json", "Writes the results to FILE too.", "FILE");
-    const QCommandLineOption only("only", "One group: loading, commands, sheets, output or start.",
-                                  "GROUP");
-    parser.addOptions({quick, json, only});
+    const QCommandLineOption only(
+        "only", "One group: loading, commands, sheets, output, start or server.", "GROUP");
+    const QCommandLineOption farOrders("far-orders", "Orders over the slow network to a server.",
+                                       "N");
+    parser.addOptions({quick, json, only, farOrders});
     parser.addPositionalArgument("FOLDER", "Where the data is kept from run to run.");
     parser.process(application);
     if (parser.positionalArguments().size() != 1)
         parser.showHelp(2);
 
     Sizes sizes = parser.isSet(quick) ? Quick : Full;
+    if (parser.isSet(farOrders))
+        sizes.farOrders = parser.value(farOrders).toInt();
     sizes.folder = parser.positionalArguments()[0];
     std::vector<Measurement> results;
     try {

@@ -36,9 +36,12 @@ constexpr auto BeginSql = "BEGIN ISOLATION LEVEL REPEATABLE READ;"
 constexpr auto TransactionIdSql = ";SELECT pg_current_xact_id_if_assigned() AS transaction_id";
 
 /// What holds for a session. A lock is waited for as long as a file's; a desk that hangs or has
-/// gone within a transaction keeps the others out for a moment only; a commit is on the disk.
+/// gone within a transaction keeps the others out for a moment only; a commit is on the disk. A
+/// search reads the lines and orders of its customer and no others: what it needs lies in memory,
+/// or on a disk without a head to move.
 constexpr auto SessionSql
     = "SET standard_conforming_strings = on; SET extra_float_digits = 1; SET bytea_output = hex;"
+      "SET random_page_cost = 1.1; SET jit = off;"
       "SET lock_timeout = '10s'; SET idle_in_transaction_session_timeout = '2min';"
       "SET tcp_keepalives_idle = 30; SET tcp_keepalives_interval = 10;"
       "SET tcp_keepalives_count = 3; SET tcp_user_timeout = 30000;"
