@@ -237,7 +237,8 @@ private:
         m_bare.Run("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
                    + BenchDatabase::CustomerOf(m_customer).customerCode + "'");
         Load(m_db, m_customer, m_list);
-        SetAnswerDates(m_list, Everything(), "20270115");
+        LineEdits edits(m_list);
+        SetAnswerDates(edits, Everything(), "20270115");
     }
 
     QString BeginBare(qint64 accNo) const

@@ -2,6 +2,7 @@
 
 #include "app/Desktop.h"
 #include "app/Main.h"
+#include "platform/Log.h"
 #include "ui_SC030010.h"
 
 #include <QApplication>
@@ -53,12 +54,16 @@ void RunWindow(const QString &which, const QString &folder)
 int ShowFirstWindow(int argc, char **argv)
 {
     const QByteArrayView which(argv[0]);
+    const QByteArray folder(argv[argc - 1]);
+    qputenv("XDG_STATE_HOME", folder);
+    if (which == "search")
+        StartLog(LogLevel::Info); // as the program does
     QApplication application(argc, argv);
     EndAfterPaint end(which == "search" ? "SC030010" : "QDialog");
     application.installEventFilter(&end);
     if (which == "search") {
         PrepareDesktop(application);
-        Main(ProgramDir(application));
+        Main(QString::fromLocal8Bit(folder));
     } else {
         PrepareDesktop(application);
         QDialog window;
