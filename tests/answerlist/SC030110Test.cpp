@@ -200,6 +200,12 @@ TEST_F(ListScreen, RowsLookAsTheirLinesAreUnderAnyPalette)
     strong.setColor(QPalette::HighlightedText, Qt::black);
     for (const QPalette &palette : {QPalette(), dark, strong}) {
         window->setPalette(palette);
+        const QPalette main = Find<QPushButton>("cmdMake")->palette();
+        const QPalette other = Find<QPushButton>("cmdExit")->palette();
+        EXPECT_NE(main.color(QPalette::Button), other.color(QPalette::Button))
+            << "the main command";
+        EXPECT_GE(ContrastRatio(main.color(QPalette::ButtonText), main.color(QPalette::Button)),
+                  LeastContrast);
         Grid().Activate(AnswerDate, 1);
         // Selected or not: how well the texts, and the frame of the empty cell, can be made out.
         for (const bool isSelected : {false, true}) {
