@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// What the last run on a list has answered.
+/// What the last run on a list has answered, as it was then: the list goes on from there.
 class LastRun
 {
 public:
@@ -13,11 +13,11 @@ public:
     /// that has answered nothing leaves the one before it the last.
     void Note(const LineList &list, const RowSelection &before, const RowSelection &after);
 
-    void Clear() { m_orders.clear(); }
+    void Clear() { m_lines.clear(); }
 
-    /// The rows whose answers it has output.
-    RowSelection Rows(const LineList &list) const;
+    /// The lines whose answers it has output, in the order of the list; good as long as that.
+    const std::vector<Line> &Lines() const { return m_lines; }
 
 private:
-    std::vector<qint64> m_orders;
+    std::vector<Line> m_lines;
 };

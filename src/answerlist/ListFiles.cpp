@@ -137,7 +137,7 @@ void ListFiles::Print(const ListParts &parts)
     choice.setWindowTitle("印刷／PDF");
     if (choice.exec() != QDialog::Accepted)
         return;
-    const PaperTable table = choice.IsLastRun() ? AnswersPaper(m_list, choice.Rows(), About())
+    const PaperTable table = choice.IsLastRun() ? AnswersPaper(parts.lastRun, About())
                                                 : ListPaper(m_list, choice.Rows(), About());
     if (choice.Chosen() == OutputForm::Pdf)
         SavePdf(table);

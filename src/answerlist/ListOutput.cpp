@@ -28,9 +28,9 @@ ListOutput::ListOutput(const ListParts &parts, const std::vector<OutputForm> &fo
     SetEscapeButton(m_ui->cmdExit);
     SetMainButton(m_ui->cmdOutput);
     SetThemeIcon(*m_ui->cmdExit, {"go-previous"});
-    Offer(*m_ui->optShown, parts.shown);
-    Offer(*m_ui->optSelected, parts.selected);
-    Offer(*m_ui->optLastRun, parts.lastRun);
+    Offer(*m_ui->optShown, parts.shown.Count());
+    Offer(*m_ui->optSelected, parts.selected.Count());
+    Offer(*m_ui->optLastRun, int(parts.lastRun.size()));
     const auto isOffered = [&](OutputForm form) { return std::ranges::count(forms, form) > 0; };
     m_ui->optLastRun->setVisible(isOffered(OutputForm::Pdf)); // to keep, not to go on working on
     (parts.selected.IsEmpty() ? m_ui->optShown : m_ui->optSelected)->setChecked(true);
@@ -44,10 +44,10 @@ ListOutput::ListOutput(const ListParts &parts, const std::vector<OutputForm> &fo
 
 ListOutput::~ListOutput() = default;
 
-void ListOutput::Offer(QRadioButton &option, const RowSelection &rows)
+void ListOutput::Offer(QRadioButton &option, int rows)
 {
-    option.setText(QString("%1　%2 行").arg(option.text(), Decimal(rows.Count()).ToFixed(0, true)));
-    option.setEnabled(!rows.IsEmpty());
+    option.setText(QString("%1　%2 行").arg(option.text(), Decimal(rows).ToFixed(0, true)));
+    option.setEnabled(rows > 0);
 }
 
 bool ListOutput::IsLastRun() const
@@ -57,8 +57,6 @@ bool ListOutput::IsLastRun() const
 
 const RowSelection &ListOutput::Rows() const
 {
-    if (IsLastRun())
-        return m_parts.lastRun;
     return m_ui->optSelected->isChecked() ? m_parts.selected : m_parts.shown;
 }
 

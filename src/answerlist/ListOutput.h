@@ -1,6 +1,7 @@
 #pragma once
 
 #include "forms/Form.h"
+#include "lines/Line.h"
 #include "lines/RowSelection.h"
 
 #include <memory>
@@ -14,12 +15,12 @@ class ListOutput;
 
 enum class OutputForm { CsvUtf8, CsvShiftJis, Xlsx, Printer, Pdf };
 
-/// The parts of the list that may go out, in rows of the list.
+/// The parts of the list that may go out, in rows of the list, and the lines of its last run.
 struct ListParts
 {
     RowSelection shown;
     RowSelection selected;
-    RowSelection lastRun; ///< whose answers the last run has output
+    const std::vector<Line> &lastRun;
 };
 
 /// Asks which part of the list goes out, and in which form. Parts that are empty are not to be
@@ -34,12 +35,12 @@ public:
     ~ListOutput() override;
 
     // What was chosen.
-    const RowSelection &Rows() const;
+    const RowSelection &Rows() const; ///< if it is not the last run
     bool IsLastRun() const;
     OutputForm Chosen() const;
 
 private:
-    void Offer(QRadioButton &option, const RowSelection &rows);
+    void Offer(QRadioButton &option, int rows);
 
     std::unique_ptr<Ui::ListOutput> m_ui;
     const ListParts m_parts;

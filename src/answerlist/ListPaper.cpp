@@ -9,23 +9,14 @@
 
 namespace {
 
-using Rows = std::shared_ptr<const std::vector<int>>;
-
-/// A table of these rows, without its columns.
-PaperTable TableOf(const QString &title, const RowSelection &rows, const QString &about,
-                   Rows &numbers)
+/// A table without its columns.
+PaperTable TableOf(const QString &title, const QString &about, int rows)
 {
-    std::vector<int> list;
-    rows.ForEach([&](int row) {
-        list.push_back(row);
-        return true;
-    });
-    numbers = std::make_shared<const std::vector<int>>(std::move(list));
     PaperTable table;
     table.title = title;
-    table.about = QString("%1　　%2 行").arg(about, Decimal(rows.Count()).ToFixed(0, true));
+    table.about = QString("%1　　%2 行").arg(about, Decimal(rows).ToFixed(0, true));
     table.beside = Now().toString("yyyy/MM/dd HH:mm");
-    table.rows = rows.Count();
+    table.rows = rows;
     return table;
 }
 
@@ -35,8 +26,13 @@ PaperTable ListPaper(const LineList &list, const RowSelection &rows, const QStri
 {
     /// A row's width in half-width characters, as the widest of a cell's lines wants it.
     constexpr int Shares[] = {5, 36, 15, 15, 14, 9, 10, 6, 22};
-    Rows numbers;
-    PaperTable table = TableOf("納期回答一覧", rows, about, numbers);
+    std::vector<int> lineRows;
+    rows.ForEach([&](int row) {
+        lineRows.push_back(row);
+        return true;
+    });
+    const auto numbers = std::make_shared<const std::vector<int>>(std::move(lineRows));
+    PaperTable table = TableOf("納期回答一覧", about, rows.Count());
     const auto columns = ListColumns();
     table.columns.push_back({"№", 6, true});
     for (size_t column = 0; column < columns.size(); ++column) {
@@ -53,7 +49,7 @@ PaperTable ListPaper(const LineList &list, const RowSelection &rows, const QStri
     return table;
 }
 
-PaperTable AnswersPaper(const LineList &list, const RowSelection &rows, const QString &about)
+PaperTable AnswersPaper(const std::vector<Line> &lines, const QString &about)
 {
     static constexpr const char *Headings[] = {SheetHeading::AccNo,
                                                SheetHeading::AccSubNo,
@@ -66,8 +62,7 @@ PaperTable AnswersPaper(const LineList &list, const RowSelection &rows, const QS
                                                SheetHeading::AnswerDate,
                                                "納期",
                                                "納入№"};
-    Rows numbers;
-    PaperTable table = TableOf("納期回答 控え", rows, about, numbers);
+    PaperTable table = TableOf("納期回答 控え", about, int(lines.size()));
     std::vector<const SheetColumn *> columns;
     for (const SheetColumn &column : SheetColumns()) {
         const bool isPrinted = std::ranges::any_of(
@@ -78,11 +73,10 @@ PaperTable AnswersPaper(const LineList &list, const RowSelection &rows, const QS
         const bool isNumber = column.number || column.kind == SheetKind::Key;
         table.columns.push_back({column.heading, double(column.width), isNumber});
     }
-    table.text = [&list, columns, numbers](int row, int column) {
-        const int lineRow = (*numbers)[size_t(row)];
+    table.text = [&lines, columns](int row, int column) {
+        const Line &line = lines[size_t(row)];
         const SheetColumn &printed = *columns[size_t(column)];
-        return printed.number ? FormatQuantity(printed.number(list.At(lineRow)))
-                              : SheetText(list, lineRow, printed);
+        return printed.number ? FormatQuantity(printed.number(line)) : printed.text(line);
     };
     return table;
 }

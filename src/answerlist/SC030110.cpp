@@ -449,7 +449,7 @@ ListParts SC030110::Parts() const
 {
     const RowSelection all
         = m_model.rowCount() > 0 ? RowSelection({{1, m_model.rowCount()}}) : RowSelection();
-    return {m_model.LineRows(all), Selected(), m_lastRun.Rows(m_list)};
+    return {m_model.LineRows(all), Selected(), m_lastRun.Lines()};
 }
 
 void SC030110::PutOut(void (ListFiles::*command)(const ListParts &parts))
