@@ -72,6 +72,16 @@ bool IsSameOrderNo(const QString &cell, const QString &orderNo)
     return significant(cell).compare(significant(own), Qt::CaseInsensitive) == 0;
 }
 
+/// Whether a cell says no more than the date that was there, in its written form: LibreOffice shows
+/// a date of a CSV file as "12月8日" to a Japanese user, and saves what it shows.
+bool IsDateLeft(const QString &cell, const QString &written)
+{
+    if (WrittenWord(cell) == written)
+        return true;
+    const auto number = [&](int at) { return QString::number(written.mid(at, 2).toInt()); };
+    return IsValidDate(written) && cell == number(4) + "月" + number(6) + "日";
+}
+
 class Planner
 {
 public:
@@ -250,8 +260,8 @@ SheetRefusal Planner::AnswerOf(const SheetRow &row, const Target &target, Answer
                                QString &cell) const
 {
     const auto &written = target.written;
-    const bool hasDate = row.date && (!written || WrittenWord(*row.date) != written->shownDate);
-    if (hasDate && WrittenWord(*row.date) != WrittenWord(answer.date)) {
+    const bool hasDate = row.date && (!written || !IsDateLeft(*row.date, written->shownDate));
+    if (hasDate && !IsDateLeft(*row.date, WrittenWord(answer.date))) {
         const auto date = row.date->isEmpty() ? QString() : DateOfCell(*row.date);
         if (!date) {
             cell = *row.date;
