@@ -151,7 +151,12 @@ void LineEdits::Undo(const SplitsInserted &change, std::vector<Touched> &touched
 
 void LineEdits::Undo(const SplitRemoved &change, std::vector<Touched> &touched)
 {
-    const int above = change.above == LineId() ? 0 : m_list.RowsById()[change.above];
+    int above = change.above == LineId() ? 0 : m_list.RowsById()[change.above];
+    if (above == 0 && change.above != LineId()) {
+        // What it stood below is gone: it belongs to the rest of its order.
+        const std::vector<int> order = m_list.RowsOfOrder(change.line.Key().accNo);
+        above = order.empty() ? m_list.Count() : order.back();
+    }
     m_list.InsertBelow({{above, change.line}});
     touched.push_back({change.line.Id(), change.isSelected});
 }

@@ -107,6 +107,17 @@ TEST_F(LineEditsTest, WhatIsRegisteredStays)
     EXPECT_FALSE(edits.TakeBack().isAnything);
 }
 
+TEST_F(LineEditsTest, ASplitComesBackToItsOrder)
+{
+    LoadOrders(2);
+    CopyLine(edits, 5);
+    edits.Remove(6);
+    list.Remove({5}); // the database has it no more
+    edits.TakeBack();
+    EXPECT_FALSE(list.At(6).IsStored()) << "below the last line of its order";
+    EXPECT_EQ(list.At(6).Key().accNo, 2);
+}
+
 TEST_F(LineEditsTest, WhatAStepSelectedLeavesTheSelectionWithIt)
 {
     LoadOrders(2);
