@@ -99,7 +99,7 @@ LineGrid::Found LineGrid::Find(const LineFind &wanted, bool isForward,
         Activate(std::max(1, ActiveColumn()), row);
         return (isForward ? row > start : row < start) ? Found::Yes : Found::AfterTheEnd;
     }
-    return Found::No;
+    return work.IsStopped() ? Found::Stopped : Found::No;
 }
 
 PastePlan LineGrid::PlanPaste(const QString &text, const LineList &list) const

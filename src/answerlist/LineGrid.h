@@ -37,7 +37,7 @@ public:
     }
 
     /// Goes on to the next shown line that holds the text, round the end of the list.
-    enum class Found { No, Yes, AfterTheEnd };
+    enum class Found { No, Yes, AfterTheEnd, Stopped };
     Found Find(const LineFind &wanted, bool isForward, const ShowStatusText &showStatus);
 
     /// Lays a block from a spreadsheet over the shown cells, from the active one on.

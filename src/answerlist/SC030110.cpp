@@ -526,7 +526,9 @@ void SC030110::Find(bool isForward)
     }
     const QScopedValueRollback busy(m_isBusy, true);
     const LineGrid::Found found = m_ui->spdList->Find(wanted, isForward, StatusBar());
-    if (found == LineGrid::Found::No) {
+    if (found == LineGrid::Found::Stopped) {
+        ShowStatus("検索を中止しました");
+    } else if (found == LineGrid::Found::No) {
         QApplication::beep();
         ShowStatus("「" + m_ui->findBar->Text() + "」は、一覧にありません");
     } else {
