@@ -419,12 +419,15 @@ void SC030110::EditDates(const QString &storedForm)
     if (!MayRun() || ActiveRow() == 0)
         return;
     RowSelection rows = Selected();
-    if (rows.IsEmpty())
+    const bool isAnySelected = !rows.IsEmpty();
+    if (!isAnySelected)
         rows = RowSelection({{ActiveRow(), ActiveRow()}});
     if (!CheckDateSelection(m_list, rows))
         return;
+    const Answer before = m_list.At(rows.First()).Now();
     SetDates([&] { SetAnswerDates(m_edits, rows, storedForm, StatusBar()); });
-    m_ui->spdList->Select(rows); // what has been changed is meant
+    if (!isAnySelected && m_list.At(rows.First()).Now() != before)
+        m_ui->spdList->Select(rows); // what has been changed is meant
 }
 
 void SC030110::TakeBack()

@@ -25,7 +25,8 @@ PastePlan PlanPaste(const QString &text, const LineList &list, std::span<const i
     ReadCsv(text, u'\t', [&](const CsvRecord &record) {
         ++blockRow;
         if (size_t(blockRow) > rows.size()) {
-            ++plan.rowsBeyond;
+            plan.rowsBeyond += std::ranges::any_of(
+                record.cells, [](QStringView cell) { return !PlainCell(cell).isEmpty(); });
             return true;
         }
         const int row = rows[size_t(blockRow - 1)];
@@ -57,11 +58,13 @@ RowSelection Paste(const PastePlan &plan, LineEdits &edits)
     const LineEdits::Step step(edits);
     std::vector<RowSelection::Range> rows;
     for (const PastePlan::Cell &cell : plan.cells) {
+        const Answer before = edits.List().At(cell.row).Now();
         if (cell.column == PasteColumn::Quantity)
             edits.SetQuantity(cell.row, cell.answer.quantity);
         else
             edits.SetDate(cell.row, cell.answer.date);
-        rows.emplace_back(cell.row, cell.row);
+        if (edits.List().At(cell.row).Now() != before)
+            rows.emplace_back(cell.row, cell.row);
     }
     return RowSelection(std::move(rows));
 }

@@ -27,7 +27,7 @@ struct PastePlan
     std::vector<Cell> cells;
     int locked = 0;     ///< cells that fall on what can't be typed into
     int hiddenRows = 0; ///< rows of the list that lie between those that it goes to
-    int rowsBeyond = 0; ///< rows that the grid has no row for
+    int rowsBeyond = 0; ///< rows with anything in them that the grid has no row for
     std::vector<Wrong> wrong;
 
     /// Nothing is pasted when a part of the block can't be.
@@ -41,7 +41,7 @@ PastePlan PlanPaste(const QString &text, const LineList &list, std::span<const i
                     std::span<const PasteColumn> columns);
 
 /// Makes the changes of a good plan as if they had been typed, all to be taken back in one. Returns
-/// the rows that hold them.
+/// the rows that they have changed.
 RowSelection Paste(const PastePlan &plan, LineEdits &edits);
 
 /// What a paste has done, or why it has done nothing, for the operator.

@@ -2,7 +2,9 @@
 
 #include "forms/WindowMemory.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 
 namespace {
 
@@ -130,6 +132,22 @@ TEST_F(ListWork, HiddenLinesAreNeitherSelectedNorAnswered)
     screen->close();
     Show();
     EXPECT_FALSE(Find<QCheckBox>("chkOpenOnly")->isChecked());
+}
+
+TEST_F(ListWork, WhatChangesNothingSelectsNothing)
+{
+    Show();
+    Grid().setFocus();
+    Grid().Activate(AnswerDate, 1);
+    Key(Qt::Key_Delete);
+    EXPECT_EQ(Cursor(), " 6,1") << "no date was there to be deleted";
+    Grid().Activate(AnswerQuantity, 1);
+    QApplication::clipboard()->setText("100\n\n30");
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(Counts(), "選択 1|変更 1|未回答 2|納期超過 0");
+    EXPECT_EQ(Answer(3), "30.000 ");
+    Undo();
+    EXPECT_EQ(Counts(), "選択 0|変更 0|未回答 2|納期超過 0");
 }
 
 TEST_F(ListWork, ATextIsFoundWhereverItStands)

@@ -57,6 +57,7 @@ TEST_F(PastedBlockTest, LiesOverTheCellsThatAreShown)
         {"50\t12月8日\n7x\t\n-1",
          "100/ 0/ 100/ 100/ locked 1 hidden 1 wrong 1,2 12月8日 wrong 3,1 -1"},
         {"1\n2\n3\n4\n5", "100/ 0/ 100/ 100/ locked 1 hidden 1 beyond 2"},
+        {"50\n\n60\n\n\t \r\n", "50/ 0/ 100/ 60/ hidden 1"}, // more was copied than is filled in
         {"\"1,000\"\t\"2026/12/8\"", "1000/20261208 0/ 100/ 100/"},
         {"", "100/ 0/ 100/ 100/"},
     };
