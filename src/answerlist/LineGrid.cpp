@@ -79,11 +79,12 @@ void LineGrid::RestorePlace(const Place &place)
     Select(RowSelection(std::move(selected)));
     verticalScrollBar()->setValue(place.top);
     const int count = m_lines->rowCount();
-    int active = m_lines->ShownRow(rows[place.active]);
-    if (active == 0)
-        active = std::clamp(place.activeRow - 1, 1, std::max(1, count));
-    if (count > 0)
-        Activate(place.column, active);
+    if (count == 0)
+        return;
+    const int lineRow = rows[place.active];
+    const int active
+        = lineRow > 0 ? m_lines->ShownRowFrom(lineRow) : std::clamp(place.activeRow - 1, 1, count);
+    Activate(place.column, active);
 }
 
 LineGrid::Found LineGrid::Find(const LineFind &wanted, bool isForward,

@@ -26,7 +26,7 @@ public:
     void GoTo(int column, int lineRow);
 
     /// Shows the list as `change` leaves it, with the same lines selected and active as far as they
-    /// are shown then.
+    /// are shown then; for an active one that is hidden the next one is.
     template <typename Change>
     void Rearrange(Change &&change)
     {

@@ -141,6 +141,14 @@ int LineModel::ShownRow(int lineRow) const
     return found != m_lineRows.end() && *found == lineRow ? int(found - m_lineRows.begin()) + 1 : 0;
 }
 
+int LineModel::ShownRowFrom(int lineRow) const
+{
+    if (!m_showsOpenOnly)
+        return lineRow;
+    const auto found = std::ranges::lower_bound(m_lineRows, lineRow);
+    return std::min(int(found - m_lineRows.begin()) + 1, m_shownRows);
+}
+
 RowSelection LineModel::LineRows(const RowSelection &shownRows) const
 {
     if (!m_showsOpenOnly)

@@ -55,6 +55,9 @@ public:
 
     int LineRow(int shownRow) const; ///< of the list; 0 for 0
     int ShownRow(int lineRow) const; ///< 0 for a line that is not shown
+
+    /// The row of the line, or of the next one that is shown, else of the last; 0: nothing is.
+    int ShownRowFrom(int lineRow) const;
     RowSelection LineRows(const RowSelection &shownRows) const;
     RowSelection ShownRows(const RowSelection &lineRows) const; ///< without what is not shown
 

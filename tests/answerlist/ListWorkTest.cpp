@@ -134,6 +134,25 @@ TEST_F(ListWork, HiddenLinesAreNeitherSelectedNorAnswered)
     EXPECT_FALSE(Find<QCheckBox>("chkOpenOnly")->isChecked());
 }
 
+TEST_F(ListWork, WhoStandsOnALineThatIsHiddenGoesOnWithTheNext)
+{
+    AddLine(4, 1, 2);
+    AddLine(4, 1, 3);
+    Show();
+    for (const auto &[row, next] : {std::pair(2, 3), {4, 5}, {6, 6}}) {
+        Grid().Activate(AnswerDate, row);
+        Alt(Qt::Key_U);
+        const int shown = Grid().ActiveRow();
+        EXPECT_EQ(Grid().model()->headerData(shown - 1, Qt::Vertical, Qt::DisplayRole), next);
+        Alt(Qt::Key_U);
+    }
+    Change("TLSP0010", "AccNo = 4", "AnsLimUmu = 3");
+    Show();
+    Grid().Activate(AnswerDate, 6); // nothing is shown behind it
+    Alt(Qt::Key_U);
+    EXPECT_EQ(Cursor(), " 6,2");
+}
+
 TEST_F(ListWork, WhatChangesNothingSelectsNothing)
 {
     Show();
