@@ -76,11 +76,24 @@ void LineModel::Empty()
     endResetModel();
 }
 
+void LineModel::CountAll()
+{
+    m_countedDay = Today();
+    m_counts = LineCounts::Of(m_edits.List(), m_countedDay);
+}
+
+const LineCounts &LineModel::Counts()
+{
+    if (m_countedDay != Today())
+        CountAll();
+    return m_counts;
+}
+
 void LineModel::Filled()
 {
     Empty();
     const LineList &list = m_edits.List();
-    m_counts = LineCounts::Of(list, Today());
+    CountAll();
     m_lineRows.clear();
     if (m_showsOpenOnly)
         for (int row = 1; row <= list.Count(); ++row)
@@ -96,7 +109,7 @@ void LineModel::Filled()
 
 void LineModel::Changed()
 {
-    m_counts = LineCounts::Of(m_edits.List(), Today());
+    CountAll();
     if (m_shownRows == 0)
         return;
     emit dataChanged(index(0, 0), index(m_shownRows - 1, columnCount() - 1));
@@ -106,7 +119,7 @@ void LineModel::Changed()
 void LineModel::ShowInserted(int lineRow, int shownRow)
 {
     ++m_shownRows;
-    m_counts.Add(m_edits.List().At(lineRow + 1), Today());
+    m_counts.Add(m_edits.List().At(lineRow + 1), m_countedDay);
     if (!m_showsOpenOnly)
         return;
     const auto below = m_lineRows.begin() + shownRow;
@@ -118,7 +131,7 @@ void LineModel::Remove(int lineRow)
 {
     const int shownRow = ShownRow(lineRow);
     beginRemoveRows({}, shownRow - 1, shownRow - 1);
-    m_counts.Add(m_edits.List().At(lineRow), Today(), -1);
+    m_counts.Add(m_edits.List().At(lineRow), m_countedDay, -1);
     m_edits.Remove(lineRow);
     --m_shownRows;
     if (m_showsOpenOnly) {
@@ -252,13 +265,12 @@ bool LineModel::setData(const QModelIndex &index, const QVariant &typed, int rol
     if (isQuantity ? !IsNumberInSpec(text, DigitSpec::Quantity)
                    : !text.isEmpty() && !IsTypedOrShownDate(text))
         return false;
-    const QString today = Today();
-    m_counts.Add(line, today, -1);
+    m_counts.Add(line, m_countedDay, -1);
     if (isQuantity)
         m_edits.SetQuantity(row, QuantityOf(text));
     else
         m_edits.SetDate(row, StoredDate(text));
-    m_counts.Add(line, today);
+    m_counts.Add(line, m_countedDay);
     emit dataChanged(this->index(0, 0), this->index(m_shownRows - 1, columnCount() - 1));
     emit headerDataChanged(Qt::Vertical, 0, m_shownRows - 1);
     if (line.Now() == before)

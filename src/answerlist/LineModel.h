@@ -62,7 +62,7 @@ public:
     RowSelection ShownRows(const RowSelection &lineRows) const; ///< without what is not shown
 
     const LineList &List() const { return m_edits.List(); }
-    const LineCounts &Counts() const { return m_counts; } ///< of all lines of the list
+    const LineCounts &Counts(); ///< of all lines of the list, as of today
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -79,6 +79,7 @@ signals:
 private:
     const Line &LineAt(int section) const { return m_edits.List().At(LineRow(section + 1)); }
     void ShowInserted(int lineRow, int shownRow);
+    void CountAll();
 
     LineEdits &m_edits;
     bool m_showsOpenOnly = false;
@@ -86,4 +87,5 @@ private:
     AnswerTip m_answerTip;
     int m_shownRows = 0;
     LineCounts m_counts;
+    QString m_countedDay; ///< that they are of
 };

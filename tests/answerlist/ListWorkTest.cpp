@@ -169,6 +169,22 @@ TEST_F(ListWork, WhatChangesNothingSelectsNothing)
     EXPECT_EQ(Counts(), "選択 0|変更 0|未回答 2|納期超過 0");
 }
 
+TEST_F(ListWork, WhatIsOverdueIsSoFromMidnightOn)
+{
+    Change("TLSP0010", "AccNo = 1", "LimDate = '20260501'"); // today
+    Show();
+    Select({1});
+    Alt(Qt::Key_C);
+    EXPECT_EQ(Counts(), "選択 1|変更 1|未回答 3|納期超過 0");
+    SetClock([] { return QDateTime({2026, 5, 2}, {0, 0, 1}); });
+    Select({2});
+    EXPECT_EQ(Counts(), "選択 1|変更 1|未回答 3|納期超過 2");
+    boxes.Press(BoxButton::Yes);
+    SetClock([] { return QDateTime({2026, 5, 3}, {0, 0, 1}); });
+    Alt(Qt::Key_D);
+    EXPECT_EQ(Counts(), "選択 0|変更 0|未回答 2|納期超過 1");
+}
+
 TEST_F(ListWork, ATextIsFoundWhereverItStands)
 {
     Change("TLSP0010", "AccNo = 3", "OdrNo = 'ｱﾍﾞ-300', CustSecCD = 'Q9'");
