@@ -167,6 +167,7 @@ void Line::PutBack(const Answer &answer, bool hasDateMark)
 {
     m_now = answer;
     m_hasDateMark = hasDateMark;
+    m_hasFailed = m_hasFailed && m_now != Unchanged();
     m_error = LineError::None;
 }
 

@@ -76,8 +76,8 @@ public:
     void SetDate(const QString &storedForm);
     void SetQuantity(const Decimal &quantity);
 
-    /// Puts back an answer as it stood, with its mark. What the checks found is for them to find
-    /// anew.
+    /// Puts back an answer as it stood, with its mark: where that is the stored one, there is
+    /// nothing left to register. What the checks found is for them to find anew.
     void PutBack(const Answer &answer, bool hasDateMark);
 
     /// Differs whenever the database's answer has been taken over since: an edit before it can't be

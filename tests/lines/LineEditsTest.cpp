@@ -104,6 +104,7 @@ TEST_F(LineEditsTest, WhatIsRegisteredStays)
     back = edits.TakeBack();
     EXPECT_EQ(back.rows, std::vector<int>({6})) << "row 5, before the copy came above it";
     EXPECT_EQ(Shown().mid(0, 4), registered.mid(0, 4));
+    EXPECT_EQ(list.UnregisteredCount(), 0) << "nor is what could not be registered";
     EXPECT_FALSE(edits.TakeBack().isAnything);
 }
 
