@@ -533,7 +533,9 @@ void SC030110::Find(bool isForward)
         ShowStatus("検索を中止しました");
     } else if (found == LineGrid::Found::No) {
         QApplication::beep();
-        ShowStatus("「" + m_ui->findBar->Text() + "」は、一覧にありません");
+        const bool isPart = m_model.ShowsOpenOnly();
+        ShowStatus("「" + m_ui->findBar->Text() + "」は、"
+                   + (isPart ? "表示している未回答の明細にありません" : "一覧にありません"));
     } else {
         ShowStatus(found == LineGrid::Found::Yes
                        ? ""

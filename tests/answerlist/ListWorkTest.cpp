@@ -213,6 +213,9 @@ TEST_F(ListWork, ATextIsFoundWhereverItStands)
     EXPECT_EQ(find("どこにもない"), 4);
     EXPECT_EQ(Status(), "「どこにもない」は、一覧にありません");
     EXPECT_EQ(Cursor(), " 1,4") << "nothing is selected by looking";
+    Alt(Qt::Key_U);
+    find("ｺﾝﾃﾞﾝｻ");
+    EXPECT_EQ(Status(), "「ｺﾝﾃﾞﾝｻ」は、表示している未回答の明細にありません");
 }
 
 TEST_F(ListWork, TheGridIsLeftByOneKeyAndItsHeadingsSelectNothing)
