@@ -99,7 +99,7 @@ private:
     {
         int row = 0; ///< of the list: the line, or the one that a split is of
         bool isSplit = false;
-        std::optional<WrittenState> written;
+        std::optional<WrittenState> written; ///< of it, or of what its row was copied from
         SheetRefusal refusal = SheetRefusal::None;
     };
 
@@ -111,6 +111,8 @@ private:
     SheetRefusal AnswerOf(const SheetRow &row, const Target &target, Answer &answer,
                           QString &cell) const;
     SheetRefusal StateRefusal(const SheetRow &row, const Target &target) const;
+    SheetRefusal SourceRefusal(const SheetRow &row, const Target &target) const;
+    SheetRefusal SinceWritten(int row, const WrittenState &written) const;
     void RefuseTooMuch();
     void Refuse(const SheetRow &row, SheetRefusal refusal, const QString &cell = {});
 
@@ -208,7 +210,6 @@ Planner::Target Planner::TargetOf(const SheetRow &row)
     if (target.row == 0) {
         target.isSplit = true;
         target.row = SourceOf(key, written);
-        target.written.reset(); // it tells of the line that the row was copied from
     }
     if (target.row == 0)
         return refused(SheetRefusal::NoSuchLine);
@@ -236,30 +237,49 @@ void Planner::RefuseTwins()
     }
 }
 
+/// Where a file does not tell what it was written with.
+SheetRefusal UntoldRefusal(const SheetRow &row, const Line &line)
+{
+    if (!line.IsAnswered() || row.answered == QString(DoneText))
+        return SheetRefusal::None;
+    return row.answered ? SheetRefusal::AnsweredSince : SheetRefusal::AnsweredBefore;
+}
+
+SheetRefusal Planner::SinceWritten(int row, const WrittenState &written) const
+{
+    const WrittenState now = WrittenState::Of(m_list, row);
+    if (now.isAnswered && !written.isAnswered)
+        return SheetRefusal::AnsweredSince;
+    if (now.isAnswered != written.isAnswered || now.storedDate != written.storedDate
+        || now.storedQuantity != written.storedQuantity)
+        return SheetRefusal::ChangedSince;
+    return SheetRefusal::None;
+}
+
 SheetRefusal Planner::StateRefusal(const SheetRow &row, const Target &target) const
 {
     const Line &line = m_list.At(target.row);
     if (line.IsShipped())
         return SheetRefusal::Shipped;
-    if (!target.written) {
-        if (!line.IsAnswered() || row.answered == QString(DoneText))
-            return SheetRefusal::None;
-        return row.answered ? SheetRefusal::AnsweredSince : SheetRefusal::AnsweredBefore;
-    }
-    const WrittenState now = WrittenState::Of(m_list, target.row);
-    if (now.isAnswered && !target.written->isAnswered)
-        return SheetRefusal::AnsweredSince;
-    if (now.isAnswered != target.written->isAnswered || now.storedDate != target.written->storedDate
-        || now.storedQuantity != target.written->storedQuantity)
-        return SheetRefusal::ChangedSince;
-    return SheetRefusal::None;
+    return target.written ? SinceWritten(target.row, *target.written) : UntoldRefusal(row, line);
+}
+
+/// A file that is taken once more, after its splits were registered, must not make them again. A
+/// row that was typed and not copied tells of no line.
+SheetRefusal Planner::SourceRefusal(const SheetRow &row, const Target &target) const
+{
+    const Line &line = m_list.At(target.row);
+    if (!row.written)
+        return UntoldRefusal(row, line);
+    const bool isOfSource = target.written && line.IsStored() && target.written->key == line.Key();
+    return isOfSource ? SinceWritten(target.row, *target.written) : SheetRefusal::None;
 }
 
 /// Puts into the answer what the row's cells say. `cell` is the one that says nothing of use.
 SheetRefusal Planner::AnswerOf(const SheetRow &row, const Target &target, Answer &answer,
                                QString &cell) const
 {
-    const auto &written = target.written;
+    const auto written = target.isSplit ? std::nullopt : target.written;
     const bool hasDate = row.date && (!written || !IsDateLeft(*row.date, written->shownDate));
     if (hasDate && !IsDateLeft(*row.date, WrittenWord(answer.date))) {
         const auto date = row.date->isEmpty() ? QString() : DateOfCell(*row.date);
@@ -296,6 +316,10 @@ void Planner::Decide(const SheetRow &row, const Target &target)
         const bool isEmpty = !row.quantity || row.quantity->isEmpty() || after.quantity.IsZero();
         if (isEmpty && refusal != SheetRefusal::NoDate)
             refusal = SheetRefusal::NoQuantity;
+        if (const SheetRefusal state = SourceRefusal(row, target); state != SheetRefusal::None) {
+            Refuse(row, state);
+            return;
+        }
         if (refusal != SheetRefusal::None) {
             Refuse(row, refusal, cell);
             return;

@@ -190,6 +190,32 @@ TEST_F(SheetPlanTest, AnOlderFileNeverOverridesWhatWasDoneSince)
     EXPECT_EQ(Planned(fresh), "2:納期回答済です（出力時の列がないので変更できません） =2");
 }
 
+TEST_F(SheetPlanTest, AFileThatIsTakenOnceMoreSplitsNothingAgain)
+{
+    EditedFile file = File();
+    file.Cell(1, Quantity) = "40";
+    file.Copy(1, {{ShpSubNo, ""}, {Quantity, "30"}});
+    file.Copy(1, {{ShpSubNo, "7"}, {Quantity, "30"}});
+    EXPECT_EQ(Planned(file), "2:100/=>40/ 5:+30/@1 6:+30/@1 =2");
+    const std::pair<const char *, QString> cases[]
+        = {{"AnsVal = 40", "出力した後に、回答が登録されています"},
+           {"AnsVal = 40, AnsLimUmu = 3", "出力した後に、納期回答済になっています"}};
+    for (const auto &[since, refusal] : cases) {
+        Answer(since);
+        EXPECT_EQ(Planned(file), "5:" + refusal + " 6:" + refusal + " =3");
+    }
+    // A row that was typed and not copied knows of no line; one that knows of the answer is meant.
+    EditedFile typed = file;
+    typed.Cell(4, "出力時") = typed.Cell(5, "出力時") = "";
+    EXPECT_EQ(Planned(typed), "5:+30/@1 6:+30/@1 =3");
+    EditedFile fresh = File();
+    fresh.Copy(1, {{ShpSubNo, ""}, {Quantity, "30"}});
+    EXPECT_EQ(Planned(fresh), "5:+30/@1 =3");
+    // Without the column that tells, as for a line itself.
+    file.Drop("出力時");
+    EXPECT_EQ(Planned(file), "5:" + cases[1].second + " 6:" + cases[1].second + " =3");
+}
+
 TEST_F(SheetPlanTest, WhatTheListHasGotMeanwhileStays)
 {
     list.InsertBelow({{1, list.At(1).Split(10)}});
