@@ -346,6 +346,7 @@ void SC030110::cmdDelete_Click()
     if (m_model.rowCount() > 0)
         m_ui->spdList->Activate(std::max(1, m_ui->spdList->ActiveColumn()),
                                 std::min(m_ui->spdList->ActiveRow(), m_model.rowCount()));
+    ShowHint(ActiveRow()); // the frame came here while the line was still there
 }
 
 void SC030110::cmdDetail_Click()

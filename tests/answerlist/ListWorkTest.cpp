@@ -88,6 +88,7 @@ TEST_F(ListWork, ACopyIsComeToAndCanGoAndComeBack)
     boxes.Press(BoxButton::Yes);
     Alt(Qt::Key_D);
     EXPECT_EQ(Text("txtSum"), "4");
+    EXPECT_EQ(Find<QLabel>("REMAINDER")->text(), "") << "nothing is split any more";
     Grid().setFocus();
     Undo();
     EXPECT_EQ(Text("txtSum"), "5");
