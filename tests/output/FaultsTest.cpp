@@ -61,7 +61,8 @@ protected:
             ASSERT_FALSE(texts.empty());
             const int done = ExpectWholeOrders();
             if (texts.back().startsWith("納期回答作成処理が")) {
-                EXPECT_EQ(texts.size(), 1u);
+                // A reading outside of a transaction may fail and be told, and the run goes on.
+                EXPECT_EQ(texts.size(), texts.front().startsWith("ｴﾗｰｺｰﾄﾞ：") ? 2u : 1u);
                 EXPECT_EQ(done, OrderCount) << "a run that tells of no fault has done everything";
             } else {
                 EXPECT_TRUE(texts.front().startsWith("ｴﾗｰｺｰﾄﾞ：")) << texts.front().toStdString();
@@ -162,7 +163,7 @@ TEST_F(Faults, EveryOperationOnAnAnswerFileFailsOnce)
     }
 }
 
-TEST_F(ServerFaultsTest, AnOrderCostsNineRoundTrips)
+TEST_F(ServerFaultsTest, AnOrderCostsTenRoundTrips)
 {
     for (const int orders : {1, 2}) {
         Clear();
@@ -176,10 +177,11 @@ TEST_F(ServerFaultsTest, AnOrderCostsNineRoundTrips)
         SelectAll();
         proxy->BreakAt(0);
         EXPECT_EQ(Make().records, orders);
-        // All orders are read once. An order is registered by the transaction's begin with its
-        // reading, the line, its transport days, the update and the commit; it is answered by the
-        // begin with its reading, the record's lines, the marks and the commit.
-        EXPECT_EQ(proxy->Statements(), 1 + orders * (5 + 4));
+        // All orders are read once, and the history is looked for. An order is registered by the
+        // transaction's begin with its reading, the line, its transport days, the update and the
+        // commit; it is answered by the begin with its reading, the record's lines, the history,
+        // the marks and the commit.
+        EXPECT_EQ(proxy->Statements(), 2 + orders * (5 + 5));
         boxes.TakeTexts();
     }
 }

@@ -163,3 +163,19 @@ TEST_F(MoveCommandTest, NewDatabasesOnTheServer)
               ExitCode::Found)
         << "it is there already";
 }
+
+TEST_F(MoveCommandTest, TheHistoryOnTheServer)
+{
+    ASSERT_EQ(
+        ToolRun({"demo", folder.Path(), "--lines", "200", "--server", schema.Settings()}).exitCode,
+        ExitCode::Ok);
+    const ToolRun history({"history", folder.Path()});
+    EXPECT_EQ(history.exitCode, ExitCode::Ok) << history.err.toStdString();
+    EXPECT_GT(history.OutLines().size(), 1);
+
+    Database(DatabasePath(folder.Path()), false, ConnectText).ExecuteNative("DROP TABLE TLAH0010");
+    EXPECT_EQ(ToolRun({"history", folder.Path()}).exitCode, ExitCode::Found);
+    EXPECT_TRUE(ToolRun({"upgrade", folder.Path()}).out.endsWith("TLDB0010.MDB: upgraded\n"));
+    EXPECT_TRUE(ToolRun({"upgrade", folder.Path()}).out.endsWith(": nothing to do\n"));
+    EXPECT_TRUE(ToolRun({"check", folder.Path()}).out.contains(": 11 tables, "));
+}
