@@ -278,6 +278,7 @@ private:
                 throw std::runtime_error("the disk is full");
             ::fdatasync(file);
             ::close(file);
+            m_bare.Run(ToPostgres(BuildHistorySql(accNo, {}, WriteStamp::Now())));
             m_bare.Run(ToPostgres(BuildMarkAnsweredSql(accNo, WriteStamp::Now())));
             m_bare.Run("COMMIT");
         }
