@@ -98,6 +98,7 @@ TEST_F(MoveCommandTest, WhatTheSystemDoesNotKnowIsKept)
             "0.30000000000000004,"
             " NULL, ' Note ', -0.0, x'00FF5C09', 1.5), (2, 1, 1, '\\N', 1e-7, '', '', 1e300, x'', "
             "'text');"
+            "UPDATE TLSP0010 SET OdrNo = char(65279) || 'x' WHERE AccNo = 2;" // a byte order mark
             "CREATE TABLE \"OtherTable\" (Id INTEGER PRIMARY KEY, Name TEXT COLLATE NOCASE, T "
             "TEXT);"
             "INSERT INTO OtherTable VALUES (1, 'Ａ', 'x'), (2, NULL, '')");
@@ -111,6 +112,8 @@ TEST_F(MoveCommandTest, WhatTheSystemDoesNotKnowIsKept)
           " ORDER BY AccNo",
           "SELECT * FROM OtherTable ORDER BY Id", "SELECT Id FROM othertable WHERE Name = 'Ａ'"})
         EXPECT_EQ(Read(server, sql), Read(file, sql)) << sql;
+    EXPECT_EQ(Read(server, "SELECT length(OdrNo) AS N FROM TLSP0010 ORDER BY AccNo"),
+              Read(file, "SELECT length(OdrNo) AS N FROM TLSP0010 ORDER BY AccNo"));
     EXPECT_EQ(Read(server, "SELECT Paid FROM TLSP0010 ORDER BY AccNo"), "'text'\n'1.5'");
     const auto findings = [](const TestFolder &of) {
         QString out = ToolRun({"check", of.Path()}).out.toLower();

@@ -138,7 +138,8 @@ private:
             return "is not a text";
         QString text;
         if (value.type == ValueType::Text) {
-            QStringDecoder decoder(QStringDecoder::Utf8);
+            // A byte order mark at its beginning is a character like others.
+            QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
             text = decoder.decode(value.Bytes());
             if (decoder.hasError())
                 return "is not UTF-8";
@@ -150,7 +151,7 @@ private:
         if (text.contains(QChar(0)))
             return "has NUL characters";
         m_loader.Bind(index, text);
-        m_sums.Add('t', text.toUtf8());
+        m_sums.Add('t', value.type == ValueType::Text ? value.Bytes() : text.toUtf8());
         return {};
     }
 
