@@ -8,6 +8,7 @@
 namespace {
 
 constexpr QByteArrayView FirstLine("TLDB0010 on a PostgreSQL server");
+constexpr QByteArrayView ByteOrderMark("\xEF\xBB\xBF"); ///< some editors put it before a text
 
 /// Less than any database file has. Such a file is not even opened: closing it would end every lock
 /// that this process has on it.
@@ -18,11 +19,15 @@ constexpr qint64 MostBytes = 4095;
 std::optional<QString> ServerFile::SettingsOf(const QString &localPath)
 {
     QFile file(localPath);
-    if (file.size() > MostBytes || !file.open(QIODevice::ReadOnly)
-        || file.peek(FirstLine.size()) != FirstLine)
+    if (file.size() > MostBytes || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray text = file.read(MostBytes);
+    if (text.startsWith(ByteOrderMark))
+        text.remove(0, ByteOrderMark.size());
+    if (!text.startsWith(FirstLine))
         return std::nullopt;
     QStringList lines;
-    for (const QString &line : QString::fromUtf8(file.read(MostBytes)).split('\n'))
+    for (const QString &line : QString::fromUtf8(text).split('\n'))
         if (!line.trimmed().isEmpty())
             lines += line.trimmed();
     if (lines.size() != 2 || lines.front() != QLatin1String(FirstLine))
