@@ -106,6 +106,7 @@ TEST_F(PostgresTest, AFileThatNamesTheServer)
     const std::tuple<QByteArray, int, const char *> cases[] = {
         {first + settings, 0, ""},
         {first.trimmed() + "\r\n\r\n" + settings + "\r\n", 0, ""},
+        {"\xEF\xBB\xBF" + first + settings, 0, ""}, // as some editors save it
         {first, 3343, "1 行"},
         {first + settings + "\n" + settings, 3343, "1 行"},
         {first + "no settings", 3343, "no"},
@@ -286,6 +287,26 @@ TEST_F(PostgresTest, ACommitOfWhichNobodyHearsIsLookedUp)
     EXPECT_EQ(ErrorOf([&] { workspace.CommitTrans(); }).number, 3043);
     workspace.Rollback();
     EXPECT_EQ(Products(), "A B");
+}
+
+TEST_F(PostgresTest, AConnectionThatTheServerBelievesInIsEnded)
+{
+    // Its transaction would be in progress for as long as the server waits for it, with its lock.
+    workspace.BeginTrans();
+    Insert("A");
+    proxy->BreakAt(1, ServerProxy::Break::Silent);
+    const DaoError error = ErrorOf([&] { workspace.CommitTrans(); });
+    EXPECT_TRUE(error.description.contains("トランザクションは取り消されました"))
+        << error.description.toStdString();
+    workspace.Rollback();
+    for (const int left : {1, 0}) {
+        workspace.BeginTrans();
+        Insert("B");
+        proxy->BreakAt(left, ServerProxy::Break::Silent);
+        EXPECT_EQ(ErrorOf([&] { Insert("C"); }).number, left == 0 ? 0 : 3043);
+        left == 0 ? workspace.CommitTrans() : workspace.Rollback();
+    }
+    EXPECT_EQ(Products(), "B C");
 }
 
 TEST_F(PostgresTest, ALongStatementIsCancelledOnTheServer)

@@ -152,6 +152,11 @@ private:
             for (bool isDone = false; !isDone && m_server.Read();)
                 for (QByteArray reply = m_server.Next(); !reply.isEmpty(); reply = m_server.Next())
                     isDone = reply.startsWith('Z');
+        } else if (m_proxy.m_how == ServerProxy::Break::Silent) {
+            ::shutdown(m_client.from, SHUT_RDWR);
+            pollfd end{m_client.to, POLLIN, 0};
+            while (!m_proxy.m_isEnding && ::poll(&end, 1, PollMs) == 0) {
+            } // until the server ends it
         } else if (m_proxy.m_how == ServerProxy::Break::Killed) {
             m_proxy.KillBackend(m_processId);
             while (PassReplies()) {

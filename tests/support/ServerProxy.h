@@ -16,6 +16,7 @@ public:
     enum class Break {
         Before, ///< the statement does not reach the server
         After,  ///< the server runs it, and nobody hears of that
+        Silent, ///< the statement is lost, and the server does not notice that the connection is
         Killed, ///< the server's process for the connection is ended by its administrator
     };
 

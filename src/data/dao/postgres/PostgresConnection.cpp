@@ -48,6 +48,11 @@ constexpr auto SessionSql
       "SELECT set_config('synchronous_commit', 'local', false)"
       " WHERE current_setting('synchronous_commit') = 'off';";
 
+/// What tells this connection's process on the server from all others that are or have been.
+constexpr auto ProcessSql = "SELECT 'pid = ' || pid || ' AND EXTRACT(EPOCH FROM backend_start) = '"
+                            " || EXTRACT(EPOCH FROM backend_start) AS process FROM pg_stat_activity"
+                            " WHERE pid = pg_backend_pid();";
+
 /// Whether texts compare as they must: without ASCII case, and in no other way alike.
 constexpr auto TextCheckSql
     = "SELECT current_setting('server_encoding') = 'UTF8' AND lower('Ａ') = 'Ａ' AND 'B' < 'a'"
@@ -126,11 +131,25 @@ void PostgresConnection::Connect()
     QByteArray session = SessionSql;
     if (m_access == Access::ReadOnly)
         session += "SET default_transaction_read_only = on;";
-    const DaoError error = Send(session, PassOver, false);
+    // The connection before this one may have broken without the server's having noticed: its
+    // transaction would keep its locks, the next one of this desk out, and its outcome open.
+    if (!m_process.isEmpty())
+        session
+            += "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE " + m_process + ';';
+    session += ProcessSql;
+    QByteArray process;
+    const DaoError error = Send(
+        session,
+        [&process](PGresult *result) {
+            if (PQntuples(result) == 1 && PQfnumber(result, "process") == 0)
+                process = PQgetvalue(result, 0, 0);
+        },
+        false);
     if (error.number != 0) {
         PQfinish(std::exchange(m_connection, nullptr));
         throw error;
     }
+    m_process = process;
 }
 
 void PostgresConnection::CheckTexts()

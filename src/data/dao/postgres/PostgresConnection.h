@@ -8,7 +8,8 @@ struct pg_conn;
 struct pg_result;
 
 /// A database on a PostgreSQL server. A connection that breaks is made anew by the next statement,
-/// but never within a transaction: what is left of that fails until it is rolled back.
+/// but never within a transaction: what is left of that fails until it is rolled back. The new
+/// connection ends the old one on the server, which may not have noticed.
 class PostgresConnection : public Connection
 {
 public:
@@ -83,6 +84,7 @@ private:
     const Access m_access;
     pg_conn *m_connection = nullptr;
     State m_state = State::None;
+    QByteArray m_process;       ///< the condition for the server's process of the last connection
     QByteArray m_transactionId; ///< of a transaction that has written something
     std::function<bool()> m_goOn;
 };
