@@ -2,6 +2,7 @@
 
 #include "forms/StatusPanel.h"
 
+#include <QLayout>
 #include <QSizeGrip>
 #include <QStatusBar>
 
@@ -19,6 +20,10 @@ bool Show(StatusPanel &panel, const QString &text, const QPalette &colors)
     panel.setPalette(colors);
     panel.setAutoFillBackground(colors.isBrushSet(QPalette::Active, QPalette::Window));
     panel.setText(text);
+    // Qt's own request for another layout may come too late for a longer text.
+    QLayout *panels = panel.parentWidget()->layout();
+    panels->invalidate();
+    panels->activate();
     const bool isCut = panel.sizeHint().width() > panel.width();
     panel.setToolTip(isCut ? text : QString());
     panel.repaint();
