@@ -113,6 +113,7 @@ void SC030110::AddCommands()
         grid->addAction(separator);
     };
     add("元に戻す", {QKeySequence::Undo}, [this] { TakeBack(); });
+    add("変更した行を選択", {Qt::CTRL | Qt::SHIFT | Qt::Key_A}, [this] { SelectChanged(); });
     add("コピー", {}, [grid] { QApplication::clipboard()->setText(grid->SelectedText()); });
     add(
         "貼り付け", {QKeySequence::Paste}, [this] { Paste(); }, Qt::WidgetShortcut);
@@ -447,6 +448,20 @@ void SC030110::TakeBack()
     if (!back.rows.empty() && m_model.ShownRow(back.rows.front()) > 0)
         m_ui->spdList->GoTo(0, back.rows.front());
     ShowStatus("変更を元に戻しました");
+}
+
+/// The rows that are to be registered, of which some may have left the selection since.
+void SC030110::SelectChanged()
+{
+    if (!MayRun())
+        return;
+    std::vector<RowSelection::Range> rows;
+    for (int row = 1; row <= m_list.Count(); ++row)
+        if (m_list.At(row).IsUnregistered())
+            rows.emplace_back(row, row);
+    const RowSelection changed(std::move(rows));
+    m_ui->spdList->Select(changed);
+    ShowStatus(changed.IsEmpty() ? "変更した行はありません" : "");
 }
 
 ListParts SC030110::Parts() const

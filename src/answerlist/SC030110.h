@@ -64,6 +64,7 @@ private:
     void GoToError(int lineRow);
     void EditDates(const QString &storedForm);
     void TakeBack();
+    void SelectChanged();
     void OpenFindBar();
     void Find(bool isForward);
     void ShowOpenOnly(bool isOn);

@@ -45,6 +45,12 @@ TEST_F(ListWork, ChangesAreCountedMarkedAndTakenBack)
     EXPECT_EQ(Counts(), "選択 2|変更 2|未回答 2|納期超過 1");
     EXPECT_EQ(Mark(1) + Mark(2) + Mark(3), "変更あり（未登録）変更あり（未登録）");
 
+    // An arrow leaves the selection behind; one key selects again what was changed.
+    Key(Qt::Key_Up);
+    EXPECT_EQ(Cursor(), "3 5,3");
+    Key(Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Cursor(), "13 5,3");
+
     Key(Qt::Key_Delete);
     EXPECT_EQ(Answer(1) + '|' + Answer(3), "30.000 |60.000 ") << "the dates of the selected rows";
     Undo();
