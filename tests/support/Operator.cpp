@@ -2,6 +2,9 @@
 
 #include "support/Hands.h"
 
+#include <QAbstractButton>
+#include <QMessageBox>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 namespace {
@@ -34,11 +37,15 @@ void Operator::Tick()
     QTimer::singleShot(TickMs, this, &Operator::Tick);
     if (!m_failure.isEmpty()) {
         // Whatever the program still shows is closed until it has ended.
-        if (QWidget *window = QApplication::activeModalWidget())
+        QWidget *window = QApplication::activeModalWidget();
+        const auto *box = qobject_cast<QMessageBox *>(window);
+        if (QAbstractButton *yes = box ? box->button(QMessageBox::Yes) : nullptr)
+            yes->click(); // no keeps the program going
+        else if (window)
             window->close();
         return;
     }
-    if (m_next == m_steps.size())
+    if (m_isWaiting || m_next == m_steps.size())
         return;
     const Step &step = m_steps[m_next];
     if (!step.isReady()) {
@@ -58,6 +65,12 @@ void Operator::Fail(const QString &why)
 {
     if (m_failure.isEmpty())
         m_failure = (m_next > 0 ? m_steps[m_next - 1].what + ": " : QString()) + why;
+}
+
+bool Operator::Wait(const Condition &isReached)
+{
+    const QScopedValueRollback waiting(m_isWaiting, true);
+    return QTest::qWaitFor(isReached, m_limitMs);
 }
 
 QWidget *Operator::Front(const QString &window)

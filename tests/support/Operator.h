@@ -34,6 +34,10 @@ public:
     /// Ends the play as failed.
     void Fail(const QString &why);
 
+    /// Waits within an action, while the steps after it stand still. False when the step's time is
+    /// over.
+    bool Wait(const Condition &isReached);
+
     /// The modal window in front when it has this object name; null otherwise.
     static QWidget *Front(const QString &window);
 
@@ -68,6 +72,7 @@ private:
 
     std::vector<Step> m_steps;
     size_t m_next = 0;
+    bool m_isWaiting = false;
     QString m_failure;
     int m_limitMs = 0;
     QDeadlineTimer m_deadline; ///< for the next step
