@@ -165,7 +165,7 @@ void ListFiles::SavePdf(const PaperTable &table)
     if (isStopped)
         m_showStatus("印刷を中止しました");
     else if (!isPrinted || !file.commit())
-        Complain(Title, path, RuntimeError::Description(RuntimeError::PermissionDenied));
+        Complain(Title, path, RuntimeError::Description(RuntimeError::OfFile(file)));
     else
         TellWritten(path, table.rows);
 }

@@ -76,7 +76,10 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
         ShowCounts();
         ShowHint(ActiveRow());
     });
-    connect(m_ui->chkOpenOnly, &QCheckBox::clicked, this, &SC030110::ShowOpenOnly);
+    connect(m_ui->chkOpenOnly, &QCheckBox::clicked, this, [this](bool isOn) {
+        ShowOpenOnly(isOn);
+        WindowMemory(*this).SetFlag(OpenOnlyFlag, m_model.ShowsOpenOnly());
+    });
     connect(m_ui->findBar, &FindBar::Wanted, this, &SC030110::Find);
     connect(m_ui->findBar, &FindBar::Closed, this, [this] { m_ui->spdList->setFocus(); });
     connect(m_ui->spdList, &LineGrid::ColumnsFitted, this, [this] { KeepColumns(*m_ui->spdList); });
@@ -105,7 +108,7 @@ void SC030110::AddCommands()
     };
     const auto addButton = [&](QPushButton *button, const QStringList &icons) {
         SetThemeIcon(*button, icons);
-        add(button->accessibleName(), {}, [button] { button->click(); })->setIcon(button->icon());
+        add(button->text(), {}, [button] { button->click(); })->setIcon(button->icon());
     };
     const auto addSeparator = [&] {
         auto *separator = new QAction(grid);
@@ -571,7 +574,6 @@ void SC030110::ShowOpenOnly(bool isOn)
     ShowHint(ActiveRow());
     m_ui->spdList->setFocus();
     m_ui->chkOpenOnly->setChecked(isOn);
-    WindowMemory(*this).SetFlag(OpenOnlyFlag, isOn);
 }
 
 /// From the grid to the buttons, and from anywhere else back to it.

@@ -177,6 +177,9 @@ void SheetImport::SetUp(QTableView &grid, QAbstractItemModel *model)
     grid.verticalHeader()->setDefaultSectionSize(grid.fontMetrics().height() + 6);
     grid.horizontalHeader()->setResizeContentsPrecision(RowsMeasured);
     grid.resizeColumnsToContents();
+    // The window shows all columns, as far as the screen has room for it.
+    constexpr int Rest = 60; // the scroll bar, and the margins of group and window
+    resize(std::max(width(), grid.horizontalHeader()->length() + Rest), height());
     grid.horizontalHeader()->setStretchLastSection(true);
 }
 

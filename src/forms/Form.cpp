@@ -18,11 +18,11 @@ Form::Form(QWidget *parent)
 {
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
                    | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
-    m_forgetAction = new QAction("ウィンドウの大きさと列の幅を元に戻す(&0)", this);
+    m_forgetAction = new QAction("ウィンドウの大きさ・列の幅・表示を元に戻す(&0)", this);
     m_forgetAction->setShortcut(Qt::CTRL | Qt::Key_0);
     connect(m_forgetAction, &QAction::triggered, this, [this] {
         ForgetArrangement();
-        ShowWord("ウィンドウの大きさと列の幅を元に戻しました");
+        ShowWord("ウィンドウの大きさ・列の幅・表示を元に戻しました");
     });
     addAction(m_forgetAction);
     setContextMenuPolicy(Qt::ActionsContextMenu);

@@ -9,6 +9,7 @@
 #include <QFocusEvent>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QScopedValueRollback>
 #include <algorithm>
 
 GridView::GridView(QWidget *parent)
@@ -385,7 +386,11 @@ void GridView::keyPressEvent(QKeyEvent *event)
         event->ignore(); // the form's
         return;
     }
-    QTableView::keyPressEvent(event);
+    {
+        const QScopedValueRollback extending(m_isExtending,
+                                             bool(event->modifiers() & Qt::ShiftModifier));
+        QTableView::keyPressEvent(event);
+    }
     // At the edge of the grid an arrow leads nowhere: not to a button, which Enter would press.
     const bool isArrow = event->key() >= Qt::Key_Left && event->key() <= Qt::Key_Down;
     if (isArrow && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))
@@ -401,8 +406,11 @@ void GridView::keyboardSearch(const QString &search)
 
 void GridView::mousePressEvent(QMouseEvent *event)
 {
-    if (FinishEdit())
-        QTableView::mousePressEvent(event);
+    if (!FinishEdit())
+        return;
+    const QScopedValueRollback extending(m_isExtending,
+                                         bool(event->modifiers() & Qt::ShiftModifier));
+    QTableView::mousePressEvent(event);
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent *event)
@@ -413,10 +421,29 @@ void GridView::mouseDoubleClickEvent(QMouseEvent *event)
         emit CellDoubleClicked(cell.column() + 1, cell.row() + 1);
 }
 
+/// Shift selects from the row where the active cell was, however it came there, which Qt knows only
+/// of its own ways.
+QItemSelectionModel::SelectionFlags GridView::selectionCommand(const QModelIndex &index,
+                                                               const QEvent *event) const
+{
+    const bool isMoving
+        = event && (event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress);
+    if (m_isRowMode || !m_isExtending || !isMoving || !index.isValid() || !m_anchor.isValid())
+        return QTableView::selectionCommand(index, event);
+    const auto [first, last] = std::minmax({m_anchor.row(), index.row()});
+    const bool isAdded = static_cast<const QInputEvent *>(event)->modifiers() & Qt::ControlModifier;
+    selectionModel()->select({Index(1, first + 1), Index(model()->columnCount(), last + 1)},
+                             isAdded ? QItemSelectionModel::Select
+                                     : QItemSelectionModel::ClearAndSelect);
+    return QItemSelectionModel::NoUpdate;
+}
+
 void GridView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     // Not QTableView's, which tells of cells as its own accessible object counts them.
     QAbstractItemView::currentChanged(current, previous);
+    if (!m_isExtending)
+        m_anchor = current;
     // Qt switches it on for cells that can be typed into; an input method would take the first key.
     setAttribute(Qt::WA_InputMethodEnabled, false);
     emit CellLeft(previous.column() + 1, previous.row() + 1, current.column() + 1,

@@ -80,6 +80,8 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
+                                                         const QEvent *event) const override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected,
                           const QItemSelection &deselected) override;
@@ -104,6 +106,8 @@ private:
     QPersistentModelIndex m_editedCell;
     QString m_typedBefore; ///< the editor's text when the edit began
     bool m_isFinishing = false;
+    QPersistentModelIndex m_anchor; ///< where Shift selects from
+    bool m_isExtending = false;
     mutable std::vector<RowRange> m_selectedRows;
     mutable bool m_isSelectionKnown = false;
     GridAccessible *m_accessible = nullptr; ///< once it has been asked for

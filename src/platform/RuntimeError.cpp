@@ -2,6 +2,8 @@
 
 #include "platform/Log.h"
 
+#include <QFileDevice>
+#include <QFileInfo>
 #include <cerrno>
 
 namespace RuntimeError {
@@ -82,6 +84,24 @@ int FromErrno(int error)
     case ENXIO:
     case ENODEV:
         return DiskNotReady;
+    default:
+        return DeviceIo;
+    }
+}
+
+int OfFile(const QFileDevice &file)
+{
+    if (!QFileInfo(QFileInfo(file.fileName()).path()).isDir())
+        return PathNotFound;
+    switch (file.error()) {
+    case QFileDevice::NoError:
+        return None;
+    case QFileDevice::PermissionsError:
+    case QFileDevice::OpenError:
+    case QFileDevice::RenameError:
+        return PermissionDenied;
+    case QFileDevice::ResourceError:
+        return DiskFull;
     default:
         return DeviceIo;
     }

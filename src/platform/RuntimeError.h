@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QFileDevice;
+
 /// The numbers by which the run-time names an error; 0 is "no error".
 namespace RuntimeError {
 constexpr int None = 0;
@@ -22,4 +24,7 @@ QString Description(int number);
 
 /// The error number of an errno that a call on a file or folder left.
 int FromErrno(int error);
+
+/// The error number of what has happened to a file.
+int OfFile(const QFileDevice &file);
 } // namespace RuntimeError

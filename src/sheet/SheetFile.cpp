@@ -11,24 +11,6 @@
 
 namespace {
 
-int ErrorNumber(const QFileDevice &file)
-{
-    if (!QFileInfo(QFileInfo(file.fileName()).path()).isDir())
-        return RuntimeError::PathNotFound;
-    switch (file.error()) {
-    case QFileDevice::NoError:
-        return RuntimeError::None;
-    case QFileDevice::PermissionsError:
-    case QFileDevice::OpenError:
-    case QFileDevice::RenameError:
-        return RuntimeError::PermissionDenied;
-    case QFileDevice::ResourceError:
-        return RuntimeError::DiskFull;
-    default:
-        return RuntimeError::DeviceIo;
-    }
-}
-
 bool CopyAll(QIODevice &from, QIODevice &to)
 {
     constexpr qint64 Chunk = 1 << 20;
@@ -83,7 +65,7 @@ SavedSheet SaveSheet(const LineList &list, const RowSelection &rows, const QStri
     if (isWritten)
         isWritten = file.commit();
     if (!isWritten && !saved.isStopped && saved.error == RuntimeError::None) {
-        saved.error = ErrorNumber(file);
+        saved.error = RuntimeError::OfFile(file);
         saved.systemError = file.errorString();
     }
     return saved;

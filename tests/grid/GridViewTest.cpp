@@ -96,6 +96,20 @@ TEST_F(GridViewTest, WholeRowsAreSelected)
         {"an arrow", [&] { Click(1, 3), Key(Qt::Key_Down); }, "4 at 1,4"},
         {"Shift+blank", [&] { Click(1, 3), Key(Qt::Key_Return), Key(Qt::Key_Space, shift); },
          "4 at 1,4"},
+        {"Shift from where Enter has led",
+         [&] { Click(1, 3), Key(Qt::Key_Return), Key(Qt::Key_Return), Key(Qt::Key_Down, shift); },
+         "5-6 at 1,6"},
+        {"Shift again from there",
+         [&] { Key(Qt::Key_Up, shift), Key(Qt::Key_Up, shift), Key(Qt::Key_Up, shift); },
+         "3-5 at 1,3"},
+        {"Shift and a click from where the program has led",
+         [&] { Click(1, 3), grid.Activate(2, 8), Click(1, 6, shift); }, "6-8 at 1,6"},
+        {"Shift+blank, then Shift",
+         [&] {
+             Click(1, 2), grid.Activate(1, 5), Key(Qt::Key_Space, shift);
+             Key(Qt::Key_Down, shift), Key(Qt::Key_Down, shift);
+         },
+         "5-7 at 1,7"},
         {"Enter leaves it", [&] { Click(1, 3), Key(Qt::Key_Return); }, "3 at 1,4"},
         {"a letter looks for nothing", [&] { Click(1, 3), Keys("r"); }, "3 at 1,3"},
         {"the program",
