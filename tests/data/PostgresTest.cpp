@@ -111,6 +111,9 @@ TEST_F(PostgresTest, AFileThatNamesTheServer)
         {first + settings + "\n" + settings, 3343, "1 行"},
         {first + "no settings", 3343, "no"},
         {first + settings + " password=x", 3343, "~/.pgpass"},
+        {first + settings + " sslpassword=x", 3343, "~/.pgpass"},
+        {first + settings + " password=x secret", 3343, "正しくありません"},
+        {first + "postgresql://user:%secret@db/x", 3343, "正しくありません"},
         {first + "host=/nowhere", 3043, "/nowhere"},
         {first + settings + " dbname=none", 3051, "none"},
         {first + settings + " options='-c search_path=public'", 3343, ""}, // no tables
@@ -120,6 +123,7 @@ TEST_F(PostgresTest, AFileThatNamesTheServer)
         const DaoError error = OpenError(text);
         EXPECT_EQ(error.number, number) << text.constData() << error.description.toStdString();
         EXPECT_TRUE(error.description.contains(detail)) << error.description.toStdString();
+        EXPECT_FALSE(error.description.contains("secret")) << error.description.toStdString();
     }
     EXPECT_EQ(OpenError(first + settings, ";PWD=other").number, 3031);
     EXPECT_EQ(ErrorOf([&] { Database::CreateOnServer(file.Settings(), ConnectText); }).number,

@@ -70,13 +70,17 @@ PostgresConnection::PostgresConnection(const QString &settings, Access access)
     char *message = nullptr;
     PQconninfoOption *const options = PQconninfoParse(settings.toUtf8(), &message);
     if (!options) {
-        const QString what = QString::fromUtf8(message).simplified();
+        // The library quotes what it stumbled over, which may be a piece of a password.
+        const bool mayBeSecret
+            = settings.contains("passw", Qt::CaseInsensitive) || settings.contains("://");
+        const QString what = mayBeSecret ? QString("接続の設定の書き方が正しくありません")
+                                         : QString::fromUtf8(message).simplified();
         PQfreemem(message);
         throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, DaoErrors::DatabaseSource, what);
     }
     bool hasPassword = false;
     for (const PQconninfoOption *option = options; option->keyword; ++option)
-        hasPassword |= qstrcmp(option->keyword, "password") == 0 && option->val;
+        hasPassword |= QByteArrayView(option->keyword).endsWith("password") && option->val;
     PQconninfoFree(options);
     if (hasPassword)
         throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, DaoErrors::DatabaseSource,
