@@ -182,3 +182,20 @@ TEST_F(MoveCommandTest, TheHistoryOnTheServer)
     EXPECT_TRUE(ToolRun({"upgrade", folder.Path()}).out.endsWith(": nothing to do\n"));
     EXPECT_TRUE(ToolRun({"check", folder.Path()}).out.contains(": 11 tables, "));
 }
+
+TEST_F(MoveCommandTest, TheHistoryMadeLaterHasTheRightsOfTheLines)
+{
+    ASSERT_EQ(ToolRun({"create", folder.Path(), "--server", schema.Settings()}).exitCode,
+              ExitCode::Ok);
+    Database server(DatabasePath(folder.Path()), false, ConnectText);
+    server.ExecuteNative("DROP TABLE TLAH0010; GRANT SELECT ON TLSP0010 TO PUBLIC;"
+                         "GRANT SELECT, INSERT, UPDATE ON TLSP0010 TO pg_monitor");
+    const ToolRun upgrade({"upgrade", folder.Path()});
+    EXPECT_EQ(upgrade.exitCode, ExitCode::Ok) << upgrade.err.toStdString();
+    const QString rights = "SELECT grantee & ' ' & privilege_type AS T FROM"
+                           " information_schema.table_privileges WHERE table_name = '%1'"
+                           " AND table_schema = current_schema AND grantee <> current_user"
+                           " ORDER BY 1";
+    EXPECT_EQ(Read(server, rights.arg("tlah0010")),
+              "'PUBLIC SELECT'\n'pg_monitor INSERT'\n'pg_monitor SELECT'\n'pg_monitor UPDATE'");
+}

@@ -94,6 +94,10 @@ public:
     virtual std::unique_ptr<RowLoader> LoadRows(const QString &table, const QStringList &columns)
         = 0;
 
+    /// Gives whoever has rights to one table the same rights to another, where the database has
+    /// rights of its own.
+    virtual void CopyRights(const QString &fromTable, const QString &toTable) = 0;
+
     /// Copies the whole database to a new file, onto the disk. False where that is for the
     /// database's own administrator to do.
     virtual bool CopyTo(const QString &localPath) = 0;

@@ -66,6 +66,8 @@ int RunUpgrade(const QCommandLineParser &arguments, QTextStream &out, QTextStrea
             if (!HasHistory(database)) { // else somebody was faster
                 backupPath = BackUp(source, QFileInfo(path));
                 CreateTable(database, *FindTable(HistoryTable));
+                // Who may write an answer and not its history would send it and never mark it.
+                database.Engine().CopyRights("TLSP0010", HistoryTable);
                 isUpgraded = true;
             }
             database.CommitTrans();

@@ -49,6 +49,8 @@ public:
     /// By COPY: until Finish, the connection does nothing else.
     std::unique_ptr<RowLoader> LoadRows(const QString &table, const QStringList &columns) override;
 
+    void CopyRights(const QString &fromTable, const QString &toTable) override;
+
     /// False: a backup is the server's own work, and its administrator's.
     bool CopyTo(const QString &) override { return false; }
 

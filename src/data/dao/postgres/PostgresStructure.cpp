@@ -179,3 +179,16 @@ StoredColumn PostgresConnection::Wanted(const ColumnDefinition &column) const
     const QString number = column.type == ColumnType::Integer ? "BIGINT" : "DOUBLE PRECISION";
     return {column.name, column.IsText() ? "CITEXT" : number, {}, column.isKey, column.isKey};
 }
+
+void PostgresConnection::CopyRights(const QString &fromTable, const QString &toTable)
+{
+    // A role of number 0 stands for everybody.
+    const QStringList grants = FirstColumn(
+        "SELECT 'GRANT ' || privilege_type || ' ON " + QuotedName(Small(toTable))
+        + " TO ' || CASE grantee WHEN 0 THEN 'PUBLIC' ELSE CAST(CAST(grantee AS regrole) AS text) "
+          "END FROM pg_class, aclexplode(relacl)"
+          " WHERE privilege_type IN ('SELECT', 'INSERT', 'UPDATE', 'DELETE') AND oid = "
+        + TableId(fromTable));
+    if (!grants.isEmpty())
+        ExecuteScript(grants.join(';'));
+}

@@ -38,6 +38,7 @@ public:
     QString RowNumber() const override { return "rowid"; }
     std::unique_ptr<RowLoader> LoadRows(const QString &table, const QStringList &columns) override;
 
+    void CopyRights(const QString &, const QString &) override {} // they are the file's
     bool CopyTo(const QString &localPath) override;
 
     QStringList FindDamage() override;
