@@ -40,7 +40,6 @@ QString ErrorText(const DaoError &error)
         {DaoErrors::NullNotAllowed, "a column of the key is null"},
         {DaoErrors::UnrecognizedFormat, "the file is not a database of the system"},
         {DaoErrors::CannotUpdate, "the database can't be written"},
-        {DaoErrors::Locked, "another program keeps the database locked"},
     };
     for (const auto &entry : texts)
         if (entry.number == error.number)
