@@ -76,16 +76,12 @@ void LineModel::Empty()
     endResetModel();
 }
 
-void LineModel::CountAll()
-{
-    m_countedDay = Today();
-    m_counts = LineCounts::Of(m_edits.List(), m_countedDay);
-}
-
 const LineCounts &LineModel::Counts()
 {
-    if (m_countedDay != Today())
-        CountAll();
+    if (const QString today = Today(); m_countedDay != today) {
+        m_countedDay = today;
+        m_counts = LineCounts::Of(m_edits.List(), today);
+    }
     return m_counts;
 }
 
@@ -93,7 +89,7 @@ void LineModel::Filled()
 {
     Empty();
     const LineList &list = m_edits.List();
-    CountAll();
+    m_countedDay.clear();
     m_lineRows.clear();
     if (m_showsOpenOnly)
         for (int row = 1; row <= list.Count(); ++row)
@@ -109,7 +105,7 @@ void LineModel::Filled()
 
 void LineModel::Changed()
 {
-    CountAll();
+    m_countedDay.clear();
     if (m_shownRows == 0)
         return;
     emit dataChanged(index(0, 0), index(m_shownRows - 1, columnCount() - 1));

@@ -79,7 +79,6 @@ signals:
 private:
     const Line &LineAt(int section) const { return m_edits.List().At(LineRow(section + 1)); }
     void ShowInserted(int lineRow, int shownRow);
-    void CountAll();
 
     LineEdits &m_edits;
     bool m_showsOpenOnly = false;
@@ -87,5 +86,5 @@ private:
     AnswerTip m_answerTip;
     int m_shownRows = 0;
     LineCounts m_counts;
-    QString m_countedDay; ///< that they are of
+    QString m_countedDay; ///< stored form; empty: to be counted anew
 };
