@@ -160,7 +160,7 @@ std::optional<LogLevel> LogLevelOf(const QString &name)
 QString LogPath()
 {
     const QString state = qEnvironmentVariable("XDG_STATE_HOME");
-    // The base directory specification has a relative path ignored.
+    // A relative path does not count there.
     const QString folder = QDir::isAbsolutePath(state) ? state : QDir::homePath() + "/.local/state";
     return folder + "/talven/TL030101.log";
 }
