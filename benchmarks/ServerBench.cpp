@@ -237,6 +237,8 @@ private:
         m_bare.Run("UPDATE TLSP0010 SET AnsLimDate = '', AnsLimUmu = 0 WHERE CustCD = '"
                    + BenchDatabase::CustomerOf(m_customer).customerCode + "'");
         Load(m_db, m_customer, m_list);
+        if (m_list.Count() < m_orders)
+            throw std::runtime_error("the data have fewer orders than are to be answered");
         LineEdits edits(m_list);
         SetAnswerDates(edits, Everything(), "20270115");
     }
