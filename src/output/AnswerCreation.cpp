@@ -189,16 +189,27 @@ AnswerCreation::Outcome AnswerCreation::AnswerInTransaction(const Line &line, An
     }
     ClearAnswerRecord(m_record);
     m_record.answerKind = AnswerKind(*lines);
+    QByteArray record;
     if (file) {
         const QString settings = m_db.NullToRTrim(*lines, u"HenpVerPath");
         Outcome outcome = FillRecord(*lines, line.IsEdi());
         if (outcome == Outcome::Answered)
-            outcome = WriteRecord(*file, settings, line.OrderNo());
+            outcome = PackRecord(*file, settings, record);
         if (outcome != Outcome::Answered)
-            return outcome; // a record that can't be written leaves the order unanswered
+            return outcome;
+    }
+    // Before the record goes out: who may not write to the history, or can't, sends none.
+    if (!KeepInHistory(accNo, path))
+        return Outcome::NotMarked;
+    if (file) {
+        m_fileError = file->AppendLine(record);
+        if (m_fileError != RuntimeError::None)
+            return Outcome::FileError; // a record that can't be written leaves the order unanswered
+        if (!m_isRecordComplete)
+            m_incompleteOrders += line.OrderNo();
         written = true;
     }
-    return KeepInHistory(accNo, path) ? MarkAnswered(accNo) : Outcome::NotMarked;
+    return MarkAnswered(accNo);
 }
 
 /// "2" for an order of which a line has been answered before. The first line is current again.
@@ -249,20 +260,17 @@ AnswerCreation::Outcome AnswerCreation::FillRecord(Recordset &lines, bool isEdi)
     return Outcome::Answered;
 }
 
-AnswerCreation::Outcome AnswerCreation::WriteRecord(AnswerFile &file, const QString &layoutSettings,
-                                                    const QString &orderNo)
+/// The record as it goes to the end of the file, numbered.
+AnswerCreation::Outcome AnswerCreation::PackRecord(AnswerFile &file, const QString &layoutSettings,
+                                                   QByteArray &record)
 {
     const int length = HasShortLayout(layoutSettings) ? ShortRecordLength : LongRecordLength;
     m_fileError = file.Mend();
     if (m_fileError != RuntimeError::None)
         return Outcome::FileError;
     m_record.recordNumber = Decimal(file.LastRecordNumber(length) + 1);
-    const bool isComplete = PackAnswerRecord(m_record, m_buffer);
-    m_fileError = file.AppendLine(BlankLineBreaks(QByteArray(m_buffer.data(), length), {}));
-    if (m_fileError != RuntimeError::None)
-        return Outcome::FileError;
-    if (!isComplete)
-        m_incompleteOrders += orderNo;
+    m_isRecordComplete = PackAnswerRecord(m_record, m_buffer);
+    record = BlankLineBreaks(QByteArray(m_buffer.data(), length), {});
     return Outcome::Answered;
 }
 

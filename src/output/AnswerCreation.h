@@ -60,7 +60,7 @@ private:
                                 bool &written);
     QString AnswerKind(Recordset &lines);
     Outcome FillRecord(Recordset &lines, bool isEdi);
-    Outcome WriteRecord(AnswerFile &file, const QString &layoutSettings, const QString &orderNo);
+    Outcome PackRecord(AnswerFile &file, const QString &layoutSettings, QByteArray &record);
     Outcome MarkAnswered(qint64 accNo);
     bool KeepInHistory(qint64 accNo, const std::optional<QString> &path);
     void TellWhy(Outcome outcome, const QString &path) const;
@@ -79,6 +79,7 @@ private:
     Surprises m_surprises;
     AnswerRecord m_record;
     AnswerBuffer m_buffer = {};
+    bool m_isRecordComplete = true;     ///< no "?" for a character without a code
     std::optional<AnswerTrace> m_trace; ///< for the history; nothing: the database keeps none
     int m_fileError = 0;
     QString m_answeredFile;          ///< of the last order; empty: none

@@ -184,8 +184,7 @@ TEST_F(AnswerCreationTest, AFailingOrderEndsTheRun)
              file.RefuseNothing();
              file.Refuse("INSERT", "NEW.AccNo = 2", "TLAH0010");
          },
-         {"ｴﾗｰｺｰﾄﾞ：", "更新されませんでした\r", notMade},
-         "PO-2"},
+         {"ｴﾗｰｺｰﾄﾞ：", "更新されませんでした\r", notMade}},
     };
     AddCustomer("C1");
     AddCustomer("C2");
