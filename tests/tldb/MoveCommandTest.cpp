@@ -151,6 +151,15 @@ TEST_F(MoveCommandTest, WhatTheServerCannotHoldIsNamedAndLeavesNothingThere)
         << "nothing is there";
 }
 
+TEST_F(MoveCommandTest, WhereItCannotBeToldNothingIsOnTheServer)
+{
+    ASSERT_EQ(ToolRun({"create", folder.Path()}).exitCode, ExitCode::Ok);
+    QFile::link("nowhere", folder.Path("TLDB0010-SERVER.MDB"));
+    EXPECT_TRUE(Move().err.contains("TLDB0010-SERVER.MDB: "));
+    QFile::remove(folder.Path("TLDB0010-SERVER.MDB"));
+    EXPECT_EQ(Move().exitCode, ExitCode::Ok);
+}
+
 TEST_F(MoveCommandTest, NewDatabasesOnTheServer)
 {
     const QStringList server = {"--server", schema.Settings()};

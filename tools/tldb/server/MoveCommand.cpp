@@ -9,6 +9,22 @@
 #include <QDir>
 #include <QFile>
 
+namespace {
+
+/// The file that names the server comes first: where it can't be written, nothing stays there.
+void Keep(Database &server, const QString &serverPath, const QString &settings)
+{
+    WriteServerFile(serverPath, settings);
+    try {
+        server.ExecuteNative("COMMIT");
+    } catch (const DaoError &) {
+        QFile::remove(serverPath);
+        throw;
+    }
+}
+
+} // namespace
+
 int RunMove(const QCommandLineParser &arguments, QTextStream &out, QTextStream &err)
 {
     const QString folder = arguments.positionalArguments().first();
@@ -21,16 +37,16 @@ int RunMove(const QCommandLineParser &arguments, QTextStream &out, QTextStream &
         return Complain(err, serverPath + ": the file exists already");
     FindingReport report(out);
     CopyCount count;
+    QString place = path; ///< what an error is of
     try {
         Database file = OpenToRead(path);
         const auto server = Database::CreateOnServer(settings, ConnectText);
         count = CopyToServer(file, *server, report.found, out);
-        if (report.findings == 0) {
-            server->ExecuteNative("COMMIT");
-            WriteServerFile(serverPath, settings);
-        }
+        place = serverPath;
+        if (report.findings == 0)
+            Keep(*server, serverPath, settings);
     } catch (const DaoError &error) {
-        return Complain(err, path + ": " + ErrorText(error));
+        return Complain(err, place + ": " + ErrorText(error));
     }
     if (report.findings > 0)
         return Complain(err, QString("%1: not moved, %2 findings; nothing is on the server")
