@@ -333,6 +333,19 @@ TEST_F(PostgresTest, ALongStatementIsCancelledOnTheServer)
     }
 }
 
+TEST_F(PostgresTest, AStatementOfAServerThatHangsIsGivenUp)
+{
+    proxy->BreakAt(1, ServerProxy::Break::Hung);
+    database->SetProgress([&] { return proxy->Statements() == 0; });
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(ErrorOf([&] { database->OpenRecordset("SELECT 1"); }).number, 3059);
+    EXPECT_LT(time.elapsed(), 8'000);
+    database->SetProgress({});
+    proxy->BreakAt(0);
+    EXPECT_EQ(database->OpenRecordset("SELECT 2")->Text(0), "2");
+}
+
 TEST_F(PostgresTest, ValuesOfTheServersTypes)
 {
     const auto rows = database->OpenRecordset(

@@ -106,6 +106,10 @@ public:
         while (!m_proxy.m_isEnding) {
             pollfd sockets[] = {{m_client.from, POLLIN, 0}, {m_client.to, POLLIN, 0}};
             ::poll(sockets, 2, PollMs);
+            if (m_proxy.m_isHung && ((sockets[0].revents | sockets[1].revents) & POLLHUP) == 0) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(PollMs));
+                continue;
+            }
             if (sockets[1].revents != 0 && !PassReplies())
                 return;
             if (sockets[0].revents != 0 && !PassStatements())
@@ -134,10 +138,8 @@ private:
         for (QByteArray message = m_client.Next(); !message.isEmpty(); message = m_client.Next()) {
             if (message.startsWith('Q')) {
                 std::this_thread::sleep_for(m_proxy.m_roundTrip.load());
-                if (++m_proxy.m_statements == m_proxy.m_breakAt) {
-                    Break(message);
-                    return false;
-                }
+                if (++m_proxy.m_statements == m_proxy.m_breakAt)
+                    return Break(message);
             }
             if (!WriteAll(m_client.to, message))
                 return false;
@@ -145,7 +147,8 @@ private:
         return true;
     }
 
-    void Break(const QByteArray &statement)
+    /// Whether the connection is still there.
+    bool Break(const QByteArray &statement)
     {
         if (m_proxy.m_how == ServerProxy::Break::After) {
             WriteAll(m_client.to, statement);
@@ -162,6 +165,8 @@ private:
             while (PassReplies()) {
             } // its last words
         }
+        m_proxy.m_isHung = m_proxy.m_how == ServerProxy::Break::Hung;
+        return m_proxy.m_isHung;
     }
 
     ServerProxy &m_proxy;
@@ -195,6 +200,7 @@ ServerProxy::~ServerProxy()
 void ServerProxy::BreakAt(int statement, Break how)
 {
     m_how = how;
+    m_isHung = false;
     m_breakAt = statement;
     m_statements = 0;
 }

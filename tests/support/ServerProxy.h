@@ -18,6 +18,7 @@ public:
         After,  ///< the server runs it, and nobody hears of that
         Silent, ///< the statement is lost, and the server does not notice that the connection is
         Killed, ///< the server's process for the connection is ended by its administrator
+        Hung,   ///< nothing goes through any more, on any connection, and none is closed
     };
 
     /// `settings` are those of the server, on a local socket.
@@ -51,6 +52,7 @@ private:
     std::atomic<int> m_statements = 0;
     std::atomic<int> m_breakAt = 0;
     std::atomic<Break> m_how = Break::Before;
+    std::atomic<bool> m_isHung = false;
     std::atomic<std::chrono::milliseconds> m_roundTrip{};
     std::atomic<bool> m_isEnding = false;
     std::list<std::thread> m_links;

@@ -2,6 +2,7 @@
 
 #include "data/dao/Dialect.h"
 #include "data/dao/SqlText.h"
+#include "data/dao/postgres/PostgresCancel.h"
 #include "data/dao/postgres/PostgresErrors.h"
 #include "data/dao/postgres/PostgresRows.h"
 
@@ -12,6 +13,7 @@
 #include <libpq-fe.h>
 #include <memory>
 #include <poll.h>
+#include <sys/socket.h>
 
 namespace {
 
@@ -169,28 +171,24 @@ QString PostgresConnection::Translated(const QString &statement) const
     return ToPostgres(statement);
 }
 
-/// Asks while a statement runs whether it is to go on, and cancels it when not.
-bool PostgresConnection::GoesOn(bool &isCancelled)
+/// Asks while a statement runs whether it is to go on, and cancels it when not. A server that does
+/// not even do that is given up: what waits for it then gets the error of a broken connection.
+void PostgresConnection::AskWhetherToGoOn(PostgresCancel &cancel)
 {
-    if (isCancelled || m_goOn())
-        return true;
-    isCancelled = true;
-    PGcancel *const cancel = PQgetCancel(m_connection);
-    char message[256];
-    const bool isAsked = PQcancel(cancel, message, sizeof message) != 0;
-    PQfreeCancel(cancel);
-    return isAsked;
+    if (!cancel.IsAsked() && !m_goOn())
+        cancel.Ask(m_connection);
+    if (cancel.IsOverdue())
+        ::shutdown(PQsocket(m_connection), SHUT_RDWR);
 }
 
 /// The next result of what was sent, waited for; null after the last.
-PGresult *PostgresConnection::NextResult(bool &isCancelled)
+PGresult *PostgresConnection::NextResult(PostgresCancel &cancel)
 {
     constexpr int WaitMs = 20;
     while (m_goOn && PQisBusy(m_connection)) {
         pollfd socket{PQsocket(m_connection), POLLIN, 0};
         ::poll(&socket, 1, WaitMs);
-        if (!GoesOn(isCancelled))
-            break;
+        AskWhetherToGoOn(cancel);
         if (socket.revents != 0 && PQconsumeInput(m_connection) == 0)
             break; // the result will tell
     }
@@ -208,14 +206,14 @@ DaoError PostgresConnection::Send(const QByteArray &sql, const OnResult &onResul
         PQsetSingleRowMode(m_connection);
     DaoError error;
     std::exception_ptr thrown;
-    bool isCancelled = false;
+    PostgresCancel cancel;
     int count = 0;
-    while (const Result result{NextResult(isCancelled)}) {
+    while (const Result result{NextResult(cancel)}) {
         if (PQresultStatus(result.get()) == PGRES_COPY_IN)
             break; // PostgresLoader goes on from here
         if (m_goOn && ++count % RowsPerCall == 0)
-            GoesOn(isCancelled);
-        if (error.number != 0 || isCancelled)
+            AskWhetherToGoOn(cancel);
+        if (error.number != 0 || thrown || cancel.IsAsked())
             continue;
         error = PostgresErrors::Of(result.get());
         try {
@@ -223,15 +221,16 @@ DaoError PostgresConnection::Send(const QByteArray &sql, const OnResult &onResul
                 onResult(result.get());
         } catch (...) {
             thrown = std::current_exception();
-            isCancelled = true;
         }
     }
+    if (cancel.IsAsked() && !cancel.WaitUntilTaken())
+        PQfinish(std::exchange(m_connection, nullptr));
     if (thrown)
         std::rethrow_exception(thrown);
+    if (cancel.IsAsked())
+        return DaoErrors::Make(DaoErrors::Cancelled, DaoErrors::DatabaseSource);
     if (PQstatus(m_connection) == CONNECTION_BAD)
         return PostgresErrors::OfNetwork(LostText, PQerrorMessage(m_connection));
-    if (isCancelled)
-        return DaoErrors::Make(DaoErrors::Cancelled, DaoErrors::DatabaseSource);
     return error;
 }
 

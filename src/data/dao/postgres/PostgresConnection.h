@@ -6,6 +6,7 @@
 
 struct pg_conn;
 struct pg_result;
+class PostgresCancel;
 
 /// A database on a PostgreSQL server. A connection that breaks is made anew by the next statement,
 /// but never within a transaction: what is left of that fails until it is rolled back. The new
@@ -74,8 +75,8 @@ private:
     void CheckTexts();
     void Run(const QString &sql, const OnResult &onResult, bool isRowByRow = false);
     DaoError Send(const QByteArray &sql, const OnResult &onResult, bool isRowByRow);
-    pg_result *NextResult(bool &isCancelled);
-    bool GoesOn(bool &isCancelled);
+    pg_result *NextResult(PostgresCancel &cancel);
+    void AskWhetherToGoOn(PostgresCancel &cancel);
     void LookAtTransaction(DaoError &error);
     bool WasCommitted();
     QStringList FirstColumn(const QString &sql);
