@@ -196,6 +196,24 @@ TEST_F(PostgresTest, AWriterKeepsWritersOutAndNoReader)
     other.Rollback();
 }
 
+TEST_F(PostgresTest, AnExclusiveOneIsSureOfTheLinesBeforeItsFirstWrite)
+{
+    file.Insert("TLSP0010", {{"AccNo", 1}, {"AccSubNo", 1}, {"ShpSubNo", 1}});
+    SetLockTimeout(*database, 50);
+    file.Run("BEGIN; SELECT 1 FROM TLSP0010 FOR UPDATE");
+    for (const bool isExclusive : {false, true}) {
+        workspace.BeginTrans(isExclusive);
+        EXPECT_EQ(ErrorOf([&] { database->OpenRecordset("SELECT 1"); }).number,
+                  isExclusive ? 3260 : 0);
+        workspace.Rollback();
+    }
+    file.Run("ROLLBACK");
+    workspace.BeginTrans(true);
+    Insert("A");
+    EXPECT_EQ(file.Rows("SELECT AccNo FROM TLSP0010"), "1") << "readers go on";
+    workspace.CommitTrans();
+}
+
 TEST_F(PostgresTest, WhatHasFailedIsNotCommitted)
 {
     workspace.BeginTrans();

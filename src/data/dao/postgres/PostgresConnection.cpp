@@ -29,9 +29,14 @@ constexpr auto LostTransactionText
 constexpr auto EndedText = "前のエラーのため、このトランザクションは続けられません";
 constexpr auto UnknownText = "サーバーとの接続が切れました。書き込まれたかどうかは確認できません";
 
-/// One snapshot for all that is read, taken when the lock is there.
-constexpr auto BeginSql = "BEGIN ISOLATION LEVEL REPEATABLE READ;"
-                          "LOCK TABLE TLSP0010 IN SHARE ROW EXCLUSIVE MODE;";
+/// One snapshot for all that is read, taken when the lock is there. The stronger one waits for
+/// those who have chosen lines to change and not changed them yet: they would be in the way later
+/// on.
+QByteArray BeginSql(bool isExclusive)
+{
+    return QByteArray("BEGIN ISOLATION LEVEL REPEATABLE READ;LOCK TABLE TLSP0010 IN ")
+           + (isExclusive ? "" : "SHARE ROW ") + "EXCLUSIVE MODE;";
+}
 
 /// Asked together with a transaction's first write: by this the server knows later what has become
 /// of it.
@@ -246,7 +251,7 @@ void PostgresConnection::Run(const QString &sql, const OnResult &onResult, bool 
         Connect();
     QByteArray text = sql.toUtf8();
     if (m_state == State::ToBegin) {
-        text.prepend(BeginSql);
+        text.prepend(BeginSql(m_isExclusive));
         m_state = State::Begun;
     }
     DaoError error = Send(text, onResult, isRowByRow);
@@ -294,11 +299,12 @@ void PostgresConnection::ExecuteScript(const QString &sql)
     Run(sql, PassOver);
 }
 
-void PostgresConnection::Begin(bool)
+void PostgresConnection::Begin(bool isExclusive)
 {
     if (m_state != State::None)
         throw DaoErrors::Make(DaoErrors::SyntaxError, DaoErrors::DatabaseSource, "BEGIN");
     m_state = State::ToBegin;
+    m_isExclusive = isExclusive;
     m_transactionId.clear();
 }
 

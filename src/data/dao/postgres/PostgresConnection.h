@@ -31,8 +31,8 @@ public:
 
     /// The transaction begins on the server together with its first statement, which costs no round
     /// trip of its own; an error of the one is an error of the other. It locks the lines against
-    /// other writers; readers stay free, so an exclusive one is no different. After an error
-    /// nothing more of it is done.
+    /// other writers, an exclusive one also against locks on single lines; readers stay free. After
+    /// an error nothing more of it is done.
     void Begin(bool isExclusive) override;
 
     /// When the connection breaks meanwhile, the server is asked what has become of it.
@@ -87,6 +87,7 @@ private:
     const Access m_access;
     pg_conn *m_connection = nullptr;
     State m_state = State::None;
+    bool m_isExclusive = false;
     QByteArray m_process;       ///< the condition for the server's process of the last connection
     QByteArray m_transactionId; ///< of a transaction that has written something
     std::function<bool()> m_goOn;
