@@ -111,6 +111,10 @@ public:
     virtual std::optional<QStringList> FindDamage(const QString &table,
                                                   const std::function<bool()> &isToGiveWay)
         = 0;
+
+protected:
+    /// The texts of a statement's first column.
+    QStringList FirstColumn(const QString &sql);
 };
 
 /// A name as SQL takes it, whatever characters it has.

@@ -176,8 +176,3 @@ void Database::VisitRows(const QString &sql, const RowVisitor &visit)
     VisitedRows rows(visit);
     m_connection->Read(sql, rows);
 }
-
-QString QuotedName(QString name)
-{
-    return '"' + name.replace('"', "\"\"") + '"';
-}

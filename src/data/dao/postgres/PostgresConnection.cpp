@@ -368,13 +368,3 @@ void PostgresConnection::Rollback()
     if (m_connection && PQtransactionStatus(m_connection) != PQTRANS_IDLE)
         Run("ROLLBACK", PassOver);
 }
-
-QStringList PostgresConnection::FirstColumn(const QString &sql)
-{
-    RowStore store;
-    Read(sql, store);
-    QStringList texts;
-    for (const char *row : store.rows)
-        texts += ReadValue(row).Text();
-    return texts;
-}

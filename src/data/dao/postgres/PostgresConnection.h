@@ -79,7 +79,6 @@ private:
     void AskWhetherToGoOn(PostgresCancel &cancel);
     void LookAtTransaction(DaoError &error);
     bool WasCommitted();
-    QStringList FirstColumn(const QString &sql);
 
     friend class PostgresLoader;
 

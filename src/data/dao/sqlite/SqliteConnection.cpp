@@ -161,16 +161,6 @@ void SqliteConnection::SetProgress(std::function<bool()> goOn)
         [](void *self) { return static_cast<SqliteConnection *>(self)->m_goOn() ? 0 : 1; }, this);
 }
 
-QStringList SqliteConnection::FirstColumn(const QString &sql)
-{
-    RowStore store;
-    Read(sql, store);
-    QStringList texts;
-    for (const char *row : store.rows)
-        texts += ReadValue(row).Text();
-    return texts;
-}
-
 QStringList SqliteConnection::TableNames()
 {
     return FirstColumn("SELECT name FROM sqlite_master WHERE type = 'table'"
