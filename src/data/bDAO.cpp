@@ -6,6 +6,9 @@
 
 namespace {
 
+/// Longer than another's lock is waited for.
+constexpr int MostSilenceMs = 30'000;
+
 /// A statement as the operator is shown it: every "|" stands inside a literal and is written as a
 /// character joined in, which means the same.
 QString EscapedPipes(QString sql)
@@ -50,6 +53,7 @@ bool bDAO::OpenDB(const Files &files, const QString &path, bool isReadOnly, cons
     CloseDB();
     return Guarded(false, [&] {
         m_database = &m_workspace->OpenDatabase(files.LocalPath(path), isReadOnly, connect);
+        m_database->LimitSilence(MostSilenceMs);
         m_isOpen = true;
         qCInfo(LogDatabase).noquote() << "データベースを開きました: " + files.LocalPath(path);
         return true;

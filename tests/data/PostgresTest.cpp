@@ -112,6 +112,7 @@ TEST_F(PostgresTest, AFileThatNamesTheServer)
         {first + "no settings", 3343, "no"},
         {first + settings + " password=x", 3343, "~/.pgpass"},
         {first + settings + " sslpassword=x", 3343, "~/.pgpass"},
+        {first + settings + " port=1;password=secret", 3343, "~/.pgpass"},
         {first + settings + " password=x secret", 3343, "正しくありません"},
         {first + "postgresql://user:%secret@db/x", 3343, "正しくありません"},
         {first + "host=/nowhere", 3043, "/nowhere"},
@@ -362,6 +363,17 @@ TEST_F(PostgresTest, AStatementOfAServerThatHangsIsGivenUp)
     database->SetProgress({});
     proxy->BreakAt(0);
     EXPECT_EQ(database->OpenRecordset("SELECT 2")->Text(0), "2");
+
+    // Where the operator is not asked, it counts as gone after a while.
+    database->LimitSilence(200);
+    workspace.BeginTrans();
+    Insert("A");
+    proxy->BreakAt(1, ServerProxy::Break::Hung);
+    EXPECT_EQ(ErrorOf([&] { Insert("B"); }).number, 3043);
+    proxy->BreakAt(0);
+    workspace.Rollback();
+    Insert("C");
+    EXPECT_EQ(Products(), "C");
 }
 
 TEST_F(PostgresTest, ValuesOfTheServersTypes)

@@ -74,6 +74,10 @@ public:
     /// Called again and again while a statement runs: False cancels it. An empty one ends that.
     virtual void SetProgress(std::function<bool()> goOn) = 0;
 
+    /// Gives up a connection over which nothing comes for so long, where somebody waits who has no
+    /// other way out; without it a statement may take any time.
+    virtual void LimitSilence(int milliseconds) { Q_UNUSED(milliseconds) }
+
     // The structure of the database. Names of tables and columns are compared without case.
 
     virtual QStringList TableNames() = 0; ///< without the engine's own, in their order

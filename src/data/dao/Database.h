@@ -53,6 +53,7 @@ public:
     /// Called again and again while a statement runs: False cancels it. It must not use the
     /// database. An empty one ends that.
     void SetProgress(std::function<bool()> goOn) { m_connection->SetProgress(std::move(goOn)); }
+    void LimitSilence(int milliseconds) { m_connection->LimitSilence(milliseconds); }
 
     /// Runs SQL of the engine itself, untranslated, several statements at once.
     void ExecuteNative(const QString &sql) { m_connection->ExecuteScript(sql); }

@@ -27,7 +27,8 @@ constexpr auto LostText = "サーバーとの接続が切れました";
 constexpr auto LostTransactionText
     = "サーバーとの接続が切れたため、処理中のトランザクションは取り消されました";
 constexpr auto EndedText = "前のエラーのため、このトランザクションは続けられません";
-constexpr auto UnknownText = "サーバーとの接続が切れました。書き込まれたかどうかは確認できません";
+constexpr auto UnknownText = "サーバーとの接続が切れました。書き込まれたかどうかは確認できません。"
+                             "次の表示にかかわらず、一覧を表示し直して確認してください";
 
 /// One snapshot for all that is read, taken when the lock is there. The stronger one waits for
 /// those who have chosen lines to change and not changed them yet: they would be in the way later
@@ -87,7 +88,9 @@ PostgresConnection::PostgresConnection(const QString &settings, Access access)
     }
     bool hasPassword = false;
     for (const PQconninfoOption *option = options; option->keyword; ++option)
-        hasPassword |= QByteArrayView(option->keyword).endsWith("password") && option->val;
+        hasPassword |= option->val
+                       && (QByteArrayView(option->keyword).endsWith("password")
+                           || QByteArray(option->val).toLower().contains("password="));
     PQconninfoFree(options);
     if (hasPassword)
         throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, DaoErrors::DatabaseSource,
@@ -103,9 +106,11 @@ std::unique_ptr<Connection> OpenPostgres(const QString &settings, ServerAccess a
     return std::make_unique<PostgresConnection>(settings, access);
 }
 
-PostgresConnection::~PostgresConnection()
+PostgresConnection::~PostgresConnection() = default;
+
+void PostgresConnection::Finish::operator()(pg_conn *connection) const
 {
-    PQfinish(m_connection);
+    PQfinish(connection);
 }
 
 void PostgresConnection::Connect()
@@ -127,10 +132,10 @@ void PostgresConnection::Connect()
     constexpr int MostMsOfAnswer = 5'000;
     QElapsedTimer sinceStart;
     sinceStart.start();
-    m_connection = PQconnectdbParams(keywords, values, 1);
-    if (PQstatus(m_connection) != CONNECTION_OK) {
-        const QString message = QString::fromUtf8(PQerrorMessage(m_connection)).simplified();
-        PQfinish(std::exchange(m_connection, nullptr));
+    m_connection.reset(PQconnectdbParams(keywords, values, 1));
+    if (PQstatus(m_connection.get()) != CONNECTION_OK) {
+        const QString message = QString::fromUtf8(PQerrorMessage(m_connection.get())).simplified();
+        m_connection.reset();
         // A server that is there has its reasons.
         const bool isThere = sinceStart.elapsed() < MostMsOfAnswer
                              && PQpingParams(keywords, values, 1) == PQPING_OK;
@@ -138,7 +143,7 @@ void PostgresConnection::Connect()
                               DaoErrors::DatabaseSource, message);
     }
     PQsetNoticeReceiver(
-        m_connection, [](void *, const PGresult *) {}, nullptr);
+        m_connection.get(), [](void *, const PGresult *) {}, nullptr);
     QByteArray session = SessionSql;
     if (m_access == Access::ReadOnly)
         session += "SET default_transaction_read_only = on;";
@@ -157,7 +162,7 @@ void PostgresConnection::Connect()
         },
         false);
     if (error.number != 0) {
-        PQfinish(std::exchange(m_connection, nullptr));
+        m_connection.reset();
         throw error;
     }
     m_process = process;
@@ -180,24 +185,27 @@ QString PostgresConnection::Translated(const QString &statement) const
 /// not even do that is given up: what waits for it then gets the error of a broken connection.
 void PostgresConnection::AskWhetherToGoOn(PostgresCancel &cancel)
 {
-    if (!cancel.IsAsked() && !m_goOn())
-        cancel.Ask(m_connection);
+    if (!cancel.IsAsked() && m_goOn && !m_goOn())
+        cancel.Ask(m_connection.get());
     if (cancel.IsOverdue())
-        ::shutdown(PQsocket(m_connection), SHUT_RDWR);
+        ::shutdown(PQsocket(m_connection.get()), SHUT_RDWR);
 }
 
 /// The next result of what was sent, waited for; null after the last.
 PGresult *PostgresConnection::NextResult(PostgresCancel &cancel)
 {
     constexpr int WaitMs = 20;
-    while (m_goOn && PQisBusy(m_connection)) {
-        pollfd socket{PQsocket(m_connection), POLLIN, 0};
+    const QDeadlineTimer silence(m_mostSilenceMs);
+    while (PQisBusy(m_connection.get())) {
+        pollfd socket{PQsocket(m_connection.get()), POLLIN, 0};
         ::poll(&socket, 1, WaitMs);
         AskWhetherToGoOn(cancel);
-        if (socket.revents != 0 && PQconsumeInput(m_connection) == 0)
+        if (silence.hasExpired())
+            ::shutdown(PQsocket(m_connection.get()), SHUT_RDWR);
+        if (socket.revents != 0 && PQconsumeInput(m_connection.get()) == 0)
             break; // the result will tell
     }
-    return PQgetResult(m_connection);
+    return PQgetResult(m_connection.get());
 }
 
 /// Sends statements and hands their results over. Returns the first error, number 0 without one.
@@ -205,10 +213,10 @@ PGresult *PostgresConnection::NextResult(PostgresCancel &cancel)
 DaoError PostgresConnection::Send(const QByteArray &sql, const OnResult &onResult, bool isRowByRow)
 {
     constexpr int RowsPerCall = 64;
-    if (PQsendQuery(m_connection, sql) == 0)
-        return PostgresErrors::OfNetwork(LostText, PQerrorMessage(m_connection));
+    if (PQsendQuery(m_connection.get(), sql) == 0)
+        return PostgresErrors::OfNetwork(LostText, PQerrorMessage(m_connection.get()));
     if (isRowByRow)
-        PQsetSingleRowMode(m_connection);
+        PQsetSingleRowMode(m_connection.get());
     DaoError error;
     std::exception_ptr thrown;
     PostgresCancel cancel;
@@ -216,7 +224,7 @@ DaoError PostgresConnection::Send(const QByteArray &sql, const OnResult &onResul
     while (const Result result{NextResult(cancel)}) {
         if (PQresultStatus(result.get()) == PGRES_COPY_IN)
             break; // PostgresLoader goes on from here
-        if (m_goOn && ++count % RowsPerCall == 0)
+        if (++count % RowsPerCall == 0)
             AskWhetherToGoOn(cancel);
         if (error.number != 0 || thrown || cancel.IsAsked())
             continue;
@@ -229,13 +237,13 @@ DaoError PostgresConnection::Send(const QByteArray &sql, const OnResult &onResul
         }
     }
     if (cancel.IsAsked() && !cancel.WaitUntilTaken())
-        PQfinish(std::exchange(m_connection, nullptr));
+        m_connection.reset();
     if (thrown)
         std::rethrow_exception(thrown);
     if (cancel.IsAsked())
         return DaoErrors::Make(DaoErrors::Cancelled, DaoErrors::DatabaseSource);
-    if (PQstatus(m_connection) == CONNECTION_BAD)
-        return PostgresErrors::OfNetwork(LostText, PQerrorMessage(m_connection));
+    if (PQstatus(m_connection.get()) == CONNECTION_BAD)
+        return PostgresErrors::OfNetwork(LostText, PQerrorMessage(m_connection.get()));
     return error;
 }
 
@@ -266,11 +274,11 @@ void PostgresConnection::LookAtTransaction(DaoError &error)
 {
     if (m_state == State::Begun)
         m_state = State::Ended;
-    if (PQstatus(m_connection) == CONNECTION_OK)
+    if (PQstatus(m_connection.get()) == CONNECTION_OK)
         return;
     if (m_state == State::Ended)
-        error = PostgresErrors::OfNetwork(LostTransactionText, PQerrorMessage(m_connection));
-    PQfinish(std::exchange(m_connection, nullptr));
+        error = PostgresErrors::OfNetwork(LostTransactionText, PQerrorMessage(m_connection.get()));
+    m_connection.reset();
 }
 
 void PostgresConnection::Read(const QString &sql, RowReceiver &rows)
@@ -365,6 +373,6 @@ void PostgresConnection::Rollback()
     const State state = std::exchange(m_state, State::None);
     if (state == State::None)
         throw DaoErrors::Make(DaoErrors::SyntaxError, DaoErrors::DatabaseSource, "ROLLBACK");
-    if (m_connection && PQtransactionStatus(m_connection) != PQTRANS_IDLE)
+    if (m_connection && PQtransactionStatus(m_connection.get()) != PQTRANS_IDLE)
         Run("ROLLBACK", PassOver);
 }

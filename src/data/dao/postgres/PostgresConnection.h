@@ -40,6 +40,7 @@ public:
     void Rollback() override;
     bool IsInTransaction() const override { return m_state != State::None; }
     void SetProgress(std::function<bool()> goOn) override { m_goOn = std::move(goOn); }
+    void LimitSilence(int milliseconds) override { m_mostSilenceMs = milliseconds; }
 
     QStringList TableNames() override;
     std::vector<StoredColumn> Columns(const QString &table) override;
@@ -69,6 +70,10 @@ private:
         Begun,
         Ended ///< by an error; to be rolled back
     };
+    struct Finish
+    {
+        void operator()(pg_conn *connection) const;
+    };
     using OnResult = std::function<void(pg_result *)>;
 
     void Connect();
@@ -84,10 +89,11 @@ private:
 
     const QString m_settings;
     const Access m_access;
-    pg_conn *m_connection = nullptr;
+    std::unique_ptr<pg_conn, Finish> m_connection;
     State m_state = State::None;
     bool m_isExclusive = false;
     QByteArray m_process;       ///< the condition for the server's process of the last connection
     QByteArray m_transactionId; ///< of a transaction that has written something
     std::function<bool()> m_goOn;
+    int m_mostSilenceMs = -1; ///< without limit
 };

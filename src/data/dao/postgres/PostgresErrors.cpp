@@ -54,7 +54,8 @@ DaoError PostgresErrors::Of(const PGresult *result)
 
 DaoError PostgresErrors::OfNetwork(const QString &what, const char *message)
 {
-    const QString own = QString::fromUtf8(message).simplified();
+    // What follows the first line is guesses.
+    const QString own = QString::fromUtf8(message).section('\n', 0, 0).simplified();
     return DaoErrors::Make(DaoErrors::DiskError, DaoErrors::DatabaseSource,
                            own.isEmpty() ? what : what + ": " + own);
 }

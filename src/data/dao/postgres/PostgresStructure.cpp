@@ -30,7 +30,7 @@ class PostgresLoader : public RowLoader
 {
 public:
     PostgresLoader(PostgresConnection &connection, const QString &table, const QStringList &columns)
-        : m_connection(connection.m_connection)
+        : m_connection(connection.m_connection.get())
         , m_values(size_t(columns.size()), Null)
     {
         QStringList names;
