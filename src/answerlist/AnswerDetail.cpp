@@ -78,9 +78,10 @@ QString ShownQuantity(const Decimal &quantity)
     return FormatBySpec(quantity, DigitSpec::Quantity, Padded, true);
 }
 
-std::optional<DetailTexts> ReadDetail(bDAO &db, const LineKey &key)
+std::optional<DetailTexts> ReadDetail(bDAO &db, const LineKey &key, bool &isFailed)
 {
     const auto rows = db.OpenRS(BuildDetailSql(key));
+    isFailed = !rows;
     if (db.IsEOF(rows.get()))
         return std::nullopt;
     const auto text = [&](QStringView column) { return db.NullToRTrim(*rows, column); };

@@ -21,8 +21,8 @@ struct DetailTexts
 /// The joined query for the line.
 QString BuildDetailSql(const LineKey &key);
 
-/// Reads the line; nothing when it is not there or the query failed (its error has been shown).
-std::optional<DetailTexts> ReadDetail(bDAO &db, const LineKey &key);
+/// Reads the line; nothing when it is not there or the query failed, whose error has been shown.
+std::optional<DetailTexts> ReadDetail(bDAO &db, const LineKey &key, bool &isFailed);
 
 /// A quantity as the dialog shows it.
 QString ShownQuantity(const Decimal &quantity);

@@ -138,11 +138,14 @@ void SC030120::ShowLine()
 {
     const DetailLine &line = m_state.detail;
     std::optional<DetailTexts> detail;
+    bool isFailed = false;
     {
         const Hourglass hourglass;
-        detail = ReadDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo});
+        detail = ReadDetail(m_state.db, {line.accNo, line.accSubNo, line.shpSubNo}, isFailed);
     }
     if (!detail) {
+        if (!isFailed)
+            ShowMessage(Message::NoData);
         ShowNothing();
         return;
     }
@@ -214,7 +217,6 @@ void SC030120::ShowHistory(const LineKey &key)
 /// Without a line there is nothing to answer; what is left is the way back.
 void SC030120::ShowNothing()
 {
-    ShowMessage(Message::NoData);
     m_ui->Frame6->setEnabled(false);
     m_ui->cmdRegister->setEnabled(false);
     m_ui->cmdExit->setFocus();
@@ -243,6 +245,7 @@ bool SC030120::CheckDate()
         return true;
     }
     box->setFocus();
+    box->selectAll(); // to be typed anew
     ShowMessage(Message::WrongDate);
     return false;
 }
@@ -255,6 +258,7 @@ bool SC030120::CheckQuantity()
         return true;
     }
     box->setFocus();
+    box->selectAll(); // to be typed anew
     ShowMessage(Message::WrongNumber);
     return false;
 }

@@ -73,10 +73,10 @@ bool Picker::Pick()
         row = Fill(m_state.db, m_picked, m_grid);
         m_grid.Client()->SetRedraw(true);
     }
-    if (row == 0) {
+    if (row == 0)
         ShowMessage(Message::NoData);
+    if (row <= 0)
         return false;
-    }
     m_grid.ActiveCell(row, 1);
     return exec() == Accepted;
 }

@@ -34,7 +34,7 @@ protected:
     void Bind(SpreadGrid *grid, QAbstractButton *confirm, QAbstractButton *close,
               const std::vector<Column> &columns);
 
-    /// Adds the rows; returns the one to begin on, 0 when there is none.
+    /// Adds the rows; returns the one to begin on, 0 when there is none, ListNotRead.
     virtual int Fill(bDAO &db, const PickedCode &picked, SpreadX &grid) = 0;
 
     bool eventFilter(QObject *object, QEvent *event) override;

@@ -28,14 +28,14 @@ QString BuildCustomerSql(const PickedCode &picked)
 namespace {
 
 /// Adds every row's columns as one grid row; the number of the first row that `isWanted` (by its
-/// first two columns), else 1. 0 after an error.
+/// first two columns), else 1.
 template <typename IsWanted>
 int FillRows(bDAO &db, Recordset &rows, const QStringList &columns, SpreadX &grid,
              IsWanted &&isWanted)
 {
     const std::vector<int> fields = db.FieldsOf(rows, columns);
     if (fields.empty())
-        return 0;
+        return ListNotRead;
     int wanted = 0;
     std::vector<QString> cells(fields.size());
     for (int row = 1; !db.IsEOF(&rows); ++row, db.MoveNext(rows)) {
@@ -65,6 +65,8 @@ int FillRows(bDAO &db, Recordset &rows, const QStringList &columns, SpreadX &gri
 int FillProducts(bDAO &db, const PickedCode &picked, SpreadX &grid)
 {
     auto rows = db.OpenRS(BuildProductSql(picked.code));
+    if (!rows)
+        return ListNotRead;
     if (db.IsEOF(rows.get()))
         return 0;
     PickedCode only;
@@ -73,7 +75,7 @@ int FillProducts(bDAO &db, const PickedCode &picked, SpreadX &grid)
         only = {db.NullToTrim(*rows, u"AccHinCD"), db.NullToTrim(*rows, u"HinName")};
         rows = db.OpenRS(BuildAllProductsSql());
         if (!rows)
-            return 0;
+            return ListNotRead;
     }
     return FillRows(
         db, *rows, {"AccHinCD", "HinName"}, grid, [&](const QString &code, const QString &name) {
@@ -84,6 +86,8 @@ int FillProducts(bDAO &db, const PickedCode &picked, SpreadX &grid)
 int FillCustomers(bDAO &db, const PickedCode &picked, SpreadX &grid)
 {
     const auto rows = db.OpenRS(BuildCustomerSql(picked));
+    if (!rows)
+        return ListNotRead;
     if (db.IsEOF(rows.get()))
         return 0;
     const QString wanted = Trim(picked.code);

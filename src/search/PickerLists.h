@@ -13,6 +13,9 @@ QString BuildAllProductsSql();
 /// All customers when a name is known already, else those whose code begins with the picked code.
 QString BuildCustomerSql(const PickedCode &picked);
 
-/// Fill the grid; the row to begin on, 0 when there is no row at all (or the query failed).
+/// What stands for a row to begin on when the list can't be read; the error has been shown.
+inline constexpr int ListNotRead = -1;
+
+/// Fill the grid; the row to begin on, 0 when there is no row at all.
 int FillProducts(bDAO &db, const PickedCode &picked, SpreadX &grid);
 int FillCustomers(bDAO &db, const PickedCode &picked, SpreadX &grid);

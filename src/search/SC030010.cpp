@@ -253,6 +253,7 @@ bool SC030010::CheckDateBox(QLineEdit *box)
         return true;
     }
     box->setFocus();
+    box->selectAll(); // to be typed anew
     ShowMessage(Message::WrongDate);
     return false;
 }
