@@ -79,8 +79,7 @@ bool Registration::RegisterOrder(const std::vector<int> &rows, RegistrationCount
             m_db.Rollback();
     }
     if (result == Result::ChangedElsewhere) {
-        m_changedElsewhere.insert(m_list.At(rows.front()).Key().accNo);
-        GiveOrderUp(m_db, m_list, m_list.At(rows.front()).Key().accNo);
+        m_leftOut.Add(m_db, m_list, m_list.At(rows.front()).Key().accNo);
         return true;
     }
     if (result != Result::Written)
@@ -239,24 +238,4 @@ Registration::Result Registration::InsertLine(const Line &line, int &shpSubNo)
     if (!insert)
         return Result::NotANumber;
     return m_db.DBExecute(*insert) ? Result::Written : Result::DatabaseError;
-}
-
-void GiveOrderUp(bDAO &db, LineList &list, qint64 accNo)
-{
-    QString orderNo;
-    LineList stored;
-    bool isAllShown = ReadOrders(db, {accNo}, stored);
-    int shown = 0;
-    for (const int row : list.RowsOfOrder(accNo)) {
-        const Line &line = list.At(row);
-        orderNo = line.OrderNo();
-        const int reading = line.IsStored() ? stored.RowOf(line.Key()) : 0;
-        isAllShown &= reading > 0 || !line.IsStored();
-        shown += reading > 0;
-        if (reading > 0)
-            list.Reread(row, stored, stored.At(reading));
-    }
-    isAllShown &= shown == stored.Count(); // no line has come in
-    const QString text = isAllShown ? ChangedElsewhereText : LoadAnewText;
-    ShowMessage(Message::NotCreated, text.arg(orderNo));
 }

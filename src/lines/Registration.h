@@ -2,24 +2,17 @@
 
 #include "lines/LineList.h"
 #include "lines/LineSql.h"
+#include "lines/OrdersLeftOut.h"
 #include "lines/RowSelection.h"
 #include "platform/LongWork.h"
 
 #include <functional>
-#include <set>
 #include <vector>
 
 class bDAO;
 
 /// The status text while the list is registered.
 inline constexpr auto RegistrationText = "画面の内容を登録しています…";
-
-/// What the operator reads below message 43 of an order that somebody else has changed meanwhile;
-/// where the list can't show it all, that he has to load it anew.
-inline constexpr auto ChangedElsewhereText
-    = "注文№ %1 は、ほかの人が変更しています。一覧に今の内容を表示しました";
-inline constexpr auto LoadAnewText
-    = "注文№ %1 は、ほかの人が変更しています。今の内容は、一覧を表示し直して確認してください";
 
 /// Whether the registration writes a row, and as what.
 enum class RowKind {
@@ -58,8 +51,8 @@ public:
     /// True when the operator has stopped it: the orders after some are not registered.
     bool IsStopped() const { return m_isStopped; }
 
-    /// The orders left out; message 43 has been shown for each.
-    const std::set<qint64> &ChangedElsewhere() const { return m_changedElsewhere; }
+    /// The orders left out, of which nobody has been told yet.
+    const OrdersLeftOut &LeftOut() const { return m_leftOut; }
 
 private:
     enum class Result {
@@ -95,10 +88,6 @@ private:
     std::vector<WrittenRow> m_written; ///< of the order at work
     int m_failingRow = 0;              ///< 0: nothing was being written
     bool m_isStopped = false;
-    std::set<qint64> m_changedElsewhere;
+    OrdersLeftOut m_leftOut;
     IsAsAgreed m_isAsAgreed;
 };
-
-/// Leaves an order to whoever has changed it: its stored lines show what the database has now, and
-/// message 43 tells why it is not answered. Not within a transaction.
-void GiveOrderUp(bDAO &db, LineList &list, qint64 accNo);

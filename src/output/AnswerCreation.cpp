@@ -11,12 +11,20 @@
 #include "platform/System.h"
 #include "util/VbText.h"
 
+#include <QElapsedTimer>
+#include <QThread>
+
 namespace {
 
 constexpr int IsWritten = 1;      ///< NokiInfKBN
 constexpr int AnswerOutput = 3;   ///< AnsLimUmu
 constexpr int OrdersByPayKey = 2; ///< CustKBN
 constexpr auto NoDate = "99999999";
+
+/// Over a slow network the customer's file is held nearly all the time: who waits for it looks
+/// again and again, and gets his turn in a pause after such an order.
+constexpr int SlowOrderMs = 100;
+constexpr int TurnMs = 30;
 constexpr auto CreationText = "納期回答情報を作成しています…";
 
 /// The customer's composite setting: character 2 is the layout flag, 3 to 14 the customer-side
@@ -56,12 +64,14 @@ int AnswerCreation::MakeAnswers()
                                       return m_surprises.IsAsAgreed(accNo, stored);
                                   });
         const bool isRegistered = registration.RegisterAnswers(m_counts.registered, m_showStatus);
-        m_leftOut = registration.ChangedElsewhere();
+        m_leftOut = registration.LeftOut();
         m_isStopped = registration.IsStopped();
         if (isRegistered) {
             m_showStatus(CreationText);
             RunAnswerCreation();
             TellOfReplacedCharacters();
+        } else {
+            m_leftOut.Tell();
         }
     }
     m_selected = m_selected.Without(std::move(m_answeredRows));
@@ -73,10 +83,11 @@ bool AnswerCreation::RunAnswerCreation()
 {
     if (m_db.HasTable(HistoryTable))
         m_trace = {UserName(), MachineName(), {}, {}, {}};
-    if (!AnswerOrders())
-        return false;
-    ShowSummary();
-    return true;
+    const bool isDone = AnswerOrders();
+    m_leftOut.Tell();
+    if (isDone)
+        ShowSummary();
+    return isDone;
 }
 
 /// Answers the order of each selected row, until the operator stops it.
@@ -91,8 +102,12 @@ bool AnswerCreation::AnswerOrders()
         if (m_isStopped || line.IsShipped() || !m_selected.Contains(row) || accNo == lastAccNo)
             continue;
         lastAccNo = accNo;
+        QElapsedTimer sinceStart;
+        sinceStart.start();
         if (!AnswerOrder(row))
             return false;
+        if (sinceStart.elapsed() > SlowOrderMs)
+            QThread::msleep(TurnMs);
     }
     return true;
 }
@@ -104,31 +119,33 @@ bool AnswerCreation::AnswerOrder(int row)
     const qint64 accNo = m_list.At(row).Key().accNo;
     bool written = false;
     const Outcome outcome
-        = m_leftOut.contains(accNo) ? Outcome::ChangedElsewhere : MakeOrderAnswer(row, written);
+        = m_leftOut.Contains(accNo) ? Outcome::ChangedElsewhere : MakeOrderAnswer(row, written);
     if (outcome == Outcome::ChangedElsewhere) {
-        if (m_leftOut.insert(accNo).second)
-            GiveOrderUp(m_db, m_list, accNo);
+        m_leftOut.Add(m_db, m_list, accNo);
         return true;
     }
     if (outcome != Outcome::Answered) {
+        if (written)
+            LogAnswered(row, written, "マークできない回答");
         ShowMessage(Message::NotCreated);
         return false;
     }
     m_counts.records += written;
     ++m_ordersDone;
-    LogAnswered(row, written);
+    LogAnswered(row, written, "回答");
     MarkRowsAnswered(accNo);
     return true;
 }
 
-void AnswerCreation::LogAnswered(int row, bool written) const
+void AnswerCreation::LogAnswered(int row, bool written, const char *what) const
 {
     const Line &line = m_list.At(row);
     const QString record
         = written ? QString("レコード %1（区分 %2） %3")
                         .arg(m_record.recordNumber.ToText(), m_record.answerKind, m_answeredFile)
                   : QString("レコードなし");
-    qCInfo(LogAnswer).noquote() << QString("回答 注文№ %1（AccNo %2） %3")
+    qCInfo(LogAnswer).noquote() << QString("%1 注文№ %2（AccNo %3） %4")
+                                       .arg(what)
                                        .arg(line.OrderNo())
                                        .arg(line.Key().accNo)
                                        .arg(record);
@@ -360,19 +377,14 @@ void AnswerCreation::ShowSummary() const
 /// What the run left undone; empty when nothing.
 QString AnswerCreation::SummaryNotes() const
 {
-    constexpr int MostNamed = 10;
     QString notes;
     if (m_isStopped)
         notes += QString("\r\rEsc で中断しました。%1 件の注文を回答し、残りは回答していません")
                      .arg(m_ordersDone);
-    QStringList leftOut;
-    for (const qint64 accNo : m_leftOut)
-        leftOut += m_list.At(m_list.RowsOfOrder(accNo).front()).OrderNo();
-    if (!leftOut.isEmpty())
-        notes += QString("\r\rほかの人が変更したため、%1 件の注文を回答していません\r注文№ %2%3")
-                     .arg(leftOut.size())
-                     .arg(leftOut.mid(0, MostNamed).join("、"))
-                     .arg(leftOut.size() > MostNamed ? " など" : "");
+    if (m_leftOut.Count() > 0)
+        notes += QString("\r\rほかの人が変更したため、%1 件の注文を回答していません\r%2")
+                     .arg(m_leftOut.Count())
+                     .arg(m_leftOut.Text());
     return notes;
 }
 

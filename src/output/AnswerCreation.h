@@ -64,7 +64,7 @@ private:
     Outcome MarkAnswered(qint64 accNo);
     bool KeepInHistory(qint64 accNo, const std::optional<QString> &path);
     void TellWhy(Outcome outcome, const QString &path) const;
-    void LogAnswered(int row, bool written) const;
+    void LogAnswered(int row, bool written, const char *what) const;
     void MarkRowsAnswered(qint64 accNo);
     void ShowSummary() const;
     QString SummaryNotes() const;
@@ -82,9 +82,9 @@ private:
     bool m_isRecordComplete = true;     ///< no "?" for a character without a code
     std::optional<AnswerTrace> m_trace; ///< for the history; nothing: the database keeps none
     int m_fileError = 0;
-    QString m_answeredFile;          ///< of the last order; empty: none
-    QStringList m_incompleteOrders;  ///< whose records have "?" for characters without a code
-    std::set<qint64> m_leftOut;      ///< orders that somebody else has changed
+    QString m_answeredFile;         ///< of the last order; empty: none
+    QStringList m_incompleteOrders; ///< whose records have "?" for characters without a code
+    OrdersLeftOut m_leftOut;
     LineList m_stored;               ///< the order at work, as its transaction has read it
     std::vector<int> m_answeredRows; ///< of the orders answered
     int m_ordersDone = 0;

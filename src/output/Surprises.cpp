@@ -3,6 +3,7 @@
 #include "data/bDAO.h"
 #include "lines/ListLoading.h"
 #include "lines/Registration.h"
+#include "messages/bMessage.h"
 #include "platform/Clock.h"
 #include "platform/MsgBox.h"
 #include "util/bDate.h"
@@ -91,8 +92,10 @@ bool Surprises::Read(const ShowStatusText &showStatus)
         const size_t to = std::min(from + OrdersPerStatement, orders.size());
         LineList &reading = m_readings.emplace_back();
         if (!ReadOrders(m_db, {orders.begin() + qsizetype(from), orders.begin() + qsizetype(to)},
-                        reading))
+                        reading)) {
+            ShowMessage(Message::NotCreated);
             return false;
+        }
         const size_t changedBefore = m_changed.size();
         for (size_t at = from; at < to; ++at) {
             LookAt(orders[at], reading);
@@ -183,7 +186,8 @@ QString Surprises::Question() const
         "変更したが選択していない行（登録します。選択した注文のほかは回答しません）",
         "回答済で、この一覧では変更していない注文（もう一度送ります）",
         "一覧に出ていないが、回答に入る行",
-        "一覧を表示した後に、ほかの人が変更した行（ここで変更した行は上書きします）",
+        "一覧を表示した後に、ほかの人が変更した行（鉛筆の付いた行はここの回答を、ほかの行は今の内容"
+        "を送ります）",
         "回答数量の合計が、注残数を超える注文",
         "回答納期が過去の行",
     };

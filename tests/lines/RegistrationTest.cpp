@@ -18,6 +18,7 @@ protected:
         RegistrationCounts counted;
         const bool isRegistered = registration.RegisterAnswers(counted);
         counts = QString("%1 %2").arg(counted.added).arg(counted.changed);
+        leftOut = registration.LeftOut();
         return isRegistered;
     }
 
@@ -37,6 +38,7 @@ protected:
     }
 
     QString counts; ///< added and changed
+    OrdersLeftOut leftOut;
 };
 
 constexpr auto NoData = "データが存在しません\r";
@@ -214,7 +216,9 @@ TEST_F(RegistrationTest, AnOrderChangedElsewhereIsLeftToTheOther)
         Change("TLSP0010", "AccNo = 2", change);
         const QString before = Stored("*", "AccNo = 2");
         EXPECT_TRUE(Register()) << "the run goes on";
-        EXPECT_TRUE(boxes.TakeTexts().at(0).contains("PO-2 は、ほかの人が変更しています"));
+        EXPECT_EQ(leftOut.Text(), "注文№ PO-2");
+        leftOut.Tell();
+        EXPECT_TRUE(boxes.TakeTexts().at(0).endsWith("一覧に今の内容を表示しました"));
         EXPECT_EQ(counts, "0 2");
         EXPECT_EQ(Stored("*", "AccNo = 2"), before);
         const Answer stored = list.At(2).Now();

@@ -29,7 +29,7 @@ TEST_F(SharingTest, OrdersThatChangeUnderTheOperator)
 
     const std::map<QChar, QString> beginnings = {
         {'?', "このまま納期回答を"},
-        {'L', "作成できませんでした\r" + QString(LoadAnewText).arg("PO-2").section("。", 0, 0)},
+        {'L', "作成できませんでした\r注文№ PO-2 は、ほかの人が変更しています"},
         {'S', "納期回答作成処理が終了"},
     };
     const struct
