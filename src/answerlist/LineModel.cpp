@@ -225,12 +225,11 @@ QVariant LineModel::headerData(int section, Qt::Orientation orientation, int rol
     if (orientation == Qt::Horizontal)
         return ColumnHeading(ColumnAt(section), role);
     const Line &line = LineAt(section);
-    const RowMark mark = MarkOf(line);
     switch (role) {
     case Qt::DisplayRole:
         return LineRow(section + 1);
     case Qt::DecorationRole:
-        return mark == RowMark::None ? QVariant() : MarkIcon(mark);
+        return MarkIcon(MarkOf(line));
     case Qt::AccessibleTextRole:
         return Trim(QString("%1 %2").arg(LineRow(section + 1)).arg(MarkText(line)));
     case Qt::ToolTipRole:

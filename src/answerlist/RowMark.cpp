@@ -39,11 +39,13 @@ namespace {
 
 constexpr int Side = 16;
 
-/// A pencil, a plus sign or a tick.
+/// A pencil, a plus sign, a tick, or nothing.
 void DrawMark(QPainter &painter, RowMark mark)
 {
     QPainterPath path;
     switch (mark) {
+    case RowMark::None:
+        return;
     case RowMark::Changed:
         path.addPolygon(QPolygonF{{3, 13}, {3, 10}, {10, 3}, {13, 6}, {6, 13}, {3, 13}});
         break;
