@@ -16,6 +16,8 @@ LineGrid::LineGrid(QWidget *parent)
     horizontalHeader()->setStretchLastSection(false);
     connect(horizontalHeader(), &QHeaderView::sectionResized, this,
             [this] { m_areColumnsFitted = m_areColumnsFitted && m_isFitting; });
+    connect(this, &GridView::CellLeft, this,
+            [this](int, int row, int, int newRow) { m_isFound = m_isFound && row == newRow; });
 }
 
 void LineGrid::SetLines(LineModel &lines)
@@ -37,6 +39,12 @@ void LineGrid::TakeFont()
 RowSelection LineGrid::Selected() const
 {
     return m_lines->LineRows(RowSelection(SelectedRowRanges()));
+}
+
+RowSelection LineGrid::Meant() const
+{
+    const int active = ActiveLine();
+    return m_isFound && active > 0 ? RowSelection({{active, active}}) : Selected();
 }
 
 void LineGrid::Select(const RowSelection &lineRows)
@@ -98,6 +106,7 @@ LineGrid::Found LineGrid::Find(const LineFind &wanted, bool isForward,
         if (!wanted.IsIn(m_lines->List().At(m_lines->LineRow(row))))
             continue;
         Activate(std::max(1, ActiveColumn()), row);
+        m_isFound = true;
         return (isForward ? row > start : row < start) ? Found::Yes : Found::AfterTheEnd;
     }
     return work.IsStopped() ? Found::Stopped : Found::No;
@@ -143,6 +152,12 @@ void LineGrid::changeEvent(QEvent *event)
     GridView::changeEvent(event);
     if (m_lines && (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange))
         TakeFont();
+}
+
+void LineGrid::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    GridView::selectionChanged(selected, deselected);
+    m_isFound = false;
 }
 
 void LineGrid::resizeEvent(QResizeEvent *event)

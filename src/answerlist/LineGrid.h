@@ -19,6 +19,10 @@ public:
     void SetLines(LineModel &lines); ///< before anything else
 
     RowSelection Selected() const;
+
+    /// The rows that a command is for: the selected ones; but right after a search the one that was
+    /// found, until the frame leaves it or the selection changes.
+    RowSelection Meant() const;
     void Select(const RowSelection &lineRows); ///< of these, what is shown
     int ActiveLine() const;                    ///< 0: none
 
@@ -53,6 +57,8 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void selectionChanged(const QItemSelection &selected,
+                          const QItemSelection &deselected) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
@@ -70,6 +76,7 @@ private:
     void RestorePlace(const Place &place);
 
     LineModel *m_lines = nullptr;
+    bool m_isFound = false;   ///< the active row, right after a search
     bool m_isFitting = false; ///< who else resizes a column is the operator
     bool m_areColumnsFitted = true;
 };

@@ -33,7 +33,9 @@ ListOutput::ListOutput(const ListParts &parts, const std::vector<OutputForm> &fo
     Offer(*m_ui->optLastRun, int(parts.lastRun.size()));
     const auto isOffered = [&](OutputForm form) { return std::ranges::count(forms, form) > 0; };
     m_ui->optLastRun->setVisible(isOffered(OutputForm::Pdf)); // to keep, not to go on working on
-    (parts.selected.IsEmpty() ? m_ui->optShown : m_ui->optSelected)->setChecked(true);
+    QRadioButton *const rows = parts.selected.IsEmpty() ? m_ui->optShown : m_ui->optSelected;
+    rows->setChecked(true);
+    rows->setFocus();
     for (const auto &[form, option] : FormOptions) {
         ((*m_ui).*option)->setVisible(isOffered(form));
         ((*m_ui).*option)->setChecked(form == forms.front());

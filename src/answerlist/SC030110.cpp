@@ -27,6 +27,8 @@
 namespace {
 
 constexpr auto OpenOnlyFlag = "openOnly";
+constexpr auto DatesSetText = "%1 行に回答納期を付けました。Ctrl+Z で元に戻せます";
+constexpr auto DatesClearedText = "%1 行の回答納期を消しました。Ctrl+Z で元に戻せます";
 
 } // namespace
 
@@ -65,12 +67,7 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
             [this](int, int, int, int newRow) { ShowHint(m_model.LineRow(newRow)); });
     connect(m_ui->spdList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &SC030110::ShowCounts);
-    // What has been changed is meant.
-    connect(&m_model, &LineModel::Edited, this, [this](int lineRow) {
-        m_ui->spdList->selectionModel()->select(m_model.index(m_model.ShownRow(lineRow) - 1, 0),
-                                                QItemSelectionModel::Select
-                                                    | QItemSelectionModel::Rows);
-    });
+    connect(&m_model, &LineModel::Edited, this, &SC030110::SelectEdited);
     // A mended error is told of no more.
     connect(&m_model, &QAbstractItemModel::dataChanged, this, [this] {
         ShowCounts();
@@ -121,7 +118,7 @@ void SC030110::AddCommands()
     add(
         "貼り付け", {QKeySequence::Paste}, [this] { Paste(); }, Qt::WidgetShortcut);
     add(
-        "回答納期を消す", {Qt::Key_Delete, Qt::Key_Backspace}, [this] { EditDates({}); },
+        "回答納期を消す", {Qt::Key_Delete, Qt::Key_Backspace}, [this] { ClearDates(); },
         Qt::WidgetShortcut);
     addSeparator();
     addButton(m_ui->cmdLimSet, {"view-calendar", "x-office-calendar"});
@@ -250,6 +247,11 @@ RowSelection SC030110::Selected() const
     return m_ui->spdList->Selected();
 }
 
+RowSelection SC030110::Meant() const
+{
+    return m_ui->spdList->Meant();
+}
+
 int SC030110::ActiveRow() const
 {
     return m_ui->spdList->ActiveLine();
@@ -296,40 +298,63 @@ bool SC030110::MayRun()
     return !m_isBusy && m_ui->spdList->FinishEdit();
 }
 
-/// Runs a command that sets dates; the status bar then tells what it told before.
+/// What has been changed is meant; a row that a key has only passed by is not.
+void SC030110::SelectEdited(int lineRow)
+{
+    LineGrid *grid = m_ui->spdList;
+    const RowSelection selected = Selected();
+    const bool isPassedBy = grid->IsSelectionMovedTo() && !selected.IsEmpty()
+                            && !m_list.At(selected.First()).IsUnregistered();
+    grid->selectionModel()->select(
+        m_model.index(m_model.ShownRow(lineRow) - 1, 0),
+        QItemSelectionModel::Rows
+            | (isPassedBy ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::Select));
+}
+
+/// Runs a command that sets dates of rows and returns the number of those changed, which may be out
+/// of view; `done` tells of them.
 template <typename Command>
-void SC030110::SetDates(Command &&command)
+void SC030110::SetDates(const RowSelection &rows, const QString &done, Command &&command)
 {
     const Hourglass hourglass;
     const QScopedValueRollback busy(m_isBusy, true);
-    const QString status = PanelText(*m_ui->stbMain, "MSG");
-    command();
+    const int changed = command();
     m_model.Changed();
-    ShowStatus(status);
+    if (changed > 0 && !Selected().Contains(rows.First()))
+        SelectEdited(rows.First()); // it was meant without being selected
+    ShowHint(ActiveRow());
+    if (ActiveRow() > 0 && m_list.At(ActiveRow()).Error() == LineError::None)
+        ShowStatus(changed > 0 ? done.arg(changed) : "どの行の回答納期も変わりませんでした");
 }
 
 void SC030110::cmdLimSet_Click()
 {
-    if (!MayRun() || !CheckDateSelection(m_list, Selected()))
+    if (!MayRun())
+        return;
+    const RowSelection rows = Meant();
+    if (!CheckDateSelection(m_list, rows))
         return;
     const QString date = AskAnswerDate();
     if (date.isEmpty())
         return;
-    SetDates([&] { SetAnswerDates(m_edits, Selected(), date, StatusBar()); });
+    SetDates(rows, DatesSetText, [&] { return SetAnswerDates(m_edits, rows, date, StatusBar()); });
 }
 
 void SC030110::cmbLimDef_Click()
 {
-    if (!MayRun() || !CheckDateSelection(m_list, Selected()))
+    if (!MayRun())
         return;
-    SetDates([&] { SetSpecifiedDates(m_edits, Selected(), StatusBar()); });
+    const RowSelection rows = Meant();
+    if (!CheckDateSelection(m_list, rows))
+        return;
+    SetDates(rows, DatesSetText, [&] { return SetSpecifiedDates(m_edits, rows, StatusBar()); });
 }
 
 void SC030110::cmdCopy_Click()
 {
     if (!MayRun())
         return;
-    const int row = SingleRow(Selected());
+    const int row = SingleRow(Meant());
     if (row == 0)
         return;
     m_model.InsertBelow(row, [&] { CopyLine(m_edits, row); });
@@ -342,7 +367,7 @@ void SC030110::cmdDelete_Click()
 {
     if (!MayRun())
         return;
-    const int row = SingleRow(Selected());
+    const int row = SingleRow(Meant());
     if (row == 0 || !DeleteLine(m_state.db, m_list.At(row)))
         return;
     m_model.Remove(row);
@@ -357,10 +382,10 @@ void SC030110::cmdDetail_Click()
 {
     if (!MayRun() || m_list.Count() == 0)
         return;
-    const RowSelection selected = Selected();
-    if (!CheckSingleRow(selected))
+    const RowSelection meant = Meant();
+    if (!CheckSingleRow(meant))
         return;
-    const int row = selected.IsEmpty() ? ActiveRow() : selected.First();
+    const int row = meant.IsEmpty() ? ActiveRow() : meant.First();
     if (row == 0)
         return;
     Line &line = m_list.At(row);
@@ -412,27 +437,22 @@ void SC030110::cmdMake_Click()
 void SC030110::GoToError(int lineRow)
 {
     QApplication::beep();
-    if (m_model.ShownRow(lineRow) == 0)
-        ShowOpenOnly(false);
+    Reveal(RowSelection({{lineRow, lineRow}}));
     m_ui->spdList->GoTo(ColumnToMend(m_list.At(lineRow).Error()), lineRow);
     m_ui->spdList->setFocus();
 }
 
-/// Gives the selected rows this answered date, or the active one when none is selected.
-void SC030110::EditDates(const QString &storedForm)
+/// Takes the answered date from the selected rows, or from the active one when none is selected.
+void SC030110::ClearDates()
 {
     if (!MayRun() || ActiveRow() == 0)
         return;
-    RowSelection rows = Selected();
-    const bool isAnySelected = !rows.IsEmpty();
-    if (!isAnySelected)
+    RowSelection rows = Meant();
+    if (rows.IsEmpty())
         rows = RowSelection({{ActiveRow(), ActiveRow()}});
-    if (!CheckDateSelection(m_list, rows))
-        return;
-    const Answer before = m_list.At(rows.First()).Now();
-    SetDates([&] { SetAnswerDates(m_edits, rows, storedForm, StatusBar()); });
-    if (!isAnySelected && m_list.At(rows.First()).Now() != before)
-        m_ui->spdList->Select(rows); // what has been changed is meant
+    if (CheckDateSelection(m_list, rows))
+        SetDates(rows, DatesClearedText,
+                 [&] { return SetAnswerDates(m_edits, rows, {}, StatusBar()); });
 }
 
 void SC030110::TakeBack()
@@ -448,21 +468,27 @@ void SC030110::TakeBack()
         return;
     }
     m_ui->spdList->Select(Selected().Without(back.unselected));
-    if (!back.rows.empty() && m_model.ShownRow(back.rows.front()) > 0)
+    if (!back.rows.empty()) {
+        Reveal(RowSelection({{back.rows.front(), back.rows.front()}}));
         m_ui->spdList->GoTo(0, back.rows.front());
+    }
     ShowStatus("変更を元に戻しました");
 }
 
-/// The rows that are to be registered, of which some may have left the selection since.
+/// The rows with changes that are not answered yet, of which some may have left the selection
+/// since. Where a run has ended early some are registered already.
 void SC030110::SelectChanged()
 {
     if (!MayRun())
         return;
     std::vector<RowSelection::Range> rows;
     for (int row = 1; row <= m_list.Count(); ++row)
-        if (m_list.At(row).IsUnregistered())
+        if (const Line &line = m_list.At(row);
+            line.IsUnregistered()
+            || (line.IsRegisteredHere() && !line.WasSentHere() && !line.IsShipped()))
             rows.emplace_back(row, row);
     const RowSelection changed(std::move(rows));
+    Reveal(changed);
     m_ui->spdList->Select(changed);
     ShowStatus(changed.IsEmpty() ? "変更した行はありません" : "");
 }
@@ -522,12 +548,18 @@ void SC030110::ShowTaken(const RowSelection &lineRows)
 {
     if (lineRows.IsEmpty())
         return;
-    if (m_model.ShownRows(lineRows).Count() < lineRows.Count())
-        ShowOpenOnly(false);
+    Reveal(lineRows);
     std::vector<RowSelection::Range> rows = Selected().Ranges();
     rows.insert(rows.end(), lineRows.Ranges().begin(), lineRows.Ranges().end());
     m_ui->spdList->Select(RowSelection(std::move(rows)));
     m_ui->spdList->GoTo(0, lineRows.First());
+}
+
+/// Shows all lines where one of these would stay hidden.
+void SC030110::Reveal(const RowSelection &lineRows)
+{
+    if (m_model.ShownRows(lineRows).Count() < lineRows.Count())
+        ShowOpenOnly(false);
 }
 
 void SC030110::OpenFindBar()
@@ -570,6 +602,7 @@ void SC030110::ShowOpenOnly(bool isOn)
     }
     const Hourglass hourglass;
     m_ui->spdList->Rearrange([&] { m_model.ShowOpenOnly(isOn); });
+    m_ui->spdList->FitColumns(); // to what is shown now
     ShowCounts();
     ShowHint(ActiveRow());
     m_ui->spdList->setFocus();

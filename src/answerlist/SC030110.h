@@ -53,16 +53,18 @@ private:
     void Activate();
     LoadedList LoadLines();
     RowSelection Selected() const;
+    RowSelection Meant() const;
     int ActiveRow() const;
     void ShowCounts();
     void ShowHint(int lineRow);
     void ShowStatus(const QString &text);
     ShowStatusText StatusBar(); ///< ShowStatus for others
     template <typename Command>
-    void SetDates(Command &&command);
+    void SetDates(const RowSelection &rows, const QString &done, Command &&command);
+    void SelectEdited(int lineRow);
     bool MayRun(); ///< a cell in edit is finished first
     void GoToError(int lineRow);
-    void EditDates(const QString &storedForm);
+    void ClearDates();
     void TakeBack();
     void SelectChanged();
     void OpenFindBar();
@@ -74,6 +76,7 @@ private:
     void Import();
     void Paste();
     void ShowTaken(const RowSelection &lineRows);
+    void Reveal(const RowSelection &lineRows);
 
     void cmdLimSet_Click();
     void cmbLimDef_Click();

@@ -101,6 +101,8 @@ void Form::setVisible(bool isVisible)
     QDialog::setVisible(isVisible);
     if (!isFirst)
         return;
+    // Where the focus is can be seen before the first key.
+    setAttribute(Qt::WA_KeyboardFocusChange);
     if (!focusWidget())
         focusNextPrevChild(true);
     if (auto *box = qobject_cast<QLineEdit *>(focusWidget()))

@@ -341,6 +341,10 @@ bool GridView::eventFilter(QObject *object, QEvent *event)
 
 bool GridView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
 {
+    // A blank begins no text; it selects the row.
+    if (trigger == AnyKeyPressed && event && event->type() == QEvent::KeyPress
+        && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Space)
+        return false;
     const bool isStarted = QTableView::edit(index, trigger, event);
     // A quantity begun with the point gets its zero.
     if (isStarted && trigger == AnyKeyPressed && m_editor && m_editor->text() == ".") {
@@ -371,6 +375,7 @@ void GridView::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::ShiftModifier) {
         selectionModel()->select(currentIndex(),
                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        m_isSelectionMovedTo = false; // meant now, if it was selected before or not
         return;
     }
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -387,8 +392,11 @@ void GridView::keyPressEvent(QKeyEvent *event)
         return;
     }
     {
-        const QScopedValueRollback extending(m_isExtending,
-                                             bool(event->modifiers() & Qt::ShiftModifier));
+        const bool isExtending = event->modifiers() & Qt::ShiftModifier;
+        const bool isAdding = event->modifiers() & Qt::ControlModifier;
+        const QScopedValueRollback extending(m_isExtending, isExtending);
+        const QScopedValueRollback moving(m_isMoving, !isExtending && !isAdding
+                                                          && event->key() != Qt::Key_Space);
         QTableView::keyPressEvent(event);
     }
     // At the edge of the grid an arrow leads nowhere: not to a button, which Enter would press.
@@ -411,6 +419,7 @@ void GridView::mousePressEvent(QMouseEvent *event)
     const QScopedValueRollback extending(m_isExtending,
                                          bool(event->modifiers() & Qt::ShiftModifier));
     QTableView::mousePressEvent(event);
+    m_isSelectionMovedTo = false;
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent *event)
@@ -455,6 +464,7 @@ void GridView::selectionChanged(const QItemSelection &selected, const QItemSelec
 {
     // Not QTableView's, which goes through every single cell.
     QAbstractItemView::selectionChanged(selected, deselected);
+    m_isSelectionMovedTo = m_isMoving;
     GridAccessible::TellSelection(*this, selected, deselected);
 }
 

@@ -43,6 +43,9 @@ public:
     bool IsRowSelected(int row) const;
     void SetSelectedRows(const std::vector<RowRange> &ranges);
 
+    /// Whether the selection is only of the row that a key without Shift or Ctrl has led to.
+    bool IsSelectionMovedTo() const { return m_isSelectionMovedTo; }
+
     /// For the form that owns the grid: how columns are typed, how they look, and how many lines of
     /// text a row has room for.
     void SetColumnInput(int column, std::unique_ptr<CellInput> input);
@@ -108,6 +111,8 @@ private:
     bool m_isFinishing = false;
     QPersistentModelIndex m_anchor; ///< where Shift selects from
     bool m_isExtending = false;
+    bool m_isMoving = false; ///< by a key that takes the selection along
+    bool m_isSelectionMovedTo = false;
     mutable std::vector<RowRange> m_selectedRows;
     mutable bool m_isSelectionKnown = false;
     GridAccessible *m_accessible = nullptr; ///< once it has been asked for

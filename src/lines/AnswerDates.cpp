@@ -25,33 +25,38 @@ namespace {
 
 /// Gives every selected open row the date that `dateOf` gives for its line.
 template <typename DateOf>
-void SetDates(LineEdits &edits, const RowSelection &selected, const ShowStatusText &showStatus,
-              DateOf &&dateOf)
+int SetDates(LineEdits &edits, const RowSelection &selected, const ShowStatusText &showStatus,
+             DateOf &&dateOf)
 {
+    int changed = 0;
     LongWork work(showStatus, "回答納期を設定しています…", selected.Count(),
                   LongWork::Pieces::Small, LongWork::Stop::Never);
     const LineEdits::Step step(edits);
     selected.ForEach([&](int row) {
         const Line &line = edits.List().At(row);
+        const QString before = line.Now().date;
         if (!line.IsShipped())
             edits.SetDate(row, dateOf(line));
+        changed += line.Now().date != before;
         work.Step();
         return true;
     });
+    return changed;
 }
 
 } // namespace
 
-void SetAnswerDates(LineEdits &edits, const RowSelection &selected, const QString &storedDate,
-                    const ShowStatusText &showStatus)
+int SetAnswerDates(LineEdits &edits, const RowSelection &selected, const QString &storedDate,
+                   const ShowStatusText &showStatus)
 {
-    SetDates(edits, selected, showStatus, [&](const Line &) { return storedDate; });
+    return SetDates(edits, selected, showStatus, [&](const Line &) { return storedDate; });
 }
 
-void SetSpecifiedDates(LineEdits &edits, const RowSelection &selected,
-                       const ShowStatusText &showStatus)
+int SetSpecifiedDates(LineEdits &edits, const RowSelection &selected,
+                      const ShowStatusText &showStatus)
 {
-    SetDates(edits, selected, showStatus, [](const Line &line) { return line.SpecifiedDate(); });
+    return SetDates(edits, selected, showStatus,
+                    [](const Line &line) { return line.SpecifiedDate(); });
 }
 
 QString AskAnswerDate()

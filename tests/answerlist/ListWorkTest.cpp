@@ -225,6 +225,86 @@ TEST_F(ListWork, ATextIsFoundWhereverItStands)
     EXPECT_EQ(Status(), "「ｺﾝﾃﾞﾝｻ」は、表示している未回答の明細にありません");
 }
 
+TEST_F(ListWork, ARowThatAKeyHasOnlyPassedIsNotAnswered)
+{
+    for (const bool isMeant : {false, true}) {
+        Show();
+        Grid().setFocus();
+        Key(Qt::Key_Down);
+        Key(Qt::Key_Down);
+        EXPECT_EQ(Cursor(), "3 1,3");
+        if (isMeant)
+            Key(Qt::Key_Space, Qt::ShiftModifier);
+        Grid().Activate(AnswerDate, 1);
+        Keys("260601");
+        Key(Qt::Key_Return);
+        EXPECT_EQ(Cursor(), isMeant ? "13 6,2" : "1 6,2");
+        Key(Qt::Key_Down);
+        Keys("260602");
+        Key(Qt::Key_Tab);
+        Keys("4");
+        Key(Qt::Key_Tab);
+        EXPECT_EQ(Cursor(), "34 6,4") << "it has been changed itself";
+    }
+    // A blank is no text.
+    Grid().Activate(AnswerDate, 1);
+    Key(Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_EQ(Cursor(), "134 6,1");
+    EXPECT_EQ(Focus(), "spdList");
+}
+
+TEST_F(ListWork, CommandsAreForTheRowThatWasFound)
+{
+    Show();
+    TypeInto(AnswerDate, 1, "260601");
+    Key(Qt::Key_Return);
+    const auto find = [&](const QString &text) {
+        Key(Qt::Key_F, Qt::ControlModifier);
+        Box("txtFind")->setText(text);
+        Key(Qt::Key_Return);
+        Key(Qt::Key_Escape);
+    };
+    find("PO-3");
+    EXPECT_EQ(Cursor(), "1 6,3");
+    ExpectDetail("PO-3");
+    Alt(Qt::Key_L);
+    EXPECT_EQ(Answer(1) + '|' + Answer(3), "100.000 26/06/01|100.000 26/05/20");
+    EXPECT_EQ(Status(), "1 行に回答納期を付けました。Ctrl+Z で元に戻せます");
+    EXPECT_EQ(Cursor(), "13 6,3") << "what has been changed is meant";
+    Key(Qt::Key_Delete);
+    EXPECT_EQ(Answer(1) + '|' + Answer(3), "100.000 |100.000 ") << "the selected rows again";
+    EXPECT_EQ(Status(), "2 行の回答納期を消しました。Ctrl+Z で元に戻せます");
+    Undo();
+    find("PO-4");
+    Key(Qt::Key_A, Qt::ControlModifier);
+    Key(Qt::Key_Delete);
+    EXPECT_EQ(Status(), "2 行の回答納期を消しました。Ctrl+Z で元に戻せます");
+    Undo();
+    find("PO-4");
+    Key(Qt::Key_Up);
+    ExpectDetail("PO-3");
+}
+
+TEST_F(ListWork, ChangesThatAreNotAnsweredAreFoundAgain)
+{
+    Show();
+    TypeInto(AnswerDate, 4, "260601"); // answered, and hidden below
+    TypeInto(AnswerDate, 1, "260601");
+    TypeInto(AnswerDate, 3, "260601");
+    Key(Qt::Key_Return);
+    file.Refuse("UPDATE", "NEW.AnsLimUmu = 3 AND OLD.AnsLimUmu = 0");
+    boxes.Press(BoxButton::Yes); // some are not selected
+    Alt(Qt::Key_M);
+    EXPECT_EQ(Counts().section('|', 1, 1), "変更 0") << "registered, but not answered";
+    Grid().clearSelection();
+    Alt(Qt::Key_U);
+    EXPECT_EQ(Grid().model()->rowCount(), 2);
+    Grid().setFocus();
+    Key(Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Grid().model()->rowCount(), 4);
+    EXPECT_EQ(Cursor().section(' ', 0, 0), "134");
+}
+
 TEST_F(ListWork, TheGridIsLeftByOneKeyAndItsHeadingsSelectNothing)
 {
     Show();
@@ -275,4 +355,16 @@ TEST_F(ListWork, TextsHaveTheirRoom)
         EXPECT_LE(header->sectionSizeHint(column), header->sectionSize(column)) << column;
     }
     EXPECT_EQ(total, Grid().viewport()->width());
+
+    // What was hidden has its room when it is shown, and so have marks beside any row's number.
+    Change("TLSP0010", "AccNo > 3", "AnsLimUmu = 3, AccVal = 987654321.125");
+    Alt(Qt::Key_U);
+    Show();
+    Alt(Qt::Key_U);
+    EXPECT_LE(Grid().sizeHintForIndex(Grid().model()->index(5, 2)).width(),
+              Grid().horizontalHeader()->sectionSize(2));
+    const int width = Grid().verticalHeader()->width();
+    TypeInto(AnswerDate, 15, "260601");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Grid().verticalHeader()->width(), width);
 }
