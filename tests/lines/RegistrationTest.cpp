@@ -225,6 +225,13 @@ TEST_F(RegistrationTest, AnOrderChangedElsewhereIsLeftToTheOther)
         Load();
         EXPECT_EQ(stored, list.At(2).Now()) << "as the list shows it anew";
     }
+    LoadThreeOrders();
+    Change("TLSP0010", "AccNo > 1", "AnsVal = 30");
+    EXPECT_TRUE(Register());
+    leftOut.Tell();
+    EXPECT_EQ(boxes.TakeTexts(),
+              Texts{"作成できませんでした\r注文№ PO-2、PO-3 は、ほかの人が変更しています。"
+                    "一覧に今の内容を表示しました"});
 }
 
 TEST_F(RegistrationTest, AnInsertFollowsTheColumnsOfTheFile)
