@@ -30,9 +30,9 @@ struct TimedWork
     Work clean = [] {};
 };
 
-/// Runs both in turn, after one round not counted: `rounds` times, or more as far as a second goes.
-/// Takes the median of each, and of the rounds' ratios: a machine that changes its pace between two
-/// rounds does not change those.
+/// Runs both in turn, of several rounds after one not counted: `rounds` times, or more as far as a
+/// second goes. Takes the median of each, and of the rounds' ratios: a machine that changes its
+/// pace between two rounds does not change those.
 Measurement CompareTimes(const QString &what, double goal, const TimedWork &ours,
                          const TimedWork &bare, int rounds = 9);
 
