@@ -8,6 +8,7 @@
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QThread>
 #include <exception>
 #include <libpq-fe.h>
@@ -26,6 +27,7 @@ using Result = std::unique_ptr<PGresult, Clear>;
 constexpr auto LostText = "サーバーとの接続が切れました";
 constexpr auto LostTransactionText
     = "サーバーとの接続が切れたため、処理中のトランザクションは取り消されました";
+constexpr auto SilentText = "サーバーから応答がありません";
 constexpr auto EndedText = "前のエラーのため、このトランザクションは続けられません";
 constexpr auto UnknownText = "サーバーとの接続が切れました。書き込まれたかどうかは確認できません。"
                              "次の表示にかかわらず、一覧を表示し直して確認してください";
@@ -86,11 +88,14 @@ PostgresConnection::PostgresConnection(const QString &settings, Access access)
         PQfreemem(message);
         throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, DaoErrors::DatabaseSource, what);
     }
+    static const QRegularExpression password("password\\s*=",
+                                             QRegularExpression::CaseInsensitiveOption);
     bool hasPassword = false;
     for (const PQconninfoOption *option = options; option->keyword; ++option)
+        // Also one that a slip has made a part of another value.
         hasPassword |= option->val
                        && (QByteArrayView(option->keyword).endsWith("password")
-                           || QByteArray(option->val).toLower().contains("password="));
+                           || QString::fromUtf8(option->val).contains(password));
     PQconninfoFree(options);
     if (hasPassword)
         throw DaoErrors::Make(DaoErrors::UnrecognizedFormat, DaoErrors::DatabaseSource,
@@ -195,14 +200,17 @@ void PostgresConnection::AskWhetherToGoOn(PostgresCancel &cancel)
 PGresult *PostgresConnection::NextResult(PostgresCancel &cancel)
 {
     constexpr int WaitMs = 20;
-    const QDeadlineTimer silence(m_mostSilenceMs);
+    const int mostSilenceMs = m_goOn ? -1 : m_mostSilenceMs; // who is asked has a way out
+    QDeadlineTimer silence(mostSilenceMs);
     while (PQisBusy(m_connection.get())) {
         pollfd socket{PQsocket(m_connection.get()), POLLIN, 0};
-        ::poll(&socket, 1, WaitMs);
+        if (::poll(&socket, 1, WaitMs) > 0)
+            silence.setRemainingTime(mostSilenceMs);
         AskWhetherToGoOn(cancel);
-        if (silence.hasExpired())
+        m_isSilent |= silence.hasExpired();
+        if (m_isSilent)
             ::shutdown(PQsocket(m_connection.get()), SHUT_RDWR);
-        if (socket.revents != 0 && PQconsumeInput(m_connection.get()) == 0)
+        if (PQconsumeInput(m_connection.get()) == 0)
             break; // the result will tell
     }
     return PQgetResult(m_connection.get());
@@ -213,8 +221,9 @@ PGresult *PostgresConnection::NextResult(PostgresCancel &cancel)
 DaoError PostgresConnection::Send(const QByteArray &sql, const OnResult &onResult, bool isRowByRow)
 {
     constexpr int RowsPerCall = 64;
+    m_isSilent = false;
     if (PQsendQuery(m_connection.get(), sql) == 0)
-        return PostgresErrors::OfNetwork(LostText, PQerrorMessage(m_connection.get()));
+        return NetworkError(LostText);
     if (isRowByRow)
         PQsetSingleRowMode(m_connection.get());
     DaoError error;
@@ -243,7 +252,7 @@ DaoError PostgresConnection::Send(const QByteArray &sql, const OnResult &onResul
     if (cancel.IsAsked())
         return DaoErrors::Make(DaoErrors::Cancelled, DaoErrors::DatabaseSource);
     if (PQstatus(m_connection.get()) == CONNECTION_BAD)
-        return PostgresErrors::OfNetwork(LostText, PQerrorMessage(m_connection.get()));
+        return NetworkError(LostText);
     return error;
 }
 
@@ -277,8 +286,16 @@ void PostgresConnection::LookAtTransaction(DaoError &error)
     if (PQstatus(m_connection.get()) == CONNECTION_OK)
         return;
     if (m_state == State::Ended)
-        error = PostgresErrors::OfNetwork(LostTransactionText, PQerrorMessage(m_connection.get()));
+        error = NetworkError(LostTransactionText);
     m_connection.reset();
+}
+
+/// What the operator is told of a connection that is lost, with the cause that is known.
+DaoError PostgresConnection::NetworkError(const QString &what) const
+{
+    if (m_isSilent)
+        return PostgresErrors::OfNetwork(what, SilentText);
+    return PostgresErrors::OfNetwork(what, m_connection ? PQerrorMessage(m_connection.get()) : "");
 }
 
 void PostgresConnection::Read(const QString &sql, RowReceiver &rows)

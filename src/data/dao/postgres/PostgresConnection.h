@@ -83,6 +83,7 @@ private:
     pg_result *NextResult(PostgresCancel &cancel);
     void AskWhetherToGoOn(PostgresCancel &cancel);
     void LookAtTransaction(DaoError &error);
+    DaoError NetworkError(const QString &what) const;
     bool WasCommitted();
 
     friend class PostgresLoader;
@@ -96,4 +97,5 @@ private:
     QByteArray m_transactionId; ///< of a transaction that has written something
     std::function<bool()> m_goOn;
     int m_mostSilenceMs = -1; ///< without limit
+    bool m_isSilent = false;  ///< the connection has been given up for that
 };

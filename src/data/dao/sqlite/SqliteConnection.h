@@ -51,7 +51,6 @@ public:
     static DaoError ErrorOf(sqlite3 *handle);
 
 private:
-
     sqlite3 *m_handle = nullptr;
     std::function<bool()> m_goOn;
 };
