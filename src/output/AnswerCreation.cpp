@@ -20,12 +20,12 @@ constexpr int IsWritten = 1;      ///< NokiInfKBN
 constexpr int AnswerOutput = 3;   ///< AnsLimUmu
 constexpr int OrdersByPayKey = 2; ///< CustKBN
 constexpr auto NoDate = "99999999";
+constexpr auto CreationText = "納期回答情報を作成しています…";
 
 /// Over a slow network the customer's file is held nearly all the time: who waits for it looks
 /// again and again, and gets his turn in a pause after such an order.
 constexpr int SlowOrderMs = 100;
 constexpr int TurnMs = 30;
-constexpr auto CreationText = "納期回答情報を作成しています…";
 
 /// The customer's composite setting: character 2 is the layout flag, 3 to 14 the customer-side
 /// code.

@@ -162,6 +162,52 @@ TEST_F(AnswerCreationTest, WhichLinesAreAnsweredAndMarked)
     }
 }
 
+TEST_F(AnswerCreationTest, WhoIsInTheWayOfTheMarkIsMetBeforeTheRecord)
+{
+    AddCustomer("C1");
+    AddOrder(1, "C1");
+    AddLine(1, 1);
+    Load();
+    SelectAll();
+    SetLockTimeout(db, file, 1);
+    onStatus = [&](const QString &text) {
+        if (text == "納期回答情報を作成しています…") // a reader is, with a file; who has chosen
+                                                     // lines, on a server
+            file.Run(QString("BEGIN; SELECT * FROM TLSP0010")
+                     + (file.IsOnServer() ? " FOR UPDATE" : ""));
+    };
+    boxes.OnBox([&](const MessageBoxRequest &) {
+        if (onStatus)
+            file.Run("ROLLBACK");
+        onStatus = nullptr;
+    });
+    Make();
+    EXPECT_TRUE(boxes.TakeTexts().front().contains("3260"));
+    EXPECT_EQ(AnswerFiles(), QStringList());
+    EXPECT_EQ(States(), "--");
+}
+
+TEST_F(AnswerCreationTest, ARegistrationThatFailsTellsOfOrdersChangedElsewhere)
+{
+    AddCustomer("C1");
+    for (const int order : {1, 2}) {
+        AddOrder(order, "C1");
+        AddLine(order, 1);
+    }
+    Load();
+    SelectAll();
+    file.Refuse("UPDATE", "NEW.AccNo = 2");
+    onStatus = [&](const QString &text) {
+        if (text == RegistrationText)
+            file.Run("UPDATE TLSP0010 SET AnsLimDate = '20261209' WHERE AccNo = 1");
+    };
+    Make();
+    const auto texts = boxes.TakeTexts();
+    EXPECT_EQ(texts.size(), 3U);
+    EXPECT_EQ(texts.at(1), "登録されませんでした\r注文№ PO-2");
+    EXPECT_TRUE(texts.at(2).startsWith("作成できませんでした\r注文№ PO-1 は"));
+}
+
 TEST_F(AnswerCreationTest, AFailingOrderEndsTheRun)
 {
     const QString notMade = "作成できませんでした\r";
