@@ -50,6 +50,31 @@ RowSelection LineGrid::Meant() const
 void LineGrid::Select(const RowSelection &lineRows)
 {
     SetSelectedRows(m_lines->ShownRows(lineRows).Ranges());
+    m_isFound = false;
+}
+
+void LineGrid::selectAll()
+{
+    GridView::selectAll();
+    m_isFound = false;
+}
+
+void LineGrid::SelectChanged(const RowSelection &lineRows)
+{
+    const RowSelection selected = Selected();
+    const bool isPassedBy = IsSelectionMovedTo() && !selected.IsEmpty()
+                            && !m_lines->List().At(selected.First()).IsToBeSent();
+    if (isPassedBy)
+        clearSelection();
+    if (lineRows.Count() == 1) { // as with each edit: a long selection is not made anew
+        selectionModel()->select(m_lines->index(m_lines->ShownRow(lineRows.First()) - 1, 0),
+                                 QItemSelectionModel::Rows | QItemSelectionModel::Select);
+    } else {
+        std::vector<RowSelection::Range> rows = Selected().Ranges();
+        rows.insert(rows.end(), lineRows.Ranges().begin(), lineRows.Ranges().end());
+        Select(RowSelection(std::move(rows)));
+    }
+    MeanSelection();
 }
 
 int LineGrid::ActiveLine() const

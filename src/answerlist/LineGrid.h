@@ -24,7 +24,12 @@ public:
     /// found, until the frame leaves it or the selection changes.
     RowSelection Meant() const;
     void Select(const RowSelection &lineRows); ///< of these, what is shown
-    int ActiveLine() const;                    ///< 0: none
+    void selectAll() override;
+
+    /// Adds rows that have been changed, which are meant; a row that a key has only passed by, and
+    /// that has no answer to be sent, is not, and leaves the selection.
+    void SelectChanged(const RowSelection &lineRows);
+    int ActiveLine() const; ///< 0: none
 
     /// Makes a cell of a shown line the active one, in view; 0 for the column: that which is.
     void GoTo(int column, int lineRow);

@@ -67,7 +67,9 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
             [this](int, int, int, int newRow) { ShowHint(m_model.LineRow(newRow)); });
     connect(m_ui->spdList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &SC030110::ShowCounts);
-    connect(&m_model, &LineModel::Edited, this, &SC030110::SelectEdited);
+    connect(&m_model, &LineModel::Edited, this, [this](int lineRow) {
+        m_ui->spdList->SelectChanged(RowSelection({{lineRow, lineRow}}));
+    });
     // A mended error is told of no more.
     connect(&m_model, &QAbstractItemModel::dataChanged, this, [this] {
         ShowCounts();
@@ -298,19 +300,6 @@ bool SC030110::MayRun()
     return !m_isBusy && m_ui->spdList->FinishEdit();
 }
 
-/// What has been changed is meant; a row that a key has only passed by is not.
-void SC030110::SelectEdited(int lineRow)
-{
-    LineGrid *grid = m_ui->spdList;
-    const RowSelection selected = Selected();
-    const bool isPassedBy = grid->IsSelectionMovedTo() && !selected.IsEmpty()
-                            && !m_list.At(selected.First()).IsUnregistered();
-    grid->selectionModel()->select(
-        m_model.index(m_model.ShownRow(lineRow) - 1, 0),
-        QItemSelectionModel::Rows
-            | (isPassedBy ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::Select));
-}
-
 /// Runs a command that sets dates of rows and returns the number of those changed, which may be out
 /// of view; `done` tells of them.
 template <typename Command>
@@ -320,8 +309,9 @@ void SC030110::SetDates(const RowSelection &rows, const QString &done, Command &
     const QScopedValueRollback busy(m_isBusy, true);
     const int changed = command();
     m_model.Changed();
+    m_ui->spdList->MeanSelection();
     if (changed > 0 && !Selected().Contains(rows.First()))
-        SelectEdited(rows.First()); // it was meant without being selected
+        m_ui->spdList->SelectChanged(rows); // meant without being selected
     ShowHint(ActiveRow());
     if (ActiveRow() > 0 && m_list.At(ActiveRow()).Error() == LineError::None)
         ShowStatus(changed > 0 ? done.arg(changed) : "どの行の回答納期も変わりませんでした");
@@ -367,7 +357,7 @@ void SC030110::cmdDelete_Click()
 {
     if (!MayRun())
         return;
-    const int row = SingleRow(Meant());
+    const int row = SingleRow(Selected()); // what is lost is to be selected
     if (row == 0 || !DeleteLine(m_state.db, m_list.At(row)))
         return;
     m_model.Remove(row);
@@ -483,9 +473,7 @@ void SC030110::SelectChanged()
         return;
     std::vector<RowSelection::Range> rows;
     for (int row = 1; row <= m_list.Count(); ++row)
-        if (const Line &line = m_list.At(row);
-            line.IsUnregistered()
-            || (line.IsRegisteredHere() && !line.WasSentHere() && !line.IsShipped()))
+        if (m_list.At(row).IsToBeSent())
             rows.emplace_back(row, row);
     const RowSelection changed(std::move(rows));
     Reveal(changed);
@@ -549,9 +537,7 @@ void SC030110::ShowTaken(const RowSelection &lineRows)
     if (lineRows.IsEmpty())
         return;
     Reveal(lineRows);
-    std::vector<RowSelection::Range> rows = Selected().Ranges();
-    rows.insert(rows.end(), lineRows.Ranges().begin(), lineRows.Ranges().end());
-    m_ui->spdList->Select(RowSelection(std::move(rows)));
+    m_ui->spdList->SelectChanged(lineRows);
     m_ui->spdList->GoTo(0, lineRows.First());
 }
 

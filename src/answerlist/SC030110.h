@@ -61,7 +61,6 @@ private:
     ShowStatusText StatusBar(); ///< ShowStatus for others
     template <typename Command>
     void SetDates(const RowSelection &rows, const QString &done, Command &&command);
-    void SelectEdited(int lineRow);
     bool MayRun(); ///< a cell in edit is finished first
     void GoToError(int lineRow);
     void ClearDates();

@@ -320,8 +320,10 @@ bool GridView::eventFilter(QObject *object, QEvent *event)
 {
     const bool isHeading
         = object == horizontalHeader()->viewport() || object == verticalHeader()->viewport();
-    if (isHeading && event->type() == QEvent::MouseButtonPress)
+    if (isHeading && event->type() == QEvent::MouseButtonPress) {
+        MeanSelection();
         return !FinishEdit();
+    }
     if (object != m_editor)
         return QTableView::eventFilter(object, event);
     if (event->type() == QEvent::KeyPress)
@@ -375,7 +377,7 @@ void GridView::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::ShiftModifier) {
         selectionModel()->select(currentIndex(),
                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-        m_isSelectionMovedTo = false; // meant now, if it was selected before or not
+        MeanSelection(); // also where it was selected before
         return;
     }
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -398,6 +400,8 @@ void GridView::keyPressEvent(QKeyEvent *event)
         const QScopedValueRollback moving(m_isMoving, !isExtending && !isAdding
                                                           && event->key() != Qt::Key_Space);
         QTableView::keyPressEvent(event);
+        if (event->key() == Qt::Key_Space)
+            MeanSelection();
     }
     // At the edge of the grid an arrow leads nowhere: not to a button, which Enter would press.
     const bool isArrow = event->key() >= Qt::Key_Left && event->key() <= Qt::Key_Down;
@@ -419,7 +423,7 @@ void GridView::mousePressEvent(QMouseEvent *event)
     const QScopedValueRollback extending(m_isExtending,
                                          bool(event->modifiers() & Qt::ShiftModifier));
     QTableView::mousePressEvent(event);
-    m_isSelectionMovedTo = false;
+    MeanSelection();
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent *event)

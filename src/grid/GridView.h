@@ -43,8 +43,10 @@ public:
     bool IsRowSelected(int row) const;
     void SetSelectedRows(const std::vector<RowRange> &ranges);
 
-    /// Whether the selection is only of the row that a key without Shift or Ctrl has led to.
+    /// Whether the selection is only of the row that a key without Shift or Ctrl has led to, and
+    /// nobody has said since that it is meant.
     bool IsSelectionMovedTo() const { return m_isSelectionMovedTo; }
+    void MeanSelection() { m_isSelectionMovedTo = false; }
 
     /// For the form that owns the grid: how columns are typed, how they look, and how many lines of
     /// text a row has room for.

@@ -113,6 +113,14 @@ public:
     /// True when what was last stored has not been output since, as far as this list knows.
     bool IsStoredSinceAnswered() const { return m_isStoredSinceAnswered; }
 
+    /// True for an answer that was typed or registered here and has not been output since.
+    bool IsToBeSent() const
+    {
+        return IsUnregistered()
+               || (m_isRegisteredHere && !IsShipped()
+                   && (m_isStoredSinceAnswered || (!m_wasSentHere && !IsAnswered())));
+    }
+
     LineError Error() const { return m_error; }
     void SetError(LineError error) { m_error = error; }
 

@@ -227,29 +227,51 @@ TEST_F(ListWork, ATextIsFoundWhereverItStands)
 
 TEST_F(ListWork, ARowThatAKeyHasOnlyPassedIsNotAnswered)
 {
-    for (const bool isMeant : {false, true}) {
+    const std::pair<std::function<void()>, const char *> cases[] = {
+        {[] {}, "1 6,2"},
+        {[&] { Key(Qt::Key_Tab); }, "1 6,2"},
+        {[&] { Key(Qt::Key_Space, Qt::ShiftModifier); }, "13 6,2"},
+        {[&] { Key(Qt::Key_Space); }, "13 6,2"},
+        {[&] { ClickRow(Grid(), 3); }, "13 6,2"},
+        {[&] {
+             InDetail([](Operator &hand) {
+                 QTest::qWait(0);
+                 hand.Find<QLineEdit>("txtAnsVal")->setText("7");
+                 hand.Key(Qt::Key_R, Qt::AltModifier);
+             });
+         },
+         "13 6,2"},
+    };
+    int number = 0;
+    for (const auto &[mean, cursor] : cases) {
+        SCOPED_TRACE(number++);
         Show();
         Grid().setFocus();
         Key(Qt::Key_Down);
         Key(Qt::Key_Down);
         EXPECT_EQ(Cursor(), "3 1,3");
-        if (isMeant)
-            Key(Qt::Key_Space, Qt::ShiftModifier);
+        mean();
         Grid().Activate(AnswerDate, 1);
         Keys("260601");
         Key(Qt::Key_Return);
-        EXPECT_EQ(Cursor(), isMeant ? "13 6,2" : "1 6,2");
-        Key(Qt::Key_Down);
-        Keys("260602");
-        Key(Qt::Key_Tab);
-        Keys("4");
-        Key(Qt::Key_Tab);
-        EXPECT_EQ(Cursor(), "34 6,4") << "it has been changed itself";
+        EXPECT_EQ(Cursor(), cursor);
     }
+    Key(Qt::Key_Down);
+    Keys("260602");
+    Key(Qt::Key_Tab);
+    Keys("4");
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(Cursor(), "34 6,4") << "it has been changed itself";
+    Key(Qt::Key_Up);
+    Key(Qt::Key_Up);
+    Grid().Activate(AnswerDate, 1);
+    QApplication::clipboard()->setText("26/06/03");
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(Cursor(), "1 6,1") << "pasted as typed";
     // A blank is no text.
     Grid().Activate(AnswerDate, 1);
     Key(Qt::Key_Space, Qt::ControlModifier);
-    EXPECT_EQ(Cursor(), "134 6,1");
+    EXPECT_EQ(Cursor(), " 6,1");
     EXPECT_EQ(Focus(), "spdList");
 }
 
@@ -280,9 +302,21 @@ TEST_F(ListWork, CommandsAreForTheRowThatWasFound)
     Key(Qt::Key_Delete);
     EXPECT_EQ(Status(), "2 行の回答納期を消しました。Ctrl+Z で元に戻せます");
     Undo();
+    for (int time = 0; time < 2; ++time) { // a selection that does not change ends it, too
+        find("PO-4");
+        Key(Qt::Key_A, Qt::ControlModifier);
+        Key(Qt::Key_Delete);
+        EXPECT_EQ(Status(), "2 行の回答納期を消しました。Ctrl+Z で元に戻せます");
+        Undo();
+    }
+    Select({1});
     find("PO-4");
-    Key(Qt::Key_Up);
-    ExpectDetail("PO-3");
+    Alt(Qt::Key_D);
+    EXPECT_EQ(boxes.TakeTexts().front(),
+              "削除されませんでした\rこのデータは 分納データではありません");
+    Grid().setFocus();
+    Key(Qt::Key_Return, Qt::ShiftModifier);
+    ExpectDetail("PO-1");
 }
 
 TEST_F(ListWork, ChangesThatAreNotAnsweredAreFoundAgain)
