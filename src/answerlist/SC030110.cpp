@@ -309,8 +309,9 @@ void SC030110::SetDates(const RowSelection &rows, const QString &done, Command &
     const QScopedValueRollback busy(m_isBusy, true);
     const int changed = command();
     m_model.Changed();
-    m_ui->spdList->MeanSelection();
-    if (changed > 0 && !Selected().Contains(rows.First()))
+    if (Selected().Contains(rows.First()))
+        m_ui->spdList->MeanSelection();
+    else if (changed > 0)
         m_ui->spdList->SelectChanged(rows); // meant without being selected
     ShowHint(ActiveRow());
     if (ActiveRow() > 0 && m_list.At(ActiveRow()).Error() == LineError::None)

@@ -286,6 +286,13 @@ TEST_F(ListWork, CommandsAreForTheRowThatWasFound)
         Key(Qt::Key_Return);
         Key(Qt::Key_Escape);
     };
+    Key(Qt::Key_Down);
+    EXPECT_EQ(Cursor(), "3 6,3");
+    find("PO-1");
+    Key(Qt::Key_Delete);
+    EXPECT_EQ(Cursor(), "1 6,1") << "the row that was passed by is not meant";
+    Undo();
+    Key(Qt::Key_Space, Qt::ShiftModifier);
     find("PO-3");
     EXPECT_EQ(Cursor(), "1 6,3");
     ExpectDetail("PO-3");
