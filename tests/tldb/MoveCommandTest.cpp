@@ -171,6 +171,8 @@ TEST_F(MoveCommandTest, NewDatabasesOnTheServer)
     EXPECT_EQ(again.exitCode, ExitCode::Found);
     EXPECT_TRUE(again.err.contains("exists already"));
     EXPECT_EQ(ToolRun({"move", other.Path()}).exitCode, ExitCode::WrongUse);
+    const ToolRun secret({"create", other.Path(), "--server", "host=x password=y"});
+    EXPECT_TRUE(secret.err.contains("~/.pgpass")) << secret.err.toStdString();
     EXPECT_EQ(ToolRun({"move", folder.Path(), "--server", schema.Settings()}).exitCode,
               ExitCode::Found)
         << "it is there already";

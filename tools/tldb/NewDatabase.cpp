@@ -38,12 +38,14 @@ QString ErrorText(const DaoError &error)
         {DaoErrors::Locked, "another program has the database locked"},
         {DaoErrors::InvalidPassword, "the password does not open the database"},
         {DaoErrors::NullNotAllowed, "a column of the key is null"},
-        {DaoErrors::UnrecognizedFormat, "the file is not a database of the system"},
         {DaoErrors::CannotUpdate, "the database can't be written"},
     };
     for (const auto &entry : texts)
         if (entry.number == error.number)
             return entry.text;
+    // Of a server it may be its settings, or how its database was made.
+    if (error.number == DaoErrors::UnrecognizedFormat)
+        return "not a database of the system (" + error.detail + ')';
     // The library's own words are English; the description is in the operator's language.
     return QString("database error %1: %2").arg(error.number).arg(error.detail);
 }
