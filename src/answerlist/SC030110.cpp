@@ -19,6 +19,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QScopedValueRollback>
 #include <QTimer>
@@ -157,6 +158,16 @@ void SC030110::changeEvent(QEvent *event)
     Form::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         ColorLegend();
+}
+
+bool SC030110::event(QEvent *event)
+{
+    // A box of a run comes before the list, which is to show what the box tells of.
+    if (event->type() == QEvent::WindowBlocked && m_isBusy) {
+        m_ui->spdList->viewport()->update();
+        m_ui->spdList->verticalHeader()->viewport()->update();
+    }
+    return Form::event(event);
 }
 
 void SC030110::ClearScreen()
