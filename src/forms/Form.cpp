@@ -216,6 +216,10 @@ bool Form::eventFilter(QObject *object, QEvent *event)
     if (event->type() == QEvent::FocusOut && handlers->second.leave) {
         QWidget *newFocus = QApplication::focusWidget();
         handlers->second.leave(newFocus, reason);
+        // What has to be mended is selected, so that it can be typed anew; the box itself, which is
+        // about to hear that it was left, would take that back.
+        if (auto *box = qobject_cast<QLineEdit *>(object); box && focusWidget() == box)
+            QMetaObject::invokeMethod(box, &QLineEdit::selectAll, Qt::QueuedConnection);
         if (reason == Qt::MouseFocusReason && newFocus && focusWidget() == object)
             LoseClickOn(newFocus);
     }

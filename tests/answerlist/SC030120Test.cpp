@@ -182,10 +182,12 @@ TEST_F(DetailDialog, AWrongEntryIsToldOnceHoweverItIsLeft)
             Show();
             Type(box, wrong);
             Go(way, "cmdRegister");
+            QApplication::processEvents();
             EXPECT_EQ(boxes.TakeTexts(), Told{told});
             EXPECT_TRUE(dialog->isVisible());
             EXPECT_EQ(Focus(), box);
             EXPECT_EQ(Text(box), wrong);
+            EXPECT_EQ(Box(box)->selectedText(), wrong);
             EXPECT_EQ(Line(), StoredLine);
         }
     }
@@ -320,14 +322,19 @@ TEST_F(DetailDialog, AnothersChangeIsOverwrittenOnlyWhenAskedFor)
 
 TEST_F(DetailDialog, ALineThatCannotBeShownCannotBeSaved)
 {
-    file.Run("DELETE FROM TLMT0020"); // the product
-    Show();
-    EXPECT_EQ(boxes.TakeTexts(), Told{NoData});
-    EXPECT_FALSE(Find("cmdRegister")->isEnabled());
-    Alt(Qt::Key_R);
-    EXPECT_TRUE(dialog->isVisible());
-    Key(Qt::Key_Escape);
-    EXPECT_FALSE(dialog->isVisible());
+    for (const auto &[change, told] :
+         {std::pair("DELETE FROM TLMT0020", NoData), {"DROP TABLE TLMT0020", "ｴﾗｰｺｰﾄﾞ：3075"}}) {
+        file.Run(change);
+        Show();
+        const auto texts = boxes.TakeTexts();
+        EXPECT_EQ(texts.size(), 1U);
+        EXPECT_TRUE(texts.front().startsWith(told)) << texts.front().toStdString();
+        EXPECT_FALSE(Find("cmdRegister")->isEnabled());
+        Alt(Qt::Key_R);
+        EXPECT_TRUE(dialog->isVisible());
+        Key(Qt::Key_Escape);
+        EXPECT_FALSE(dialog->isVisible());
+    }
 }
 
 TEST_F(DetailDialog, WhatIsRefusedKeepsTheDialogOpen)

@@ -324,6 +324,7 @@ TEST_F(SearchScreen, ABadDateIsShownOnceAndKeepsTheFocus)
             EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{BadDateText});
             EXPECT_EQ(Focus(), box);
             EXPECT_EQ(Text(box), "970230");
+            EXPECT_EQ(Box(box)->selectedText(), "970230") << "to be typed anew";
             EXPECT_EQ(CheckedKeys(), "012345");
             EXPECT_EQ(Tabs()->currentIndex(), 0);
             Alt(Qt::Key_X); // asks nothing of a bad date
