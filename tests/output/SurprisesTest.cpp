@@ -161,6 +161,17 @@ TEST_F(SurprisesTest, AreAskedAboutOnceBeforeAnythingIsWritten)
     }
 }
 
+TEST_F(SurprisesTest, ARunThatCannotReadItsOrdersSaysThatItHasCreatedNothing)
+{
+    Load();
+    Select({1, 2});
+    file.Run("ALTER TABLE TLAC0010 RENAME TO Gone");
+    Make();
+    const auto texts = boxes.TakeTexts();
+    EXPECT_EQ(texts.size(), 2U);
+    EXPECT_EQ(texts.back(), "作成できませんでした\r");
+}
+
 TEST_F(SurprisesTest, PressingTwiceSendsNothingTwice)
 {
     Load();

@@ -142,6 +142,12 @@ TEST_F(PickerTest, AnEmptyListIsAMessageInPlaceOfThePicker)
     state.pickedProduct = {"B[", ""};
     EXPECT_FALSE(SC040220R(state).Pick());
     EXPECT_EQ(boxes.TakeTexts(), std::vector<QString>{"データが存在しません\r"});
+
+    database.Run("DROP TABLE TLMT0020");
+    EXPECT_FALSE(SC040220R(state).Pick());
+    const auto texts = boxes.TakeTexts();
+    EXPECT_EQ(texts.size(), 1U) << "nothing is known of the data";
+    EXPECT_TRUE(texts.front().startsWith("ｴﾗｰｺｰﾄﾞ：3075"));
 }
 
 TEST_F(PickerTest, TypingGoesToTheFirstRowThatBeginsWithIt)
