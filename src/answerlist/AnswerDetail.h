@@ -21,7 +21,8 @@ struct DetailTexts
 /// The joined query for the line.
 QString BuildDetailSql(const LineKey &key);
 
-/// Reads the line; nothing when it is not there or the query failed, whose error has been shown.
+/// Reads the line; nothing when it is not there, or when `isFailed`: then the query's error has
+/// been shown.
 std::optional<DetailTexts> ReadDetail(bDAO &db, const LineKey &key, bool &isFailed);
 
 /// A quantity as the dialog shows it.

@@ -59,7 +59,7 @@ void LineGrid::selectAll()
     m_isFound = false;
 }
 
-void LineGrid::SelectChanged(const RowSelection &lineRows)
+void LineGrid::SelectToo(const RowSelection &lineRows)
 {
     const RowSelection selected = Selected();
     const bool isPassedBy = IsSelectionMovedTo() && !selected.IsEmpty()

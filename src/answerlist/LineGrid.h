@@ -28,7 +28,7 @@ public:
 
     /// Adds rows that have been changed, which are meant; a row that a key has only passed by, and
     /// that has no answer to be sent, is not, and leaves the selection.
-    void SelectChanged(const RowSelection &lineRows);
+    void SelectToo(const RowSelection &lineRows);
     int ActiveLine() const; ///< 0: none
 
     /// Makes a cell of a shown line the active one, in view; 0 for the column: that which is.

@@ -69,7 +69,7 @@ SC030110::SC030110(ProgramState &state, MakeAnswers makeAnswers, QWidget *parent
     connect(m_ui->spdList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &SC030110::ShowCounts);
     connect(&m_model, &LineModel::Edited, this, [this](int lineRow) {
-        m_ui->spdList->SelectChanged(RowSelection({{lineRow, lineRow}}));
+        m_ui->spdList->SelectToo(RowSelection({{lineRow, lineRow}}));
     });
     // A mended error is told of no more.
     connect(&m_model, &QAbstractItemModel::dataChanged, this, [this] {
@@ -323,7 +323,7 @@ void SC030110::SetDates(const RowSelection &rows, const QString &done, Command &
     if (Selected().Contains(rows.First()))
         m_ui->spdList->MeanSelection();
     else if (changed > 0)
-        m_ui->spdList->SelectChanged(rows); // meant without being selected
+        m_ui->spdList->SelectToo(rows); // meant without being selected
     ShowHint(ActiveRow());
     if (ActiveRow() > 0 && m_list.At(ActiveRow()).Error() == LineError::None)
         ShowStatus(changed > 0 ? done.arg(changed) : "どの行の回答納期も変わりませんでした");
@@ -549,7 +549,7 @@ void SC030110::ShowTaken(const RowSelection &lineRows)
     if (lineRows.IsEmpty())
         return;
     Reveal(lineRows);
-    m_ui->spdList->SelectChanged(lineRows);
+    m_ui->spdList->SelectToo(lineRows);
     m_ui->spdList->GoTo(0, lineRows.First());
 }
 

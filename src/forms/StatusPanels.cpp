@@ -47,11 +47,6 @@ void AddStatusPanels(QStatusBar &bar, const QStringList &keys)
         grip->setAccessibleName("ウィンドウの大きさ");
 }
 
-QString PanelText(const QStatusBar &bar, const QString &key)
-{
-    return Find(bar, key)->text();
-}
-
 void SetPanelText(QStatusBar &bar, const QString &key, const QString &text)
 {
     StatusPanel *panel = Find(bar, key);

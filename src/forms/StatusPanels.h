@@ -8,8 +8,6 @@ class QStatusBar;
 /// texts. Each panel is a label whose object name is its key.
 void AddStatusPanels(QStatusBar &bar, const QStringList &keys);
 
-QString PanelText(const QStatusBar &bar, const QString &key);
-
 /// Shows a text in a panel of the status bar and paints it at once, even within a long run.
 void SetPanelText(QStatusBar &bar, const QString &key, const QString &text);
 
